@@ -1,0 +1,4 @@
+# Single precision stays plain, so that builds, machines and thread counts agree:
+# no contraction into fused multiply-adds and nothing of fast-math.
+add_library(drevin_floating_point INTERFACE)
+target_compile_options(drevin_floating_point INTERFACE -ffp-contract=off -fno-fast-math)
