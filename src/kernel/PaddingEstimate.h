@@ -1,0 +1,78 @@
+#pragma once
+
+/// The frame's largest blur, found by scanning its depth: it sizes the bank and the padding.
+
+#include <cmath>
+#include <limits>
+#include <utility>
+
+namespace drevin {
+
+/// What an estimate comes to.
+struct dvPaddingResult {
+  int kernelSize = 0;     ///< px, the largest blur diameter in use, never above the maximum
+  int padding = 0;        ///< px, how far a blur reaches: kernelSize / 2 + 2
+  int largest = 0;        ///< px, the largest diameter found
+  bool exceeded = false;  ///< the largest diameter found is above the maximum
+};
+
+/// The result for a largest diameter found, given the maximum kernel size.
+dvPaddingResult paddingResult(int largest, int maxKernelSize);
+
+/// How far the maximum kernel reaches, before any depth is known: (k - k mod 2 + 1) / 2.
+int validationPadding(int maxKernelSize);
+
+/// Scans depth for the largest blur.
+///
+///   m = max(0, ceil(blur(normalise(d)) * finalScale))  over all d that are not infinitely far
+///
+///   Normalise   float(float): raw sample to depth in scene units; the largest float stands for
+///               infinitely far
+///   Blur        float(float): such a depth to the blur diameter, px, with whatever clamp the lens
+///               has; the infinity test comes before it
+///   finalScale  scale of every blur, the interface's proxy scale
+///
+/// Fails to: a NaN blur raises nothing; 2^31 px or more count as the largest int.
+/// Order does not matter.   Tests: PaddingEstimate_test.cpp
+template <typename Normalise, typename Blur>
+class dvPaddingEstimate {
+ public:
+  dvPaddingEstimate(Normalise normalise, Blur blur, float finalScale)
+      : normalise_(std::move(normalise)), blur_(std::move(blur)), finalScale_(finalScale) {}
+
+  /// Scans `count` raw samples of a flat image's depth channel; none for a count below 1.
+  void addRow(const float* depth, int count) {
+    for (int i = 0; i < count; ++i) {
+      addDepth(normalise_(depth[i]));
+    }
+  }
+
+  /// Scans one depth that is in scene units already, as deep samples are.
+  void addDepth(float depth) {
+    constexpr float infinitelyFar = std::numeric_limits<float>::max();
+    if (std::fabs(depth - infinitelyFar) < 1e-5F) {
+      return;
+    }
+    const float diameter = blur_(depth) * finalScale_;
+    largest_ = diameter > largest_ ? diameter : largest_;
+  }
+
+  /// The largest diameter so far, px, rounded up.
+  int largest() const {
+    const float up = std::ceil(largest_);
+    return up < 0x1p31F ? static_cast<int>(up) : std::numeric_limits<int>::max();
+  }
+
+  /// The estimate so far, limited to the maximum kernel size.
+  dvPaddingResult result(int maxKernelSize) const {
+    return paddingResult(largest(), maxKernelSize);
+  }
+
+ private:
+  Normalise normalise_;
+  Blur blur_;
+  float finalScale_;
+  float largest_ = 0.0F;  // ceil is monotone, so one rounding at the end gives the same maximum
+};
+
+}  // namespace drevin
