@@ -1,0 +1,95 @@
+#include "kernel/HeroKernel.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <limits>
+
+namespace drevin {
+namespace {
+
+// Calls value(column, row) for each pixel of a plane, row by row.
+template <typename Value>
+void fillPlane(float* plane, int side, const Value& value) {
+  for (int row = 0; row < side; ++row) {
+    for (int column = 0; column < side; ++column) {
+      *plane++ = value(column, row);
+    }
+  }
+}
+
+// A procedural shape is the same in every channel: it is drawn once and copied.
+void drawShape(dvChannelFloatBuffer& hero, const dvApertureShape& shape,
+               const std::vector<int>& channels) {
+  const float gain = softnessGain(shape.softness);
+  const float half = 0.5F * static_cast<float>(hero.width);
+  const float* drawn = nullptr;
+  for (const int channel : channels) {
+    float* plane = hero.plane(channel);
+    if (plane == nullptr) {
+      continue;
+    }
+    if (drawn == nullptr) {
+      fillPlane(plane, hero.width, [&](int column, int row) {
+        return apertureValue(shape, gain, half, half * half, column, row);
+      });
+      drawn = plane;
+    } else {
+      std::copy_n(drawn, hero.count, plane);
+    }
+  }
+}
+
+void drawInput(dvChannelFloatBuffer& hero, const dvKernelSampling& sampling,
+               const std::vector<int>& channels, const dvKernelInput& input) {
+  for (const int channel : channels) {
+    float* plane = hero.plane(channel);
+    if (plane == nullptr) {
+      continue;
+    }
+    const int source = inputKernelChannel(input, channel);
+    fillPlane(plane, hero.width, [&](int column, int row) {
+      return sampleInputKernel(input, sampling, column, row, source);
+    });
+  }
+}
+
+// Pixels in [from, to), also where the ends are further apart than an int can say.
+int extent(int from, int to) {
+  const std::int64_t pixels = static_cast<std::int64_t>(to) - from;
+  return static_cast<int>(std::clamp<std::int64_t>(pixels, 0, std::numeric_limits<int>::max()));
+}
+
+}  // namespace
+
+dvHeroSizing sizeHeroKernel(const dvHeroRequest& request) {
+  const int wanted = request.sizeToFormat ? std::min(request.formatHeight, request.formatWidth)
+                                          : request.maxKernelSize;
+  dvHeroSizing sizing;
+  sizing.side = std::max(wanted, 0);
+  if (request.type != dvKernelType::Input || !request.kernelInput || wanted < 1) {
+    return sizing;
+  }
+  const dvKernelBox& box = *request.kernelInput;
+  dvKernelSampling& sampling = sizing.sampling;
+  sampling.left = box.left;
+  sampling.bottom = box.bottom;
+  sampling.width = extent(box.left, box.right);
+  sampling.height = extent(box.bottom, box.top);
+  sampling.scaleX = static_cast<float>(sampling.width) / static_cast<float>(wanted);
+  sampling.scaleY = static_cast<float>(sampling.height) / static_cast<float>(wanted);
+  sizing.side = std::min({wanted, sampling.height, sampling.width});
+  return sizing;
+}
+
+void makeHeroKernel(dvChannelFloatBuffer& hero, const dvApertureShape& shape,
+                    const dvHeroSizing& sizing, const std::vector<int>& channels,
+                    const dvKernelInput& input) {
+  hero.resize(sizing.side, channels);
+  if (shape.type == dvKernelType::Input) {
+    drawInput(hero, sizing.sampling, channels, input);
+  } else {
+    drawShape(hero, shape, channels);
+  }
+}
+
+}  // namespace drevin
