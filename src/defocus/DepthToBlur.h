@@ -1,0 +1,83 @@
+#pragma once
+
+/// The one place where a depth sample becomes a blur size and a focus region.
+
+namespace drevin {
+
+/// How a depth channel is encoded.
+enum class dvDepthStyle { Real, Reciprocal };
+
+/// Shape of the artistic ramp from the focal plane to full blur.
+enum class dvFalloff { Linear, Quadratic };
+
+/// Side of the focal plane. Unordered: the depth is NaN.
+enum class dvFocusRegion { Unordered = 0, Front = 1, Back = 2 };
+
+/// Everything that the conversion reads; fixed while rows are produced.
+struct dvLens {
+  dvDepthStyle depthStyle = dvDepthStyle::Real;
+  dvFalloff falloff = dvFalloff::Linear;  ///< artistic mode only
+  bool realWorldLens = false;             ///< thin lens instead of the artistic ramp
+  float focalPlane = 100.0F;              ///< scene units
+  float focusNear = 99.5F;                ///< scene units
+  float focusFar = 100.5F;                ///< scene units
+  float invHalfFocusRegion = 2.0F;        ///< 1 / scene units
+  float multiplier = 1.0F;                ///< px at full ramp, artistic mode only
+  float frontMultiplier = 1.0F;
+  float backMultiplier = 1.0F;
+  float unit = 10.0F;  ///< mm per scene unit, before worldScaleMultiplier
+  float worldScaleMultiplier = 1.0F;
+  float lensCoefficient = 0.0F;  ///< see lensCoefficient()
+  float filmBackScale = 0.0F;    ///< px per mm
+  float uiContextScale = 1.0F;   ///< proxy scale that multiplies every blur
+  int kernelSize = 256;          ///< px, the blur of the infinitely far
+};
+
+/// A blur: the diameter of the kernel to use and the side of the focal plane.
+struct dvBlur {
+  float coc = 0.0F;  ///< px
+  dvFocusRegion region = dvFocusRegion::Unordered;
+  float depth = 0.0F;  ///< the normalised, clamped depth that gave it, scene units
+};
+
+/// Depth in scene units of one raw sample.
+///
+/// Real: the sample; not finite counts as infinitely far. 1/z: 1 / sample where it is positive;
+/// zero and negative samples are infinitely far; not finite is almost at the lens and is not
+/// inverted.
+float normaliseDepth(float raw, dvDepthStyle style);
+
+/// In the artistic mode the depth raised to focusNear, then lowered to focusFar; else unchanged.
+float clampToFocusRegion(float depth, const dvLens& lens);
+
+/// Side of the focal plane; a depth exactly on it is behind.
+dvFocusRegion focusRegion(float depth, const dvLens& lens);
+
+/// Blur of a normalised, clamped depth before the infinity rule and the interface scale.
+///
+/// Artistic:   c = ramp * m * r           ramp = min(1, |z - F| * h), squared when Quadratic
+/// Thin lens:  c = |D - S| / D * K * P * r      D = z * k, S = F * k, k = mm per scene unit
+///
+///   z  depth              scene units  any
+///   F  focal plane        scene units
+///   h  1 / half region    1/units      infinite for a region of size 0
+///   m  multiplier         px
+///   r  front or back multiplier by region; 1 when unordered
+///   K  lens coefficient   mm
+///   P  film back scale    px/mm
+///
+/// Fails to: NaN in the artistic mode at z = F with an infinite h; 0 (before r) in the thin-lens
+/// mode when the quotient is not finite (D = 0, S = f, NaN).
+/// Order: float, left to right; the order is behaviour.
+float unscaledCoc(float depth, dvFocusRegion region, const dvLens& lens);
+
+/// The whole conversion of one raw sample, as the visualizations show it: normalisation, clamp,
+/// blur, kernelSize for the infinitely far (thin-lens mode), interface scale. Not limited above or
+/// below; may be NaN or negative.
+dvBlur depthToBlur(float raw, const dvLens& lens);
+
+/// The diameter that is splatted: modulated by the defocus matte and never under one pixel. NaN
+/// stays NaN.
+float splattedCoc(float coc, float defocusMatte);
+
+}  // namespace drevin

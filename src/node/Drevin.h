@@ -1,0 +1,133 @@
+#pragma once
+
+/// The node: a lens defocus from a depth channel, as an operator of the compositing host.
+
+#include <vector>
+
+#include "DDImage/Hash.h"
+#include "DDImage/Iop.h"
+#include "DDImage/Knobs.h"
+#include "DDImage/MetaData.h"
+#include "DDImage/Row.h"
+#include "kernel/KernelBank.h"
+#include "kernel/KernelImage.h"
+#include "node/DrevinSettings.h"
+
+namespace drevin {
+
+class dvScanlineDefocus;
+
+/// Numbers of the node's inputs.
+struct dvInput {
+  static constexpr int image = 0;
+  static constexpr int kernel = 1;
+  static constexpr int camera = 2;
+  static constexpr int deep = 3;
+  static constexpr int mattes = 4;
+  static constexpr int count = 5;
+};
+
+class Drevin : public DD::Image::Iop {
+ public:
+  explicit Drevin(Node* node);
+  ~Drevin() override;
+
+  void knobs(DD::Image::Knob_Callback f) override;
+  int knob_changed(DD::Image::Knob* knob) override;
+  bool test_input(int input, DD::Image::Op* op) const override;
+  void set_input(int input, DD::Image::Op* op, int inputOfOp, int offset) override;
+  void append(DD::Image::Hash& hash) override;
+  DD::Image::Op* default_input(int input) const override;
+  const char* node_help() const override;
+  const char* input_label(int input, char* buffer) const override;
+  const char* Class() const override;
+  const DD::Image::MetaData::Bundle& _fetchMetaData(const char* key) override;
+  void engine(int y, int x, int r, DD::Image::ChannelMask channels, DD::Image::Row& out) override;
+
+  using Iop::in_channels;
+  /// Adds what a row reads of input 0: the processed channels, the depth and alpha.
+  void in_channels(DD::Image::ChannelSet& channels) const;
+  /// Adds what a row reads of the deep input: as above with front and back instead of depth.
+  void deep_in_channels(DD::Image::ChannelSet& channels) const;
+
+  // Kernels, made when the node opens (Kernels.cpp) ---------------------------------------------
+
+  /// Makes the kernels that the output type needs: aperture image, size estimate, bank.
+  void initialize();
+  /// The aperture image; its side is the format's smaller one when `sizeToFormat`.
+  void makeHeroKernel(bool sizeToFormat);
+  /// Scans the frame's depth and sets kernelSize and padding to what its largest blur needs.
+  void computeOptimalPadding();
+  /// Builds bank entry `index`; different entries may be built at once.
+  void initializeKernel(int index);
+  /// Fills plane z of `kernel`, sized size x size, by resampling the hero kernel.
+  void buildKernel(dvChannelFloatBuffer& kernel, int size, const DD::Image::Channel& z);
+
+  // Rows of flat inputs (FlatRows.cpp) ----------------------------------------------------------
+
+  void defocus(int y, int x, int r, const DD::Image::ChannelSet& channels, DD::Image::Row& out);
+  void depthVisualization(int y, int x, int r, const DD::Image::ChannelSet& channels,
+                          DD::Image::Row& out);
+  void kernelVisualization(int y, int x, int r, const DD::Image::ChannelSet& channels,
+                           DD::Image::Row& out);
+  /// One channel of a visualization pixel; region 0 is unordered, 1 front, 2 back.
+  void getPassValue(const float& coc, const int& region, DD::Image::Channel channel, float* out);
+  /// One source pixel onto one output row; see drevin::convole.
+  void convole(const int& clampedX, const int& clampedY, const int& outLeft, const int& outY,
+               const int& outRight, const int& srcX, const int& srcY, const float& coc,
+               const unsigned long& slice, const float& weight, float* pixel,
+               std::vector<std::vector<float*>>& colourAcc,
+               std::vector<std::vector<float*>>& weightAcc, const DD::Image::ChannelSet& channels,
+               float& bloomMatte, float& chromaticMatte);
+
+  // State, fixed while rows are produced ---------------------------------------------------------
+
+  const DrevinSettings& settings() const { return settings_; }
+  const dvChannelFloatBuffer& heroKernel() const { return heroKernel_; }
+  const dvKernelBank& kernelBank() const { return kernelBank_; }
+  const std::vector<float>& sliceBoundaries() const { return sliceBoundaries_; }
+  const DD::Image::ChannelSet& matteChannels() const { return matteChannels_; }
+  int padding() const { return padding_; }
+  int kernelSize() const { return kernelSize_; }
+
+ protected:
+  void _validate(bool for_real) override;
+  void _request(int x, int y, int r, int t, DD::Image::ChannelMask channels, int count) override;
+  void _open() override;
+
+ private:
+  // Validation.cpp
+  void takeCameraValues();
+  void validateMattes();
+  void useMatte(DD::Image::Channel channel, bool& used);
+  void validateDeepInput();
+  void growBoundingBox();
+  void deriveLensValues();
+  void deriveSlices();
+  void resetKernels();
+
+  // Requests.cpp
+  void requestDeepInput(const DD::Image::Box& box, const DD::Image::ChannelSet& channels,
+                        int count);
+
+  // FlatRows.cpp
+  void splatSourceRow(int sy, const DD::Image::ChannelSet& channels, dvScanlineDefocus& defocus);
+  void passInputThrough(int y, int x, int r, const DD::Image::ChannelSet& channels,
+                        DD::Image::Row& out);
+
+  dvChannelFloatBuffer heroKernel_;
+  DrevinSettings settings_;
+  dvKernelBank kernelBank_;
+  std::vector<float> sliceBoundaries_;
+  bool bloomMatteUsed_ = false;
+  bool defocusMatteUsed_ = false;
+  bool chromaticMatteUsed_ = false;
+  DD::Image::ChannelSet matteChannels_;
+  int padding_ = 0;     ///< px by which requests are grown on every side
+  int kernelSize_ = 0;  ///< px, working maximum kernel diameter
+};
+
+/// Thread body: builds bank entries threadIndex, threadIndex + threadCount, ... of a Drevin.
+void initializeKernelsThreaded(unsigned threadIndex, unsigned threadCount, void* node);
+
+}  // namespace drevin

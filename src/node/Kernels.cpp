@@ -1,0 +1,115 @@
+/// Preparing the kernels when the node opens.
+
+#include "DDImage/DeepOp.h"
+#include "DDImage/Thread.h"
+#include "defocus/PassValue.h"
+#include "kernel/HeroKernel.h"
+#include "kernel/PaddingEstimate.h"
+#include "node/Drevin.h"
+#include "node/HostConversions.h"
+
+namespace drevin {
+
+using DD::Image::Box;
+using DD::Image::Channel;
+using DD::Image::ChannelSet;
+using DD::Image::Format;
+using DD::Image::Iop;
+using DD::Image::Row;
+using DD::Image::Thread;
+
+namespace {
+
+/// The Kernel image as the aperture code reads it, pixel by pixel through the host.
+dvKernelInput kernelImage(Iop* kernel, Channel missingKernelChannel) {
+  dvKernelInput image;
+  if (kernel == nullptr) return image;
+  image.read = [kernel](int column, int row, int channel) {
+    return kernel->at(column, row, static_cast<Channel>(channel));
+  };
+  image.channels = channelNumbers(kernel->info().channels());
+  image.missingKernelChannel = static_cast<int>(missingKernelChannel);
+  return image;
+}
+
+}  // namespace
+
+void Drevin::initialize() {
+  const auto output = static_cast<dvOutputType>(settings_.outputType);
+  if (output == dvOutputType::FocalDistance || output == dvOutputType::FocusMatte) return;
+  progressMessage("Aperture");
+  makeHeroKernel(output == dvOutputType::FilterShape);
+  if (output == dvOutputType::FilterShape || aborted()) return;
+  progressMessage("Size estimate");
+  computeOptimalPadding();
+  if (aborted()) return;
+  progressMessage("Kernels");
+  kernelBank_.clear();
+  kernelBank_.resize(static_cast<std::size_t>(bankSize(kernelSize_)));
+  Thread::spawn(initializeKernelsThreaded, Thread::numCPUs, this);
+  Thread::wait(this);
+}
+
+void Drevin::makeHeroKernel(bool sizeToFormat) {
+  Iop* kernel = input(dvInput::kernel);
+  dvHeroRequest request;
+  request.type = static_cast<dvKernelType>(settings_.kernelType);
+  request.maxKernelSize = settings_.maxKernelSize;
+  request.sizeToFormat = sizeToFormat;
+  request.formatWidth = format().w();
+  request.formatHeight = format().h();
+  if (kernel != nullptr) {
+    request.kernelInput = dvKernelBox{kernel->x(), kernel->y(), kernel->r(), kernel->t()};
+  }
+  drevin::makeHeroKernel(heroKernel_, apertureShape(settings_), sizeHeroKernel(request),
+                         channelNumbers(settings_.processChannels),
+                         kernelImage(kernel, settings_.missingKernelChannel));
+}
+
+void Drevin::computeOptimalPadding() {
+  const dvLens lens = lensOf(settings_, kernelSize_);
+  dvPaddingEstimate estimate([&lens](float raw) { return normaliseDepth(raw, lens.depthStyle); },
+                             [&lens](float depth) {
+                               const float clamped = clampToFocusRegion(depth, lens);
+                               return unscaledCoc(clamped, focusRegion(clamped, lens), lens);
+                             },
+                             lens.uiContextScale);
+  const int width = format().w();
+  const int height = format().h();
+  if (!settings_.deepInput && width > 0) {
+    const ChannelSet depth(settings_.depthChannel);
+    for (int y = 0; y < height && !aborted(); ++y) {
+      Row row(0, width);
+      row.get(input0(), y, 0, width, depth);
+      estimate.addRow(row[settings_.depthChannel], width);
+    }
+  }
+  const dvPaddingResult result = estimate.result(settings_.maxKernelSize);
+  if (result.exceeded) {
+    warning(
+        "Max kernel size is less than the maximum coc in the result, you may want to consider "
+        "increasing the max kernel size above %d.",
+        result.largest);
+  }
+  kernelSize_ = result.kernelSize;
+  padding_ = result.padding;
+}
+
+void Drevin::initializeKernel(int index) {
+  initializeBankEntry(kernelBank_[static_cast<std::size_t>(index)], index, heroKernel_,
+                      channelNumbers(settings_.processChannels));
+}
+
+void Drevin::buildKernel(dvChannelFloatBuffer& kernel, int size, const Channel& z) {
+  drevin::buildKernel(kernel, size, heroKernel_, static_cast<int>(z));
+}
+
+void initializeKernelsThreaded(unsigned threadIndex, unsigned threadCount, void* node) {
+  auto& drevin = *static_cast<Drevin*>(node);
+  const std::size_t size = drevin.kernelBank().size();
+  for (std::size_t i = threadIndex; i < size; i += threadCount) {
+    drevin.initializeKernel(static_cast<int>(i));
+  }
+}
+
+}  // namespace drevin
