@@ -7,6 +7,7 @@
 #include "DDImage/Box.h"
 #include "DDImage/ChannelSet.h"
 #include "DDImage/Format.h"
+#include "defocus/PassValue.h"
 #include "defocus/ScanlineDefocus.h"
 #include "kernel/HeroKernel.h"
 #include "node/DrevinSettings.h"
