@@ -5,36 +5,25 @@
 #include <vector>
 
 #include "defocus/BlurRecords.h"
-#include "defocus/SliceAccumulators.h"
-#include "defocus/Splat.h"
+#include "defocus/RowSplatter.h"
 
 namespace drevin {
 
 /// Everything a defocused row reads that does not change while rows are produced.
 struct dvDefocusSettings {
   dvBlurSettings blur;
-  dvSplatSettings splat;
-  const dvKernelBank* bank = nullptr;
-  int padding = 0;      ///< reach of the largest kernel, px
-  int formatWidth = 0;  ///< px; columns outside take the depth of the nearest inside
+  dvSplatFrame frame;
 };
 
 /// One source row. Pointers are addressed by absolute column.
 struct dvSourceRow {
-  int y = 0;                          ///< where the row stands; its kernels are centred here
-  int clampedY = 0;                   ///< the row of the image that was read
-  std::vector<const float*> colour;   ///< one for each splatted channel, same order;
-                                      ///< columns [left - padding, right + padding)
-  const float* depth = nullptr;       ///< columns of the depth range (see depthColumns)
-  const float* bloomMatte = nullptr;  ///< null: 1 everywhere; columns as colour
-  const float* defocusMatte = nullptr;
-  const float* chromaticMatte = nullptr;
-};
-
-/// A range of columns [left, right).
-struct dvColumns {
-  int left = 0;
-  int right = 0;
+  int y = 0;                              ///< where the row stands; its kernels are centred here
+  int clampedY = 0;                       ///< the row of the image that was read
+  std::vector<const float*> colour;       ///< by splatted channel; the source columns
+  const float* depth = nullptr;           ///< the depth columns
+  const float* bloomMatte = nullptr;      ///< null: 1 everywhere; the source columns
+  const float* defocusMatte = nullptr;    ///< as bloomMatte
+  const float* chromaticMatte = nullptr;  ///< as bloomMatte
 };
 
 /// Makes one output row: hand over every source row from y - padding to y + padding in ascending
@@ -47,25 +36,21 @@ class dvScanlineDefocus {
                     const std::vector<int>& channels);
 
   /// Columns of colour and mattes that a source row must hold.
-  dvColumns sourceColumns() const;
-  /// Columns of depth that a source row must hold: the source columns clamped into the format.
+  dvColumns sourceColumns() const { return splatter_.sourceColumns(); }
+  /// Columns of depth that a source row must hold: the source columns clamped into the format, so
+  /// that columns outside take the depth of the nearest column inside.
   dvColumns depthColumns() const;
 
   void splatSourceRow(const dvSourceRow& row);
 
   /// Writes the channel at that place in the channel list; `out` is addressed by absolute column.
-  void composite(std::size_t channelPlace, float* out);
+  void composite(std::size_t channelPlace, float* out) { splatter_.composite(channelPlace, out); }
 
  private:
-  int clampColumn(int x) const;
   void splatPixel(const dvSourceRow& row, int x);
 
   const dvDefocusSettings& settings_;
-  dvOutputSpan out_;
-  std::vector<int> channels_;
-  dvSliceAccumulators accumulators_;
-  std::vector<float> pixel_;  ///< by channel number
-  int unflushedRows_ = 0;
+  dvRowSplatter splatter_;
 };
 
 }  // namespace drevin

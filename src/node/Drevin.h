@@ -16,6 +16,7 @@
 namespace drevin {
 
 class dvScanlineDefocus;
+struct dvSplatFrame;
 
 /// Numbers of the node's inputs.
 struct dvInput {
@@ -111,6 +112,7 @@ class Drevin : public DD::Image::Iop {
                         int count);
 
   // FlatRows.cpp
+  dvSplatFrame splatFrame() const;
   void splatSourceRow(int sy, const DD::Image::ChannelSet& channels, dvScanlineDefocus& defocus);
   void passInputThrough(int y, int x, int r, const DD::Image::ChannelSet& channels,
                         DD::Image::Row& out);

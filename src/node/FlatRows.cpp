@@ -81,15 +81,19 @@ void Drevin::splatSourceRow(int sy, const ChannelSet& channels, dvScanlineDefocu
   defocus.splatSourceRow(row.source());
 }
 
+dvSplatFrame Drevin::splatFrame() const {
+  return {splatSettings(settings_, format()), &kernelBank_, settings_.correctiveSlices, padding_,
+          format().w()};
+}
+
 void Drevin::defocus(int y, int x, int r, const ChannelSet& channels, Row& out) {
   passInputThrough(y, x, r, channels, out);
   ChannelSet processed(channels);
   processed &= settings_.processChannels;
-  const dvDefocusSettings frame{blurSettings(settings_, kernelSize_, sliceBoundaries_),
-                                splatSettings(settings_, format()), &kernelBank_, padding_,
-                                format().w()};
+  const dvDefocusSettings settings{blurSettings(settings_, kernelSize_, sliceBoundaries_),
+                                   splatFrame()};
   const std::vector<int> numbers = channelNumbers(processed);
-  dvScanlineDefocus scanline(frame, {x, y, r}, numbers);
+  dvScanlineDefocus scanline(settings, {x, y, r}, numbers);
   for (int sy = y - padding_; sy <= y + padding_; ++sy) {
     if (aborted()) return;
     splatSourceRow(sy, processed, scanline);
