@@ -1,0 +1,45 @@
+#pragma once
+
+/// A file that appears in its place only when it is whole.
+
+#include <cstdint>
+#include <cstdio>
+#include <string>
+
+namespace drevintool {
+
+/// Writes beside the wanted place and renames at the end; what stood there before stays until then.
+/// A symbolic link is followed, its target is replaced. Every failure throws ToolError
+/// (OutputNotWritten) with one line that names the wanted file and the reason.
+class AtomicFile {
+ public:
+  /// Creates the file beside the place. Fails if the folder is missing or not writable, or if the
+  /// place holds something other than a regular file.
+  explicit AtomicFile(const std::string& path);
+  /// Removes what was not committed.
+  ~AtomicFile();
+  AtomicFile(const AtomicFile&) = delete;
+  AtomicFile& operator=(const AtomicFile&) = delete;
+
+  /// Fails as the constructor would, leaving nothing behind: for a check before long work.
+  static void checkPlace(const std::string& path);
+
+  void write(const void* bytes, std::size_t count);
+  void seek(std::uint64_t position);
+  std::uint64_t position();
+
+  /// Flushes to the device, closes and renames. Fails if any write before has failed.
+  void commit();
+
+ private:
+  [[noreturn]] void fail(int error);
+  void discard() noexcept;
+
+  std::string path_;       // as the user wrote it
+  std::string place_;      // with links resolved
+  std::string temporary_;  // beside it
+  std::FILE* file_ = nullptr;
+  int firstError_ = 0;
+};
+
+}  // namespace drevintool

@@ -1,0 +1,13 @@
+#pragma once
+
+/// The subcommand that lists the node's controls.
+
+#include "Arguments.h"
+
+namespace drevintool {
+
+/// Prints the controls in order after the given changes, as a table or as JSON. Returns 0; throws
+/// ToolError.
+int runControls(const ControlsArguments& arguments);
+
+}  // namespace drevintool

@@ -1,0 +1,160 @@
+#include "ExrLimits.h"
+
+#include <algorithm>
+#include <array>
+#include <limits>
+
+#include "ExitCode.h"
+#include "OneLine.h"
+
+namespace drevintool {
+namespace {
+
+[[noreturn]] void fail(const std::string& path, const std::string& reason) {
+  throw ToolError(ExitCode::InputUnreadable, oneLine(path) + ": " + reason);
+}
+
+void checkWindow(const ExrWindow& window, const char* what, const std::string& path) {
+  const std::int64_t width = window.width();
+  const std::int64_t height = window.height();
+  const std::string name = std::string("damaged: the ") + what + " window ";
+  if (width < 1 || height < 1) fail(path, name + "is empty or inverted");
+  if (width > kMostSide || height > kMostSide) {
+    fail(path, name + "of " + std::to_string(width) + " x " + std::to_string(height) +
+                   " pixels is larger than " + std::to_string(kMostSide) + " on a side");
+  }
+  for (const std::int64_t corner : {window.minX, window.minY, window.maxX, window.maxY}) {
+    if (corner < -kFarthestCorner || corner > kFarthestCorner) {
+      fail(path, name + "lies too far from the origin");
+    }
+  }
+}
+
+// Rows of one chunk of a scanline part, by the file's number of the compression.
+std::int64_t chunkRows(int compression) {
+  constexpr std::array<std::int64_t, 10> kRows = {1, 1, 1, 16, 32, 16, 32, 32, 32, 256};
+  return compression < static_cast<int>(kRows.size()) ? kRows[static_cast<std::size_t>(compression)]
+                                                      : 1;
+}
+
+// How many times smaller than its pixels the compressed part can be: the bound of deflate is 1032,
+// of run lengths 64, of the 4 x 4 block codes 11. The wavelet and cosine codes have none.
+std::uint64_t mostRatio(int compression) {
+  constexpr std::uint64_t kNone = std::numeric_limits<std::uint32_t>::max();
+  constexpr std::array<std::uint64_t, 10> kRatios = {1,    128, 1100, 1100,  kNone,
+                                                     1100, 16,  16,   kNone, kNone};
+  return compression < static_cast<int>(kRatios.size())
+             ? kRatios[static_cast<std::size_t>(compression)]
+             : kNone;
+}
+
+std::int64_t sampleBytes(const ExrPartFacts& part) {
+  std::int64_t bytes = 0;
+  for (const ExrChannelFacts& channel : part.channels)
+    bytes += channel.type == 1 ? 2 : 4;
+  return bytes;
+}
+
+std::int64_t ceilDivide(std::int64_t a, std::int64_t b) {
+  return (a + b - 1) / b;
+}
+
+void checkTiles(const ExrPartFacts& part, const std::string& path) {
+  const std::int64_t width = part.tileWidth;
+  const std::int64_t height = part.tileHeight;
+  if (width < 1 || height < 1) fail(path, "damaged: its tiles have no size");
+  const bool sides = width <= kMostSide && height <= kMostSide;
+  if (!sides || width * height > kMostTileBytes / std::max<std::int64_t>(sampleBytes(part), 1)) {
+    fail(path, "its tiles of " + std::to_string(width) + " x " + std::to_string(height) +
+                   " pixels are too large");
+  }
+}
+
+std::int64_t chunksOf(const ExrPartFacts& part) {
+  const std::int64_t width = part.dataWindow.width();
+  const std::int64_t height = part.dataWindow.height();
+  if (!part.tiled) return ceilDivide(height, chunkRows(part.compression));
+  return ceilDivide(width, part.tileWidth) * ceilDivide(height, part.tileHeight);
+}
+
+void checkChunkTable(std::int64_t chunks, const ExrFacts& facts, const std::string& path) {
+  constexpr std::uint64_t kEntryBytes = 8;
+  if (chunks < 0 || static_cast<std::uint64_t>(chunks) > facts.fileSize / kEntryBytes) {
+    fail(path, "damaged or unfinished: the file is too short for the " + std::to_string(chunks) +
+                   " blocks that its header announces");
+  }
+}
+
+void checkChannels(const ExrPartFacts& part, const std::string& path) {
+  if (part.channels.empty()) fail(path, "damaged: a part has no channels");
+  for (const ExrChannelFacts& channel : part.channels) {
+    if (channel.xSampling != 1 || channel.ySampling != 1) {
+      fail(path, "channel " + oneLine(channel.name) +
+                     " is subsampled; convert the picture to full resolution channels");
+    }
+    if (channel.type < 0 || channel.type > 2) {
+      fail(path, "damaged: channel " + oneLine(channel.name) + " has an unknown pixel type");
+    }
+  }
+}
+
+// The reader builds the chunk tables of all parts, deep ones too.
+void checkLayout(const ExrPartFacts& part, const ExrFacts& facts, const std::string& path) {
+  checkWindow(part.dataWindow, "data", path);
+  checkWindow(part.displayWindow, "display", path);
+  if (part.tiled) checkTiles(part, path);
+  checkChunkTable(chunksOf(part), facts, path);
+  checkChunkTable(part.chunkCount.value_or(0), facts, path);
+}
+
+void checkPixels(const ExrPartFacts& part, const ExrFacts& facts, const std::string& path) {
+  checkChannels(part, path);
+  const std::uint64_t bytes = static_cast<std::uint64_t>(part.dataWindow.width()) *
+                              static_cast<std::uint64_t>(part.dataWindow.height()) *
+                              static_cast<std::uint64_t>(sampleBytes(part));
+  if (bytes / mostRatio(part.compression) > facts.fileSize) {
+    fail(path,
+         "damaged or unfinished: the file is too short for the pixels that its header announces");
+  }
+}
+
+// All channels of all flat parts over the union of the data windows: the file's samples and a float
+// copy for those that are not float.
+double neededBytes(const ExrFacts& facts) {
+  ExrWindow all{std::numeric_limits<std::int32_t>::max(), std::numeric_limits<std::int32_t>::max(),
+                std::numeric_limits<std::int32_t>::min(), std::numeric_limits<std::int32_t>::min()};
+  double pixelBytes = 0;
+  for (const ExrPartFacts& part : facts.parts) {
+    if (part.deep) continue;
+    all.minX = std::min(all.minX, part.dataWindow.minX);
+    all.minY = std::min(all.minY, part.dataWindow.minY);
+    all.maxX = std::max(all.maxX, part.dataWindow.maxX);
+    all.maxY = std::max(all.maxY, part.dataWindow.maxY);
+    for (const ExrChannelFacts& channel : part.channels) {
+      pixelBytes += channel.type == 0 ? 8 : channel.type == 1 ? 6 : 4;
+    }
+  }
+  return pixelBytes == 0.0
+             ? 0.0
+             : pixelBytes * static_cast<double>(all.width()) * static_cast<double>(all.height());
+}
+
+}  // namespace
+
+void checkExrLimits(const ExrFacts& facts, const std::string& path, std::uint64_t budget) {
+  for (const ExrPartFacts& part : facts.parts) {
+    checkLayout(part, facts, path);
+    if (!part.deep) checkPixels(part, facts, path);
+  }
+  const double needed = neededBytes(facts);
+  if (needed > static_cast<double>(budget)) {
+    constexpr double kMebibyte = 1024.0 * 1024.0;
+    fail(path,
+         "needs " + std::to_string(static_cast<std::int64_t>(needed / kMebibyte)) +
+             " MiB of memory, more than the " +
+             std::to_string(static_cast<std::int64_t>(static_cast<double>(budget) / kMebibyte)) +
+             " MiB that are free");
+  }
+}
+
+}  // namespace drevintool

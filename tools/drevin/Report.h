@@ -1,0 +1,29 @@
+#pragma once
+
+/// The report of a render: what was done, with which controls, and how long it took.
+
+#include <string>
+#include <vector>
+
+#include "Arguments.h"
+#include "EmbeddedHost/Node.h"
+#include "EmbeddedHost/Render.h"
+#include "InputPictures.h"
+
+namespace drevintool {
+
+/// Wall time in seconds of the steps that the command itself takes.
+struct CommandTimes {
+  double read = 0.0;
+  double write = 0.0;
+  double total = 0.0;
+};
+
+/// Writes the report as JSON to `arguments.report`: node (class, version, build string, hash),
+/// format, box, every control with its value and state, what was asked of each input, warnings,
+/// threads, seconds (read, aperture, estimate, kernels, defocus, write, total) and the peak memory
+/// in bytes. The file appears when it is whole. Throws ToolError (OutputNotWritten).
+void writeReport(const RenderArguments& arguments, const Node& node, const InputPictures& pictures,
+                 const embedded::RenderResult& result, const CommandTimes& times);
+
+}  // namespace drevintool

@@ -1,0 +1,19 @@
+#pragma once
+
+/// Seconds of wall time since a moment.
+
+#include <chrono>
+
+namespace drevintool {
+
+class Stopwatch {
+ public:
+  double seconds() const {
+    return std::chrono::duration<double>(std::chrono::steady_clock::now() - start_).count();
+  }
+
+ private:
+  std::chrono::steady_clock::time_point start_ = std::chrono::steady_clock::now();
+};
+
+}  // namespace drevintool

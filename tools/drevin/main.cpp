@@ -1,0 +1,52 @@
+#include <cstdio>
+#include <exception>
+#include <new>
+#include <variant>
+
+#include "Arguments.h"
+#include "ControlsCommand.h"
+#include "DemoCommand.h"
+#include "ExitCode.h"
+#include "Messages.h"
+#include "RenderCommand.h"
+#include "Signals.h"
+
+namespace drevintool {
+namespace {
+
+int run(const TextRequest& request) {
+  std::fputs(request.text.c_str(), stdout);
+  return static_cast<int>(ExitCode::Done);
+}
+int run(const RenderArguments& arguments) {
+  return runRender(arguments);
+}
+int run(const ControlsArguments& arguments) {
+  return runControls(arguments);
+}
+int run(const DemoArguments& arguments) {
+  return runDemo(arguments.directory);
+}
+
+int runCommand(int count, const char* const* texts) {
+  try {
+    catchSignals();
+    return std::visit([](const auto& arguments) { return run(arguments); },
+                      parseArguments(count, texts));
+  } catch (const ToolError& error) {
+    printError(error.what());
+    return static_cast<int>(error.code());
+  } catch (const std::bad_alloc&) {
+    printError("not enough memory");
+  } catch (const std::exception& error) {
+    printError(error.what());
+  }
+  return static_cast<int>(ExitCode::RenderFailed);
+}
+
+}  // namespace
+}  // namespace drevintool
+
+int main(int count, char** texts) {
+  return drevintool::runCommand(count, texts);
+}
