@@ -1,0 +1,49 @@
+#pragma once
+
+/// A scene rendered by the imaging code alone, with no host in between.
+
+#include <map>
+#include <vector>
+
+#include "defocus/ScanlineDefocus.h"
+#include "kernel/HeroKernel.h"
+#include "kernel/KernelBank.h"
+#include "kernel/PaddingEstimate.h"
+#include "support/LiteralFrame.h"
+
+namespace drevin::test {
+
+/// The lens of a scene's settings, with every derived value.
+dvLens lensOf(const LiteralSettings& settings, int formatWidth, int formatHeight, int kernelSize);
+
+class ImagingFrame {
+ public:
+  /// `scene` must outlive the frame.
+  explicit ImagingFrame(const LiteralScene& scene);
+
+  /// Columns [left, right) of row y for every requested channel.
+  std::map<int, std::vector<float>> row(int y, int left, int right) const;
+
+  const dvPaddingResult& estimate() const { return estimate_; }
+  const dvKernelBank& bank() const { return bank_; }
+  const dvDefocusSettings& settings() const { return settings_; }
+
+ private:
+  using Planes = std::map<int, std::vector<float>>;
+
+  void prepareKernels(const std::vector<int>& processed);
+  void defocus(int y, int left, int right, Planes& out) const;
+  void splatRow(dvScanlineDefocus& defocus, int sy) const;
+  std::vector<float> read(const LiteralPicture& picture, int y, const dvColumns& columns,
+                          int channel) const;
+  void depthView(int y, int left, int right, Planes& out) const;
+
+  const LiteralScene& scene_;
+  std::vector<int> splatted_;  ///< requested and processed
+  dvChannelFloatBuffer hero_;
+  dvPaddingResult estimate_;
+  dvKernelBank bank_;
+  dvDefocusSettings settings_;
+};
+
+}  // namespace drevin::test
