@@ -33,6 +33,7 @@ void dvSliceAccumulators::makeRows(std::size_t slice) {
   block.total.assign(block.recent.size(), 0.0);
   colourRows_[slice].assign(static_cast<std::size_t>(dvChannelCount), nullptr);
   weightRows_[slice].assign(static_cast<std::size_t>(dvChannelCount), nullptr);
+  if (block.recent.empty()) return;  // no channels or no columns: nothing to address
   float* row = block.recent.data() - left_;
   for (const int channel : channels_) {
     const auto c = static_cast<std::size_t>(channel);
