@@ -87,17 +87,26 @@ std::string lowerExtension(const std::string& path) {
   return extension;
 }
 
-PixelBox parseRegion(const std::string& text) {
-  const std::vector<std::string> pieces = splitList(text);
-  std::vector<int> edges;
-  for (const std::string& piece : pieces) {
-    const std::optional<int> edge = parseInteger(piece);
-    if (!edge) fail("--region " + text + ": '" + piece + "' is not a whole number");
-    edges.push_back(*edge);
+[[noreturn]] void failRegion(const std::string& text, const std::string& reason) {
+  fail("--region " + text + ": " + reason);
+}
+
+int parseEdge(const std::string& piece, const std::string& region) {
+  constexpr int kFarthest = 1 << 28;
+  const std::optional<int> edge = parseInteger(piece);
+  if (!edge || *edge < -kFarthest || *edge > kFarthest) {
+    failRegion(region, "'" + piece + "' is not a whole number, or too large");
   }
-  if (edges.size() != 4) fail("--region " + text + ": give four whole numbers, x,y,r,t");
+  return *edge;
+}
+
+PixelBox parseRegion(const std::string& text) {
+  std::vector<int> edges;
+  for (const std::string& piece : splitList(text))
+    edges.push_back(parseEdge(piece, text));
+  if (edges.size() != 4) failRegion(text, "give four whole numbers, x,y,r,t");
   const PixelBox box{edges[0], edges[1], edges[2], edges[3]};
-  if (box.empty()) fail("--region " + text + ": is empty; r must be above x and t above y");
+  if (box.empty()) failRegion(text, "is empty; r must be above x and t above y");
   return box;
 }
 

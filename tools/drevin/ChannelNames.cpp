@@ -40,7 +40,7 @@ std::string hostChannelName(const std::string& fileName) {
   const bool unlayered = dot == std::string::npos;
   const std::string last = unlayered ? fileName : fileName.substr(dot + 1);
   if (unlayered || fileName.substr(0, dot) == "rgba") {
-    const std::string rgba = rgbaName(last);
+    std::string rgba = rgbaName(last);
     if (!rgba.empty()) return rgba;
   }
   if (!unlayered) return fileName;

@@ -79,9 +79,8 @@ class Planner {
 
  private:
   [[noreturn]] void failMissing(const std::string& name) const {
-    throw ToolError(ExitCode::InputUnreadable,
-                    oneLine("--channels: " + input_.path + " has no channel '" + name +
-                            "'; it has " + channelList(input_)));
+    throw ToolError(ExitCode::InputUnreadable, oneLine(input_.path + ": has no channel " + name +
+                                                       "; it has " + channelList(input_)));
   }
 
   void add(const PictureChannel& channel) {

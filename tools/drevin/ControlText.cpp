@@ -52,6 +52,7 @@ void setNumbers(Node& node, Knob& knob, const ControlSetting& setting) {
          "takes " + std::to_string(count) + (count == 1 ? " number" : " numbers, by commas"));
   }
   std::vector<double> values;
+  values.reserve(count);
   for (const std::string& text : texts)
     values.push_back(parseComponent(knob, text, setting));
   if (oneForAll) values.resize(count, values.front());
@@ -118,7 +119,7 @@ std::vector<std::string> setMembers(const ControlSetting& setting, const std::st
   if (name == "rgba") return {"rgba.red", "rgba.green", "rgba.blue", "rgba.alpha"};
   if (name == "all" || name == "none") fail(setting, "'" + name + "' stands alone");
   const bool isChannel = source != nullptr && findChannel(*source, name) != nullptr;
-  const std::vector<std::string> layer = layerMembers(source, name);
+  std::vector<std::string> layer = layerMembers(source, name);
   if (!isChannel && !layer.empty()) return layer;
   return {channelName(setting, name, source)};
 }

@@ -77,7 +77,7 @@ std::string freeName(const std::string& name, const std::string& part,
     return taken.count(n) == 0 && taken.count(hostChannelName(n)) == 0;
   };
   if (isFree(name)) return name;
-  const std::string prefixed = part.empty() ? name : part + "." + name;
+  std::string prefixed = part.empty() ? name : part + "." + name;
   if (isFree(prefixed)) return prefixed;
   for (int number = 2;; ++number) {
     std::string numbered = prefixed + "_" + std::to_string(number);
@@ -164,7 +164,7 @@ class Band {
 
  private:
   std::size_t width() const {
-    return static_cast<std::size_t>(part_.window.max.x - part_.window.min.x + 1);
+    return static_cast<std::size_t>(part_.window.max.x - part_.window.min.x) + 1;
   }
 
   void copyRow(int fileRow, int first) const {
@@ -234,7 +234,9 @@ Picture readExr(const std::string& path) {
   } catch (const std::bad_alloc&) {
     throw ToolError(ExitCode::InputUnreadable, oneLine(path) + ": not enough memory to read it");
   } catch (const std::exception& error) {
-    throw ToolError(ExitCode::InputUnreadable, oneLine(path + ": " + error.what()));
+    const std::string text = error.what();
+    const bool named = text.find(path) != std::string::npos;
+    throw ToolError(ExitCode::InputUnreadable, oneLine(named ? text : path + ": " + text));
   }
 }
 

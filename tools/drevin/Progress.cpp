@@ -3,6 +3,8 @@
 #include <fmt/format.h>
 #include <unistd.h>
 
+#include <algorithm>
+#include <cmath>
 #include <cstdio>
 #include <string>
 
@@ -12,7 +14,7 @@ namespace {
 constexpr const char* kClearLine = "\r\033[K";
 
 std::string durationText(double seconds) {
-  const auto whole = static_cast<long>(seconds + 0.5);
+  const long whole = std::lround(std::min(seconds, 1e6));
   if (whole < 60) return fmt::format("{} s", whole);
   if (whole < 3600) return fmt::format("{}:{:02} min", whole / 60, whole % 60);
   return fmt::format("{}:{:02} h", whole / 3600, whole / 60 % 60);

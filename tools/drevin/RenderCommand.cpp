@@ -30,6 +30,7 @@ using DD::Image::Knob;
 
 std::vector<ControlSetting> parseSettings(const std::vector<std::string>& texts) {
   std::vector<ControlSetting> settings;
+  settings.reserve(texts.size());
   for (const std::string& text : texts)
     settings.push_back(parseSetting(text));
   return settings;
@@ -147,10 +148,14 @@ void write(const OutputPicture& output, const std::string& path) {
   }
 }
 
-void checkBox(const RenderArguments& arguments, const embedded::RenderResult& result) {
+void checkBox(const RenderArguments& arguments, const Picture& input,
+              const embedded::RenderResult& result) {
   if (!pixelBox(result.image.box).empty()) return;
+  const PixelBox& box = input.box;
+  const std::string edges = std::to_string(box.x) + "," + std::to_string(box.y) + "," +
+                            std::to_string(box.r) + "," + std::to_string(box.t);
   if (arguments.region) {
-    throw ToolError(ExitCode::Usage, "--region: lies outside the picture's box");
+    throw ToolError(ExitCode::Usage, "--region: lies outside the picture's box " + edges);
   }
   throw ToolError(ExitCode::RenderFailed, oneLine(arguments.input + ": nothing to render"));
 }
@@ -198,7 +203,7 @@ class RenderJob {
     throwIfInterrupted();
     if (result.status != embedded::RenderStatus::Done)
       return static_cast<int>(ExitCode::RenderFailed);
-    checkBox(arguments_, result);
+    checkBox(arguments_, pictures.image(), result);
     finish(pictures, node, plan, result);
     return static_cast<int>(ExitCode::Done);
   }

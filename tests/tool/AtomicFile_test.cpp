@@ -1,0 +1,88 @@
+#include "AtomicFile.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+#include "ExitCode.h"
+#include "ScratchFolder.h"
+
+namespace drevintool {
+namespace {
+
+using testing::bytesOfFile;
+using testing::ScratchFolder;
+using testing::writeBytes;
+
+ExitCode codeOf(const std::string& path) {
+  try {
+    AtomicFile::checkPlace(path);
+  } catch (const ToolError& error) {
+    return error.code();
+  }
+  return ExitCode::Done;
+}
+
+TEST(AtomicFile, beforeCommit_theOldFileStands) {
+  const ScratchFolder folder;
+  writeBytes(folder.file("out"), "old");
+  AtomicFile file(folder.file("out"));
+  file.write("new", 3);
+  EXPECT_EQ(bytesOfFile(folder.file("out")), "old");
+  file.commit();
+  EXPECT_EQ(bytesOfFile(folder.file("out")), "new");
+  EXPECT_EQ(folder.entries(), std::vector<std::string>{"out"});
+}
+
+TEST(AtomicFile, notCommitted_leavesNothing) {
+  const ScratchFolder folder;
+  {
+    AtomicFile file(folder.file("out"));
+    file.write("new", 3);
+    EXPECT_EQ(folder.entries().size(), 1U);
+  }
+  EXPECT_TRUE(folder.entries().empty());
+}
+
+TEST(AtomicFile, seekBack_overwrites) {
+  const ScratchFolder folder;
+  AtomicFile file(folder.file("out"));
+  file.write("abcdef", 6);
+  EXPECT_EQ(file.position(), 6U);
+  file.seek(2);
+  file.write("XY", 2);
+  file.commit();
+  EXPECT_EQ(bytesOfFile(folder.file("out")), "abXYef");
+}
+
+TEST(AtomicFile, symbolicLink_isFollowed) {
+  const ScratchFolder folder;
+  writeBytes(folder.file("target"), "old");
+  std::filesystem::create_symlink(folder.file("target"), folder.file("link"));
+  AtomicFile file(folder.file("link"));
+  file.write("new", 3);
+  file.commit();
+  EXPECT_TRUE(std::filesystem::is_symlink(folder.file("link")));
+  EXPECT_EQ(bytesOfFile(folder.file("target")), "new");
+}
+
+TEST(AtomicFile, permissionsOfTheReplacedFile_areKept) {
+  const ScratchFolder folder;
+  writeBytes(folder.file("out"), "old");
+  std::filesystem::permissions(folder.file("out"), std::filesystem::perms::owner_all);
+  AtomicFile file(folder.file("out"));
+  file.commit();
+  EXPECT_EQ(std::filesystem::status(folder.file("out")).permissions(),
+            std::filesystem::perms::owner_all);
+}
+
+TEST(AtomicFile, missingFolderDirectoryOrDevice_isRefused) {
+  const ScratchFolder folder;
+  EXPECT_EQ(codeOf(folder.file("no/such/out")), ExitCode::OutputNotWritten);
+  EXPECT_EQ(codeOf(folder.path()), ExitCode::OutputNotWritten);
+  EXPECT_EQ(codeOf("/dev/full"), ExitCode::OutputNotWritten);
+  EXPECT_EQ(codeOf(folder.file("out")), ExitCode::Done);
+}
+
+}  // namespace
+}  // namespace drevintool

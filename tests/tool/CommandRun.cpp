@@ -1,0 +1,122 @@
+#include "CommandRun.h"
+
+#include <fcntl.h>
+#include <signal.h>
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <chrono>
+#include <cstdlib>
+#include <sstream>
+#include <stdexcept>
+#include <thread>
+
+#include "ScratchFolder.h"
+
+namespace drevintool::testing {
+namespace {
+
+void redirect(const std::string& path, int descriptor) {
+  const int file = open(path.c_str(), O_CREAT | O_TRUNC | O_WRONLY, 0600);
+  if (file < 0 || dup2(file, descriptor) < 0) _exit(126);
+  close(file);
+}
+
+void limit(int resource, std::size_t bytes) {
+  if (bytes == 0) return;
+  const rlimit value{bytes, bytes};
+  if (setrlimit(static_cast<__rlimit_resource>(resource), &value) != 0) _exit(126);
+}
+
+[[noreturn]] void becomeCommand(const std::vector<std::string>& arguments,
+                                const RunOptions& options, const ScratchFolder& folder) {
+  redirect(folder.file("out"), STDOUT_FILENO);
+  redirect(folder.file("error"), STDERR_FILENO);
+  for (const auto& [name, value] : options.environment)
+    setenv(name.c_str(), value.c_str(), 1);
+  const std::string command = options.command.empty() ? DREVIN_COMMAND : options.command;
+  std::vector<char*> texts{const_cast<char*>(command.c_str())};
+  for (const std::string& text : arguments)
+    texts.push_back(const_cast<char*>(text.c_str()));
+  texts.push_back(nullptr);
+  limit(RLIMIT_AS, options.addressSpace);
+  limit(RLIMIT_FSIZE, options.fileSize);
+  execv(command.c_str(), texts.data());
+  _exit(127);
+}
+
+double secondsSince(std::chrono::steady_clock::time_point start) {
+  return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+}
+
+// Waits for the end, sending the signal that was asked for, and SIGKILL when time is out.
+int waitFor(pid_t process, const RunOptions& options, rusage& usage) {
+  const auto start = std::chrono::steady_clock::now();
+  bool signalled = options.signal == 0;
+  int status = 0;
+  while (wait4(process, &status, WNOHANG, &usage) == 0) {
+    if (!signalled && secondsSince(start) >= options.signalAfterSeconds) {
+      kill(process, options.signal);
+      signalled = true;
+    }
+    if (secondsSince(start) > options.timeoutSeconds) kill(process, SIGKILL);
+    std::this_thread::sleep_for(std::chrono::milliseconds(2));
+  }
+  return status;
+}
+
+}  // namespace
+
+RunResult runCommand(const std::vector<std::string>& arguments, const RunOptions& options) {
+  const ScratchFolder folder;
+  const auto start = std::chrono::steady_clock::now();
+  const pid_t process = fork();
+  if (process < 0) throw std::runtime_error("cannot fork");
+  if (process == 0) becomeCommand(arguments, options, folder);
+  rusage usage{};
+  const int status = waitFor(process, options, usage);
+  RunResult result;
+  result.seconds = secondsSince(start);
+  result.peakKibibytes = usage.ru_maxrss;
+  result.exitCode = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+  result.out = bytesOfFile(folder.file("out"));
+  result.error = bytesOfFile(folder.file("error"));
+  return result;
+}
+
+std::vector<std::string> linesStarting(const std::string& text, const std::string& start) {
+  std::vector<std::string> lines;
+  std::istringstream stream(text);
+  for (std::string line; std::getline(stream, line);) {
+    if (line.rfind(start, 0) == 0) lines.push_back(line);
+  }
+  return lines;
+}
+
+bool isOneErrorLine(const std::string& error) {
+  std::istringstream stream(error);
+  int errors = 0;
+  for (std::string line; std::getline(stream, line);) {
+    if (line.rfind("drevin: error: ", 0) == 0) {
+      ++errors;
+    } else if (line.rfind("drevin: warning: ", 0) != 0 && line.rfind("Progress: ", 0) != 0) {
+      return false;
+    }
+  }
+  return errors == 1 && error.back() == '\n';
+}
+
+std::vector<std::string> renderArguments(const std::string& input, const std::string& output,
+                                         const std::vector<std::string>& more) {
+  std::vector<std::string> arguments = {"render",  "--quiet", "--plugin", builtPlugin(),
+                                        "--input", input,     "--output", output};
+  arguments.insert(arguments.end(), more.begin(), more.end());
+  return arguments;
+}
+
+std::string builtPlugin() {
+  return DREVIN_PLUGIN_FILE;
+}
+
+}  // namespace drevintool::testing

@@ -1,0 +1,45 @@
+#pragma once
+
+/// The command run as a process of its own.
+
+#include <map>
+#include <string>
+#include <vector>
+
+namespace drevintool::testing {
+
+struct RunOptions {
+  std::map<std::string, std::string> environment;  ///< added to the test's own
+  double timeoutSeconds = 120.0;                   ///< then it is killed
+  std::size_t addressSpace = 0;                    ///< bytes; 0: no limit
+  std::size_t fileSize = 0;                        ///< bytes; 0: no limit
+  int signal = 0;                                  ///< sent after signalAfterSeconds, if not 0
+  double signalAfterSeconds = 0.0;
+  std::string command;  ///< default: the one that was built
+};
+
+struct RunResult {
+  int exitCode = -1;  ///< -1 if it did not end by itself
+  std::string out;
+  std::string error;
+  double seconds = 0.0;
+  long peakKibibytes = 0;
+};
+
+RunResult runCommand(const std::vector<std::string>& arguments, const RunOptions& options = {});
+
+/// The lines of a text that begin with `start`.
+std::vector<std::string> linesStarting(const std::string& text, const std::string& start);
+
+/// Whether standard error is one line that begins with "drevin: error: ", and nothing else but
+/// warnings and progress.
+bool isOneErrorLine(const std::string& error);
+
+/// Arguments "render --quiet --input IN --output OUT" and what follows.
+std::vector<std::string> renderArguments(const std::string& input, const std::string& output,
+                                         const std::vector<std::string>& more = {});
+
+/// The path of the plug-in that was built.
+std::string builtPlugin();
+
+}  // namespace drevintool::testing

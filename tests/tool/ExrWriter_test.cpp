@@ -1,0 +1,98 @@
+#include "ExrWriter.h"
+
+#include <OpenEXR/ImfStandardAttributes.h>
+#include <OpenEXR/ImfStringAttribute.h>
+#include <gtest/gtest.h>
+
+#include "ExitCode.h"
+#include "ExrFixture.h"
+#include "ExrReader.h"
+#include "HeaderAttributes.h"
+#include "ScratchFolder.h"
+
+namespace drevintool {
+namespace {
+
+using testing::ReadFile;
+using testing::ScratchFolder;
+
+OutputPicture smallOutput() {
+  OutputPicture picture;
+  picture.display = {10, 20, 29, 39};
+  picture.box = {-1, 2, 1, 4};
+  picture.channels.push_back(
+      {"R", "rgba.red", std::make_shared<std::vector<float>>(std::vector<float>{1, 2, 3, 4})});
+  picture.channels.push_back({"m.half", "m.half",
+                              std::make_shared<std::vector<std::uint16_t>>(
+                                  std::vector<std::uint16_t>{0x7C01, 0xFE55, 1, 0x8000})});
+  picture.channels.push_back(
+      {"id", "other.id",
+       std::make_shared<std::vector<std::uint32_t>>(std::vector<std::uint32_t>{7, 8, 9, ~0U})});
+  return picture;
+}
+
+TEST(ExrWriter, windows_areTheInverseOfReading) {
+  const ScratchFolder folder;
+  writeExr(smallOutput(), folder.file("a.exr"));
+  const ReadFile file = testing::readBack(folder.file("a.exr"));
+  EXPECT_EQ(file.display, Imath::Box2i({10, 20}, {29, 39}));
+  EXPECT_EQ(file.data, Imath::Box2i({9, 36}, {10, 37}));
+  EXPECT_EQ(file.value("R", 9, 37), 1.0) << "bottom left";
+  EXPECT_EQ(file.value("R", 10, 36), 4.0) << "top right";
+}
+
+TEST(ExrWriter, typesAndBits_areKept) {
+  const ScratchFolder folder;
+  writeExr(smallOutput(), folder.file("a.exr"));
+  const ReadFile file = testing::readBack(folder.file("a.exr"));
+  EXPECT_EQ(file.channels.at("R").type, Imf::FLOAT);
+  EXPECT_EQ(file.channels.at("m.half").type, Imf::HALF);
+  EXPECT_EQ(file.channels.at("id").type, Imf::UINT);
+  EXPECT_EQ(file.bits("m.half", 9, 37), 0x7C01U) << "a signalling NaN";
+  EXPECT_EQ(file.bits("m.half", 10, 37), 0xFE55U);
+  EXPECT_EQ(file.bits("id", 10, 36), ~0U);
+  EXPECT_EQ(file.header.compression(), Imf::ZIP_COMPRESSION);
+}
+
+TEST(ExrWriter, attributesOfTheInput_areKeptButItsLayoutIsNot) {
+  const ScratchFolder folder;
+  OutputPicture picture = smallOutput();
+  HeaderAttributes from;
+  from.header.pixelAspectRatio() = 2.0F;
+  from.header.lineOrder() = Imf::DECREASING_Y;
+  Imf::addOwner(from.header, "me");
+  picture.attributes = std::make_shared<HeaderAttributes>(from);
+  writeExr(picture, folder.file("a.exr"));
+  const ReadFile file = testing::readBack(folder.file("a.exr"));
+  EXPECT_EQ(file.header.pixelAspectRatio(), 2.0F);
+  EXPECT_EQ(Imf::owner(file.header), "me");
+  EXPECT_EQ(file.header.lineOrder(), Imf::INCREASING_Y);
+}
+
+TEST(ExrWriter, manyRows_areWrittenWhole) {
+  const ScratchFolder folder;
+  OutputPicture picture;
+  constexpr int kHeight = 700;
+  picture.display = {0, 0, 4, kHeight - 1};
+  picture.box = {0, 0, 5, kHeight};
+  auto rows = std::make_shared<std::vector<float>>();
+  for (int i = 0; i < 5 * kHeight; ++i)
+    rows->push_back(static_cast<float>(i));
+  picture.channels.push_back({"R", "rgba.red", FloatSamples(rows)});
+  writeExr(picture, folder.file("a.exr"));
+  const Picture back = readExr(folder.file("a.exr"));
+  EXPECT_EQ(*std::get<FloatSamples>(back.channels[0].samples), *rows);
+}
+
+TEST(ExrWriter, missingFolder_isOutputNotWritten) {
+  const ScratchFolder folder;
+  try {
+    writeExr(smallOutput(), folder.file("no/a.exr"));
+    FAIL();
+  } catch (const ToolError& error) {
+    EXPECT_EQ(error.code(), ExitCode::OutputNotWritten);
+  }
+}
+
+}  // namespace
+}  // namespace drevintool

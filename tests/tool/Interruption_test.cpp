@@ -1,0 +1,56 @@
+#include <gtest/gtest.h>
+
+#include <csignal>
+
+#include "CommandRun.h"
+#include "ExrFixture.h"
+#include "ScratchFolder.h"
+
+namespace drevintool::testing {
+namespace {
+
+// A render that would take far longer than the test waits.
+class Interruption : public ::testing::Test {
+ protected:
+  Interruption() {
+    writeExrFixture(input_, rgbazPart(1600, 1200, 220.0));
+    writeBytes(output_, "the picture from before");
+  }
+
+  RunResult renderAndSend(int signal) const {
+    RunOptions options;
+    options.signal = signal;
+    options.signalAfterSeconds = 1.5;
+    return runCommand(renderArguments(input_, output_), options);
+  }
+
+  void expectNothingLeft() const {
+    EXPECT_EQ(folder_.entries(), (std::vector<std::string>{"in.exr", "out.exr"}));
+    EXPECT_EQ(bytesOfFile(output_), "the picture from before");
+  }
+
+  ScratchFolder folder_;
+  std::string input_ = folder_.file("in.exr");
+  std::string output_ = folder_.file("out.exr");
+};
+
+TEST_F(Interruption, interrupt_ends130AndLeavesNothing) {
+  const RunResult result = renderAndSend(SIGINT);
+  EXPECT_EQ(result.exitCode, 130);
+  EXPECT_TRUE(isOneErrorLine(result.error)) << result.error;
+  expectNothingLeft();
+}
+
+TEST_F(Interruption, terminate_ends143AndLeavesNothing) {
+  const RunResult result = renderAndSend(SIGTERM);
+  EXPECT_EQ(result.exitCode, 143);
+  EXPECT_TRUE(isOneErrorLine(result.error)) << result.error;
+  expectNothingLeft();
+}
+
+TEST_F(Interruption, rendersStopSoon) {
+  EXPECT_LT(renderAndSend(SIGINT).seconds, 30.0);
+}
+
+}  // namespace
+}  // namespace drevintool::testing
