@@ -92,9 +92,6 @@ class DD_EXPORT Op {
   /// True when the result is no longer wanted: long loops ask and return. Safe from any thread.
   bool aborted() const;
   void progressMessage(const char* format, ...) __attribute__((format(printf, 2, 3)));
-  /// Fraction of the announced work that is done, 0 to 1.
-  void progressFraction(double fraction);
-  void progressFraction(int done, int total);
 
   /// The context that this operator was made for.
   const OutputContext& outputContext() const;

@@ -19,6 +19,7 @@ class DD_EXPORT CameraInput : public DD::Image::CameraOp {
   explicit CameraInput(const CameraValues& values);
   const char* Class() const override;
   const char* node_help() const override;
+  void append(DD::Image::Hash& hash) override;
 };
 
 }  // namespace embedded

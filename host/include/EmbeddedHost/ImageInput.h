@@ -30,6 +30,8 @@ class DD_EXPORT ImageInput : public DD::Image::Iop {
 
   const char* Class() const override;
   const char* node_help() const override;
+  /// Adds the whole picture.
+  void append(DD::Image::Hash& hash) override;
   const Image& image() const { return image_; }
 
  protected:

@@ -5,8 +5,8 @@
 /// The documented interface only knows `Node` as an opaque pointer that an operator's constructor
 /// receives; everything public here is for the program that plays the host.
 
+#include <functional>
 #include <memory>
-#include <mutex>
 #include <string>
 #include <vector>
 
@@ -66,8 +66,12 @@ class DD_EXPORT Node {
   void clearMessages();
   void addMessage(embedded::Severity severity, std::string text);
 
-  // For the host's own knob factories.
+  // For the host's own library -------------------------------------------------------------------
+
   DD::Image::Knob* addKnob(std::unique_ptr<DD::Image::Knob> knob);
+  /// Called with every stage that the operator announces, until it is replaced.
+  void onStage(std::function<void(const std::string&)> listener);
+  void announceStage(const std::string& name);
 
  private:
   struct Impl;

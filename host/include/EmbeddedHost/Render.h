@@ -71,6 +71,8 @@ class DD_EXPORT RenderSession {
   const DD::Image::Hash& hash() const;
   const std::map<int, InputRequest>& requests() const;
   std::vector<Stage> stages() const;
+  /// Begins a stage of the caller's own; the operator announces those of the opening.
+  void beginStage(const std::string& name);
   /// Renders columns [x, r) of row y into `row`; false after an error or an abort.
   bool row(int y, int x, int r, const DD::Image::ChannelSet& channels, DD::Image::Row& row);
 

@@ -1,0 +1,70 @@
+#include "DDImage/Knob.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "DDImage/Hash.h"
+
+namespace DD {
+namespace Image {
+
+Knob Knob::showPanel;
+Knob Knob::inputChange;
+
+Knob::Knob(Declaration declaration)
+    : type_(declaration.type),
+      kind_(declaration.kind),
+      name_(std::move(declaration.name)),
+      label_(std::move(declaration.label)),
+      values_(declaration.values),
+      defaults_(std::move(declaration.values)),
+      mask_(declaration.mask),
+      defaultMask_(declaration.mask),
+      choices_(std::move(declaration.choices)),
+      channelInput_(declaration.channelInput),
+      text_(std::move(declaration.text)) {}
+
+double Knob::admitted(double value) const {
+  if (type_ == Type::Boolean) return value != 0.0 ? 1.0 : 0.0;
+  if (range_ && (flags_ & FORCE_RANGE) != 0) {
+    value = std::max(range_->first, std::min(value, range_->second));
+  }
+  if (type_ == Type::Choice) {
+    value = std::max(0.0, std::min(value, static_cast<double>(choices_.size()) - 1.0));
+  }
+  return type_ == Type::Real ? value : std::trunc(value);
+}
+
+void Knob::set_value(double value, int index) {
+  if (!std::isfinite(value)) return;
+  const double taken = admitted(value);
+  if (index < 0) {
+    std::fill(values_.begin(), values_.end(), taken);
+  } else if (index < components()) {
+    values_[static_cast<std::size_t>(index)] = taken;
+  }
+}
+
+double Knob::get_value(int index) const {
+  return index >= 0 && index < components() ? values_[static_cast<std::size_t>(index)] : 0.0;
+}
+
+void Knob::set_values(const float* values, int count) {
+  for (int i = 0; i < count; ++i)
+    set_value(static_cast<double>(values[i]), i);
+}
+
+Channel Knob::channel(int index) const {
+  return static_cast<Channel>(get_value(index));
+}
+
+void Knob::append(Hash& hash) const {
+  if ((flags_ & NO_RERENDER) != 0 || type_ == Type::Decoration) return;
+  hash.append(name_);
+  for (const double value : values_)
+    hash.append(value);
+  if (type_ == Type::Mask) mask_.append(hash);
+}
+
+}  // namespace Image
+}  // namespace DD
