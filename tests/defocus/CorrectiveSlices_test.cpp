@@ -78,7 +78,8 @@ TEST(CorrectiveSlices, nonFiniteDepth_isInTheLastSliceOrNone) {
 TEST(CorrectiveSlices, everyDepthOfManySlices_isBetweenItsNeighbours) {
   const std::vector<float> starts = sliceStarts(256, 10.0F, {8.0F, 12.0F});
   ASSERT_EQ(starts.size(), 256U);
-  for (float depth = 0.0F; depth < 14.0F; depth += 0.0137F) {
+  for (int i = 0; i < 1022; ++i) {
+    const float depth = 0.0137F * static_cast<float>(i);
     const auto slice = static_cast<std::size_t>(sliceIndex(depth, 256, starts));
     ASSERT_LT(slice, starts.size());
     EXPECT_LE(starts[slice], depth);

@@ -83,8 +83,8 @@ void LiteralFrame::kernelView(int y, int left, int right, LiteralRow& out) const
       value = LiteralValue{};
       const bool inside = x >= 0 && x < hero_.side && y >= 0 && y < hero_.side;
       if (processes(channel) && inside) {
-        const auto at = static_cast<std::size_t>(y * hero_.side + x);
-        value.value = static_cast<double>(hero_.planes.at(channel)[at]);
+        const int at = y * hero_.side + x;
+        value.value = static_cast<double>(hero_.planes.at(channel)[static_cast<std::size_t>(at)]);
       }
     }
   }

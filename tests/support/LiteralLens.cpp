@@ -62,7 +62,8 @@ int literalSlice(float depth, const LiteralSettings& settings, const LiteralLens
   int count = static_cast<int>(lens.sliceBoundaries.size());
   while (count > 0) {
     const int half = count / 2;
-    if (depth < lens.sliceBoundaries[static_cast<std::size_t>(first + half)]) {
+    const int middle = first + half;
+    if (depth < lens.sliceBoundaries[static_cast<std::size_t>(middle)]) {
       count = half;
     } else {
       first += half + 1;

@@ -73,10 +73,12 @@ void addRow(const LiteralKernel& kernel, int channel, int x, int y, float value,
   if (dst + n > source.right) n = source.right - dst;
   const int kernelRow = y + reach - source.y;
   for (int j = 0; j < n; ++j) {
-    const auto at = static_cast<std::size_t>(kernelRow * kernel.side - cut + j);
+    const int at = kernelRow * kernel.side - cut + j;
+    const int column = dst - source.left + j;
     const double weight =
-        static_cast<double>(kernel.planes.at(channel)[at]) * static_cast<double>(w);
-    LiteralSum& sum = row[static_cast<std::size_t>(dst - source.left + j)];
+        static_cast<double>(kernel.planes.at(channel)[static_cast<std::size_t>(at)]) *
+        static_cast<double>(w);
+    LiteralSum& sum = row[static_cast<std::size_t>(column)];
     sum.colour += weight * static_cast<double>(value);
     sum.weight += weight;
     sum.absoluteColour += std::fabs(weight * static_cast<double>(value));
