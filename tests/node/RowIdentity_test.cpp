@@ -1,0 +1,159 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstddef>
+#include <cstring>
+#include <thread>
+
+#include "node/NodeBench.h"
+#include "support/RandomScene.h"
+
+namespace drevin::test {
+namespace {
+
+using embedded::RenderSession;
+
+/// Bits of a rendered row, channel by channel; NaN compares by its bits.
+using Bits = std::vector<unsigned>;
+
+Bits bitsOf(const DD::Image::Row& row, const DD::Image::ChannelSet& channels, int x, int r) {
+  Bits bits;
+  for (const DD::Image::Channel z : channels) {
+    const float* values = row[z];
+    for (int i = x; i < r; ++i) {
+      unsigned word = 0;
+      std::memcpy(&word, values + i, sizeof word);
+      bits.push_back(word);
+    }
+  }
+  return bits;
+}
+
+/// Scenes that defocus, without chromatic aberration.
+LiteralScene unshiftedScene(unsigned seed) {
+  LiteralScene scene = randomScene(seed);
+  scene.settings.outputType = seed % 2 == 0 ? 0 : 1;
+  scene.settings.chromaticAberration = 0.0F;
+  return scene;
+}
+
+Bits imageBits(const embedded::Image& image) {
+  Bits bits;
+  for (const auto& entry : image.planes) {
+    for (const float& value : *entry.second) {
+      unsigned word = 0;
+      std::memcpy(&word, &value, sizeof word);
+      bits.push_back(word);
+    }
+  }
+  return bits;
+}
+
+TEST(RenderedNode, anyThreadCount_isBitIdentical) {
+  for (unsigned seed = 500; seed < 530; ++seed) {
+    const LiteralScene scene = randomScene(seed);
+    NodeBench bench(scene);
+    bench.options.threads = 1;
+    const Bits alone = imageBits(bench.render().image);
+    ASSERT_FALSE(alone.empty());
+    for (const unsigned threads : {2U, 3U, 8U}) {
+      bench.options.threads = threads;
+      EXPECT_EQ(imageBits(bench.render().image), alone) << "seed " << seed << " on " << threads;
+    }
+  }
+}
+
+Bits rowBits(RenderSession& session, const DD::Image::ChannelSet& channels, int y, int x, int r) {
+  DD::Image::Row row(x, r);
+  EXPECT_TRUE(session.row(y, x, r, channels, row));
+  return bitsOf(row, channels, x, r);
+}
+
+TEST(RenderedNode, anyRowOrder_isBitIdentical) {
+  for (unsigned seed = 530; seed < 550; ++seed) {
+    NodeBench bench(randomScene(seed));
+    RenderSession session(bench.node(), bench.options);
+    const DD::Image::Box box = session.box();
+    std::vector<Bits> upward;
+    for (int y = box.y(); y < box.t(); ++y) {
+      upward.push_back(rowBits(session, bench.options.channels, y, box.x(), box.r()));
+    }
+    for (int y = box.t() - 1; y >= box.y(); --y) {
+      EXPECT_EQ(rowBits(session, bench.options.channels, y, box.x(), box.r()),
+                upward[static_cast<std::size_t>(y - box.y())])
+          << "seed " << seed;
+    }
+  }
+}
+
+/// The columns of `parts` put together again, in the order of one whole row.
+Bits joined(const std::vector<Bits>& parts, std::size_t channels) {
+  Bits whole;
+  for (std::size_t c = 0; c < channels; ++c) {
+    for (const Bits& part : parts) {
+      const std::size_t width = part.size() / channels;
+      const auto first = part.begin() + static_cast<std::ptrdiff_t>(c * width);
+      whole.insert(whole.end(), first, first + static_cast<std::ptrdiff_t>(width));
+    }
+  }
+  return whole;
+}
+
+TEST(RenderedNode, rowSplitInXWithoutChromaticAberration_isBitIdentical) {
+  for (unsigned seed = 550; seed < 590; ++seed) {
+    NodeBench bench(unshiftedScene(seed));
+    RenderSession session(bench.node(), bench.options);
+    const DD::Image::Box box = session.box();
+    const DD::Image::ChannelSet& channels = bench.options.channels;
+    const int y = (box.y() + box.t()) / 2;
+    const Bits whole = rowBits(session, channels, y, box.x(), box.r());
+    for (int x = box.x() + 1; x < box.r(); ++x) {
+      const std::vector<Bits> parts{rowBits(session, channels, y, box.x(), x),
+                                    rowBits(session, channels, y, x, box.r())};
+      EXPECT_EQ(joined(parts, channels.size()), whole) << "seed " << seed << " at " << x;
+    }
+  }
+}
+
+TEST(RenderedNode, oneChannelAtATime_isBitIdentical) {
+  for (unsigned seed = 590; seed < 600; ++seed) {
+    NodeBench bench(unshiftedScene(seed));
+    RenderSession session(bench.node(), bench.options);
+    const DD::Image::Box box = session.box();
+    const DD::Image::ChannelSet& channels = bench.options.channels;
+    const Bits whole = rowBits(session, channels, box.y(), box.x(), box.r());
+    Bits single;
+    for (const DD::Image::Channel z : channels) {
+      const Bits one = rowBits(session, z, box.y(), box.x(), box.r());
+      single.insert(single.end(), one.begin(), one.end());
+    }
+    EXPECT_EQ(single, whole) << "seed " << seed;
+  }
+}
+
+TEST(RenderedNode, rowsOnThreadsOfTheCaller_areBitIdentical) {
+  NodeBench bench(randomScene(601));
+  RenderSession session(bench.node(), bench.options);
+  const DD::Image::Box box = session.box();
+  std::vector<Bits> alone;
+  for (int y = box.y(); y < box.t(); ++y) {
+    alone.push_back(rowBits(session, bench.options.channels, y, box.x(), box.r()));
+  }
+  std::vector<std::vector<Bits>> together(4);
+  std::vector<std::thread> threads;
+  threads.reserve(together.size());
+  for (std::vector<Bits>& rows : together) {
+    threads.emplace_back([&] {
+      for (int y = box.y(); y < box.t(); ++y) {
+        rows.push_back(rowBits(session, bench.options.channels, y, box.x(), box.r()));
+      }
+    });
+  }
+  for (std::thread& thread : threads)
+    thread.join();
+  for (const std::vector<Bits>& rows : together)
+    EXPECT_EQ(rows, alone);
+}
+
+}  // namespace
+}  // namespace drevin::test
