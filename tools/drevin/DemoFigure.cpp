@@ -27,11 +27,11 @@ constexpr int kRibs = 8;
 
 DemoVector umbrellaFrame(const DemoVector& p) {
   const DemoVector q = p - kRim;
-  const double cb = std::cos(kLeanBack);
-  const double sb = std::sin(kLeanBack);
+  static const double cb = std::cos(kLeanBack);
+  static const double sb = std::sin(kLeanBack);
   const DemoVector r{q.x, q.y * cb - q.z * sb, q.y * sb + q.z * cb};
-  const double cl = std::cos(kLeanLeft);
-  const double sl = std::sin(kLeanLeft);
+  static const double cl = std::cos(kLeanLeft);
+  static const double sl = std::sin(kLeanLeft);
   return {r.x * cl + r.y * sl, -r.x * sl + r.y * cl, r.z};
 }
 
@@ -52,6 +52,9 @@ double aboveHem(const DemoVector& q) {
 
 double canopyDistance(const DemoVector& q) {
   const DemoVector c{q.x, q.y + domeDepth(), q.z};
+  constexpr double kThick = 0.04;  // of the shell in which the gores and their hem lie
+  const double shell = std::max(std::abs(length(c) - kDome) - kThick, -q.y);
+  if (shell > kThick) return shell;
   const double slack = std::sin(kPi * fraction(gore(q)));
   const double outward = std::min(std::hypot(q.x, q.z) / kRimRadius, 1.2);
   const double dome = length(c) - (kDome - 0.022 * slack * outward * outward);
@@ -63,9 +66,13 @@ double metalDistance(const DemoVector& q) {
   const double shaft = rodDistance(q, {0.0, -0.62, 0.0}, {0.0, top, 0.0}, 0.006, 0.006);
   const double ferrule =
       rodDistance(q, {0.0, top - 0.005, 0.0}, {0.0, top + 0.055, 0.0}, 0.012, 0.005);
+  constexpr double kTip = 0.009;
+  constexpr double kClose = 0.03;
+  const double aside = std::max(std::abs(std::hypot(q.x, q.z) - kRimRadius), std::abs(q.y)) - kTip;
+  if (aside > kClose) return std::min({shaft, ferrule, aside});
   const double turn = (std::floor(gore(q) + 0.5) - 0.35) / kRibs * 2.0 * kPi;
   const DemoVector tip{kRimRadius * std::cos(turn), -0.004, kRimRadius * std::sin(turn)};
-  return std::min({shaft, ferrule, sphereDistance(q, tip, 0.009)});
+  return std::min({shaft, ferrule, sphereDistance(q, tip, kTip)});
 }
 
 // --- the figure, in its own frame: feet at the origin ----------------------------------------
@@ -104,7 +111,7 @@ double scarfDistance(const DemoVector& p) {
 double hairDistance(const DemoVector& p) {
   const double crown = ellipsoidDistance(p, {0.0, 1.555, 0.0}, {0.088, 0.108, 0.1});
   const double bob = ellipsoidDistance(p, {0.0, 1.49, -0.005}, {0.098, 0.082, 0.092});
-  const double strands = 0.0018 * std::sin(210.0 * p.x + 18.0 * std::sin(9.0 * p.y));
+  const double strands = 0.0007 * std::sin(380.0 * p.x + 18.0 * std::sin(9.0 * p.y));
   return blend(crown, bob, 0.05) + strands;
 }
 
@@ -113,19 +120,26 @@ struct Nearest {
   int part;
 };
 
+Nearest nearer(const Nearest& a, const Nearest& b) {
+  return b.distance < a.distance ? b : a;
+}
+
+// Far from the body a rod around it stands for its parts.
+Nearest nearestOfBody(const DemoVector& p) {
+  constexpr double kClose = 0.06;
+  const double around = rodDistance(p, {0.0, 0.8, 0.0}, {0.0, 1.5, 0.0}, 0.42, 0.24);
+  if (around > kClose) return {around, Coat};
+  Nearest nearest{coatDistance(p), Coat};
+  nearest = nearer(nearest, {beltDistance(p), Belt});
+  nearest = nearer(nearest, {scarfDistance(p), Scarf});
+  nearest = nearer(nearest, {hairDistance(p), Hair});
+  return nearer(nearest, {sphereDistance(p, {0.1, 1.2, 0.21}, 0.05), Skin});
+}
+
 Nearest nearestPart(const DemoVector& world) {
-  const DemoVector p = world - kStand;
   const DemoVector q = umbrellaFrame(world);
-  const std::array<Nearest, 7> parts = {{{canopyDistance(q), Canopy},
-                                         {metalDistance(q), Metal},
-                                         {coatDistance(p), Coat},
-                                         {beltDistance(p), Belt},
-                                         {scarfDistance(p), Scarf},
-                                         {hairDistance(p), Hair},
-                                         {sphereDistance(p, {0.1, 1.2, 0.21}, 0.05), Skin}}};
-  return *std::min_element(parts.begin(), parts.end(), [](const Nearest& a, const Nearest& b) {
-    return a.distance < b.distance;
-  });
+  const Nearest umbrella = nearer({canopyDistance(q), Canopy}, {metalDistance(q), Metal});
+  return nearer(umbrella, nearestOfBody(world - kStand));
 }
 
 // --- what the parts are made of and how the street lights them ---------------------------------
@@ -154,7 +168,7 @@ double dropletGlint(const DemoVector& q) {
   const double row = length({q.x, 0.0, q.z}) * 190.0;
   const auto a = static_cast<std::int64_t>(std::floor(column));
   const auto b = static_cast<std::int64_t>(std::floor(row));
-  if (demoHash(a, b, 5) > 0.2) return 0.0;
+  if (demoHash(a, b, 5) > 0.11) return 0.0;
   const double dx = fraction(column) - 0.25 - 0.5 * demoHash(a, b, 6);
   const double dy = fraction(row) - 0.25 - 0.5 * demoHash(a, b, 7);
   return (1.0 - smoothStep(0.0, 0.3, std::hypot(dx, dy))) * demoHash(a, b, 8);
@@ -181,7 +195,7 @@ Cloth clothOf(int part, const DemoVector& world) {
     case Scarf:
       return {{0.035, 0.2, 0.225}, 0.04, 10.0, 0.0};
     case Hair:
-      return {{0.045, 0.024, 0.014}, 0.55, 26.0, 0.0};
+      return {{0.045, 0.024, 0.014}, 0.22, 22.0, 0.0};
     default:
       return {{0.5, 0.3, 0.22}, 0.1, 20.0, 0.0};
   }
@@ -194,11 +208,11 @@ struct Lamp {
 
 const std::array<Lamp, 5>& lamps() {
   static const std::array<Lamp, 5> kLamps = {
-      {{unit({1.0, 0.16, 0.2}), {1.75, 1.05, 0.5}},       // shop windows on the right
-       {unit({-0.2, 0.55, 1.0}), {1.5, 1.12, 0.74}},      // street lamps ahead
+      {{unit({1.0, 0.16, 0.2}), {1.7, 0.9, 0.36}},        // shop windows on the right
+       {unit({-0.15, 0.75, 0.8}), {1.5, 1.12, 0.74}},     // street lamps ahead
        {unit({-1.0, 0.12, 0.15}), {0.16, 0.5, 0.78}},     // neon on the left
-       {unit({-0.35, 0.6, -1.0}), {0.3, 0.3, 0.36}},      // the street behind the camera
-       {unit({0.45, 0.75, -0.8}), {0.34, 0.26, 0.17}}}};  // and its lamps
+       {unit({-0.35, 0.6, -1.0}), {0.13, 0.14, 0.19}},    // the street behind the camera
+       {unit({0.45, 0.75, -0.8}), {0.22, 0.16, 0.10}}}};  // and its lamps
   return kLamps;
 }
 

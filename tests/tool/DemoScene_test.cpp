@@ -1,0 +1,237 @@
+#include "DemoScene.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+#include "Arguments.h"
+#include "DemoAperture.h"
+#include "DemoCommand.h"
+#include "DemoMattes.h"
+#include "DemoNeon.h"
+#include "DemoRows.h"
+#include "DemoSuggestions.h"
+#include "ExitCode.h"
+#include "ExrReader.h"
+#include "ScratchFolder.h"
+
+namespace drevintool {
+namespace {
+
+constexpr int kWidth = 240;
+constexpr float kBright = 20.0F;
+
+const DemoPicture& scene() {
+  static const DemoPicture kScene = renderDemoScene(DemoCamera{}, kWidth);
+  return kScene;
+}
+
+std::size_t pixelCount(const DemoPicture& picture) {
+  return static_cast<std::size_t>(picture.width) * static_cast<std::size_t>(picture.height);
+}
+
+// Pixels brighter than 20 in some colour whose depth lies between the two.
+int lightsBetween(double from, double to) {
+  int count = 0;
+  const auto& planes = scene().planes;
+  for (std::size_t i = 0; i < pixelCount(scene()); ++i) {
+    const float most = std::max({planes.at("R")[i], planes.at("G")[i], planes.at("B")[i]});
+    const float z = planes.at("Z")[i];
+    if (most > kBright && z > from && z < to) ++count;
+  }
+  return count;
+}
+
+// Planes sum to a share of the whole; the centre of what they hold, as a share of the side.
+double centreOfRows(const std::vector<float>& plane, int side) {
+  double sum = 0.0;
+  double moment = 0.0;
+  for (std::size_t i = 0; i < plane.size(); ++i) {
+    sum += plane[i];
+    moment += plane[i] * (std::floor(static_cast<double>(i) / side) + 0.5);
+  }
+  return moment / sum / side;
+}
+
+TEST(DemoScene, rendering_fillsColourAlphaAndDepthPlanesOfItsSize) {
+  EXPECT_EQ(scene().width, kWidth);
+  EXPECT_EQ(scene().height, 135);
+  ASSERT_EQ(scene().planes.size(), 5U);
+  for (const char* name : {"R", "G", "B", "A", "Z"}) {
+    EXPECT_EQ(scene().planes.at(name).size(), pixelCount(scene())) << name;
+  }
+}
+
+TEST(DemoScene, renderingTwice_givesTheSameValues) {
+  const DemoPicture again = renderDemoScene(DemoCamera{}, kWidth);
+  EXPECT_EQ(again.planes, scene().planes);
+}
+
+TEST(DemoScene, colours_areFiniteAndNotNegative) {
+  for (const char* name : {"R", "G", "B", "A"}) {
+    for (const float value : scene().planes.at(name)) {
+      ASSERT_TRUE(std::isfinite(value) && value >= 0.0F) << name << " " << value;
+    }
+  }
+}
+
+TEST(DemoScene, sky_isInfinitelyFarAndNoDepthIsZeroOrUndefined) {
+  std::size_t sky = 0;
+  for (const float z : scene().planes.at("Z")) {
+    ASSERT_FALSE(std::isnan(z));
+    ASSERT_GT(z, 1.0F);
+    if (std::isinf(z)) ++sky;
+  }
+  EXPECT_GT(sky, pixelCount(scene()) / 100);
+  EXPECT_LT(sky, pixelCount(scene()) / 2);
+}
+
+TEST(DemoScene, lightsAboveTwenty_areBeforeAndBehindTheSubject) {
+  const double focus = DemoCamera{}.focalPlane;
+  EXPECT_GT(lightsBetween(1.0, focus - 1.0), 10);
+  EXPECT_GT(lightsBetween(focus + 1.0, 30.0), 10);
+  EXPECT_GT(lightsBetween(30.0, 200.0), 10);
+}
+
+TEST(DemoScene, subject_coversAGoodPartOfThePictureAtTheFocalPlane) {
+  std::size_t inFocus = 0;
+  for (const float z : scene().planes.at("Z")) {
+    if (std::abs(z - DemoCamera{}.focalPlane) < 0.5) ++inFocus;
+  }
+  EXPECT_GT(inFocus, pixelCount(scene()) / 5);
+}
+
+TEST(DemoScene, focusedPixels_carryNoLightFromBehind) {
+  const auto& planes = scene().planes;
+  for (std::size_t i = 0; i < pixelCount(scene()); ++i) {
+    if (std::abs(planes.at("Z")[i] - DemoCamera{}.focalPlane) > 0.5) continue;
+    ASSERT_LT(planes.at("R")[i], 6.0F);
+  }
+}
+
+TEST(DemoScene, camera_isToldByTheKeysOfTheCameraOption) {
+  EXPECT_EQ(cameraText(DemoCamera{}),
+            "focalLength=85,fStop=1.2,focalPlane=4,horizontalAperture=36,verticalAperture=20.25");
+}
+
+TEST(DemoScene, project_undoesRay) {
+  const DemoCamera camera;
+  const DemoPlace place = project(camera, camera.ray(31.25, 77.5, 240, 135).at(7.0), 240, 135);
+  EXPECT_NEAR(place.column, 31.25, 1e-9);
+  EXPECT_NEAR(place.row, 77.5, 1e-9);
+}
+
+TEST(DemoRows, everyRow_isWorkedOnOnce) {
+  std::vector<int> visits(100, 0);
+  forDemoRows(100, [&](int row) { ++visits[static_cast<std::size_t>(row)]; });
+  EXPECT_EQ(visits, std::vector<int>(100, 1));
+}
+
+TEST(DemoMattes, values_lieBetweenZeroAndOneAndUseBothEnds) {
+  const DemoPicture mattes = makeDemoMattes(scene(), DemoCamera{});
+  ASSERT_EQ(mattes.planes.size(), 3U);
+  for (const auto& [name, plane] : mattes.planes) {
+    ASSERT_EQ(plane.size(), pixelCount(scene())) << name;
+    const auto [least, most] = std::minmax_element(plane.begin(), plane.end());
+    EXPECT_GE(*least, 0.0F) << name;
+    EXPECT_LT(*least, 0.01F) << name;
+    EXPECT_GT(*most, 0.95F) << name;
+    EXPECT_LE(*most, 1.0F) << name;
+  }
+}
+
+TEST(DemoMattes, neonSign_isKeptFromDefocusing) {
+  const DemoPicture mattes = makeDemoMattes(scene(), DemoCamera{});
+  const DemoPlace sign = project(DemoCamera{}, kDemoNeonCentre, scene().width, scene().height);
+  const auto i =
+      static_cast<std::size_t>(sign.row) * kWidth + static_cast<std::size_t>(sign.column);
+  EXPECT_EQ(mattes.planes.at("matte.defocus")[i], 0.0F);
+  EXPECT_EQ(mattes.planes.at("matte.defocus")[0], 1.0F);
+}
+
+TEST(DemoAperture, picture_isSquareAndAsLargeAsTheLargestKernel) {
+  const DemoPicture aperture = makeDemoAperture();
+  EXPECT_EQ(aperture.width, aperture.height);
+  EXPECT_GE(aperture.width, 256);
+  for (const auto& [name, plane] : aperture.planes) {
+    ASSERT_EQ(plane.size(), pixelCount(aperture)) << name;
+    const auto [least, most] = std::minmax_element(plane.begin(), plane.end());
+    EXPECT_EQ(*least, 0.0F) << name;
+    EXPECT_GT(*most, 0.9F) << name;
+    EXPECT_LE(*most, 1.0F) << name;
+  }
+}
+
+TEST(DemoAperture, redHeart_isLargerThanGreensAndGreensThanBlues) {
+  const DemoPicture aperture = makeDemoAperture();
+  const auto covered = [&](const char* name) {
+    const std::vector<float>& plane = aperture.planes.at(name);
+    return std::count_if(plane.begin(), plane.end(), [](float v) { return v > 0.25F; });
+  };
+  EXPECT_GT(covered("R"), covered("G"));
+  EXPECT_GT(covered("G"), covered("B"));
+  EXPECT_GT(covered("B"), 512 * 512 / 4);
+}
+
+TEST(DemoAperture, heart_standsOnItsHeadAndClearOfTheBorder) {
+  const DemoPicture aperture = makeDemoAperture();
+  const std::vector<float>& red = aperture.planes.at("R");
+  const int side = aperture.width;
+  EXPECT_GT(centreOfRows(red, side), 0.5);  // the lobes, its heavy end, are below
+  for (int i = 0; i < side; ++i) {
+    EXPECT_EQ(red[static_cast<std::size_t>(i)], 0.0F);
+    EXPECT_EQ(red[static_cast<std::size_t>(side - 1) * static_cast<std::size_t>(side) +
+                  static_cast<std::size_t>(i)],
+              0.0F);
+    EXPECT_EQ(red[static_cast<std::size_t>(i) * static_cast<std::size_t>(side)], 0.0F);
+  }
+}
+
+TEST(DemoCommand, files_areAllWrittenAndReadBack) {
+  const testing::ScratchFolder folder;
+  const std::string place = folder.file("new/scene");
+  ASSERT_EQ(runDemo(place, 64), 0);
+  const Picture street = readExr(place + "/street.exr");
+  EXPECT_EQ(street.width, 64);
+  EXPECT_EQ(street.height, 36);
+  EXPECT_EQ(street.channels.size(), 5U);
+  EXPECT_EQ(readExr(place + "/mattes.exr").channels.size(), 3U);
+  EXPECT_EQ(readExr(place + "/kernel.exr").channels.size(), 4U);
+  EXPECT_EQ(testing::bytesOfFile(place + "/camera.txt"), cameraText(DemoCamera{}) + "\n");
+}
+
+TEST(DemoCommand, folderThatIsAFile_endsInOneLineAndCodeFour) {
+  const testing::ScratchFolder folder;
+  testing::writeBytes(folder.file("taken"), "x");
+  try {
+    runDemo(folder.file("taken"), 64);
+    FAIL() << "nothing was thrown";
+  } catch (const ToolError& error) {
+    EXPECT_EQ(error.code(), ExitCode::OutputNotWritten);
+    EXPECT_NE(std::string(error.what()).find("taken"), std::string::npos);
+  }
+}
+
+TEST(DemoSuggestions, everyCommand_isUnderstoodAndWritesItsOwnPicture) {
+  std::vector<std::string> outputs;
+  for (const DemoSuggestion& suggestion : demoSuggestions("a folder", "fStop=2")) {
+    std::vector<const char*> words{"drevin"};
+    for (const std::string& word : suggestion.arguments)
+      words.push_back(word.c_str());
+    const Arguments arguments = parseArguments(static_cast<int>(words.size()), words.data());
+    const auto* render = std::get_if<RenderArguments>(&arguments);
+    ASSERT_NE(render, nullptr) << suggestion.purpose;
+    EXPECT_EQ(render->input, "a folder/street.exr");
+    outputs.push_back(render->output);
+  }
+  EXPECT_GE(outputs.size(), 5U);
+  std::sort(outputs.begin(), outputs.end());
+  EXPECT_EQ(std::adjacent_find(outputs.begin(), outputs.end()), outputs.end());
+}
+
+TEST(DemoSuggestions, shellLine_quotesWhatAShellWouldSplit) {
+  EXPECT_EQ(shellLine({"render", "a=1,2", "it's so", ""}), "drevin render a=1,2 'it'\\''s so' ''");
+}
+
+}  // namespace
+}  // namespace drevintool

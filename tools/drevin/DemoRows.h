@@ -1,0 +1,14 @@
+#pragma once
+
+/// Rows of a demo picture, worked on by all processors.
+
+#include <functional>
+
+namespace drevintool {
+
+/// Calls work(row) for every row in [0, rows), each once, on several threads; `work` must not throw
+/// and must touch its own row alone. Stops early and throws ToolError (Interrupted or Terminated)
+/// on a signal.
+void forDemoRows(int rows, const std::function<void(int)>& work);
+
+}  // namespace drevintool
