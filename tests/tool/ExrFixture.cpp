@@ -17,10 +17,10 @@ namespace drevintool::testing {
 namespace {
 
 std::size_t widthOf(const Imath::Box2i& box) {
-  return static_cast<std::size_t>(box.max.x - box.min.x + 1);
+  return static_cast<std::size_t>(box.max.x - box.min.x) + 1;
 }
 std::size_t heightOf(const Imath::Box2i& box) {
-  return static_cast<std::size_t>(box.max.y - box.min.y + 1);
+  return static_cast<std::size_t>(box.max.y - box.min.y) + 1;
 }
 
 std::uint32_t bitsFor(Imf::PixelType type, double value) {

@@ -21,12 +21,12 @@ class Interruption : public ::testing::Test {
     RunOptions options;
     options.signal = signal;
     options.signalAfterSeconds = 1.5;
-    return runCommand(renderArguments(input_, output_), options);
+    return runCommand(renderArguments(input_, output_, {"--set", "multiplier=250"}), options);
   }
 
   void expectNothingLeft() const {
     EXPECT_EQ(folder_.entries(), (std::vector<std::string>{"in.exr", "out.exr"}));
-    EXPECT_EQ(bytesOfFile(output_), "the picture from before");
+    EXPECT_TRUE(bytesOfFile(output_) == "the picture from before");
   }
 
   ScratchFolder folder_;

@@ -13,13 +13,19 @@ class OutputFaults : public ::testing::Test {
  protected:
   OutputFaults() { writeExrFixture(input_, noisyPart()); }
 
+  static double hashed(int number) {
+    auto bits = static_cast<std::uint32_t>(number) * 2654435761U;
+    bits = (bits ^ (bits >> 15)) * 2246822519U;
+    return (bits >> 8) / 16777216.0;
+  }
+
   // Hardly compressible, so that the result is surely larger than the limits below.
   static PartFixture noisyPart() {
     PartFixture part = rgbazPart(64, 64, 100.0);
     for (ChannelFixture& channel : part.channels) {
       if (channel.name == "Z") continue;
       channel.type = Imf::FLOAT;
-      channel.value = [](int x, int y) { return ((x * 7919 + y * 104729) % 9973) / 9973.0; };
+      channel.value = [](int x, int y) { return hashed(x + 64 * y); };
     }
     return part;
   }
@@ -34,14 +40,14 @@ class OutputFaults : public ::testing::Test {
 
 TEST_F(OutputFaults, noRoomForTheFile_isFourAndTheOldOneStands) {
   for (const char* name : {"out.exr", "out.png"}) {
-    for (const std::size_t bytes : {std::size_t{1}, std::size_t{1000}, std::size_t{4096}}) {
+    for (const std::size_t bytes : {std::size_t{600}, std::size_t{4096}}) {
       writeBytes(folder_.file(name), "old");
       RunOptions options;
       options.fileSize = bytes;
       const RunResult result = render(folder_.file(name), options);
       EXPECT_EQ(result.exitCode, 4) << name << " " << bytes;
       EXPECT_TRUE(isOneErrorLine(result.error)) << result.error;
-      EXPECT_EQ(bytesOfFile(folder_.file(name)), "old");
+      EXPECT_TRUE(bytesOfFile(folder_.file(name)) == "old");
       std::filesystem::remove(folder_.file(name));
       EXPECT_EQ(folder_.entries(), std::vector<std::string>{"in.exr"});
     }

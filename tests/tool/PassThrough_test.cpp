@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <limits>
 
 #include "CommandRun.h"
@@ -50,7 +51,7 @@ TEST_F(PassThrough, otherChannels_keepTypeAndBits) {
 }
 
 TEST_F(PassThrough, blurredChannels_areFloatAndChanged) {
-  const ReadFile result = render();
+  const ReadFile result = render({"--set", "multiplier=9"});
   const ReadFile input = readBack(input_);
   EXPECT_EQ(result.channels.at("R").type, Imf::FLOAT);
   double difference = 0.0;

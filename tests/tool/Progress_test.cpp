@@ -16,9 +16,9 @@ class Progress : public ::testing::Test {
   Progress() { writeExrFixture(input_, rgbazPart(400, 300, 160.0)); }
 
   RunResult render(const std::vector<std::string>& more) const {
-    std::vector<std::string> arguments = {"render",  "--plugin", builtPlugin(),
-                                          "--input", input_,     "--threads",
-                                          "1",       "--output", folder_.file("out.exr")};
+    std::vector<std::string> arguments = {"render", "--plugin", builtPlugin(),          "--input",
+                                          input_,   "--set",    "multiplier=60",        "--threads",
+                                          "1",      "--output", folder_.file("out.exr")};
     arguments.insert(arguments.end(), more.begin(), more.end());
     return runCommand(arguments);
   }

@@ -15,7 +15,8 @@ TEST(Threads, anyNumberOfThreads_givesTheSameBits) {
   for (const char* threads : {"1", "2", "5"}) {
     const RunResult result = runCommand(
         renderArguments(folder.file("in.exr"), folder.file(std::string(threads) + ".exr"),
-                        {"--threads", threads, "--set", "bloom=0.4"}));
+                        {"--threads", threads, "--set", "bloom=0.4", "--set", "multiplier=20",
+                         "--set", "focusRegionSize=30"}));
     ASSERT_EQ(result.exitCode, 0) << result.error;
   }
   const ReadFile one = readBack(folder.file("1.exr"));

@@ -24,12 +24,18 @@ std::string systemText(int error) {
   return std::generic_category().message(error);
 }
 
+// The end of a chain of links, whether something is there or not.
 std::string resolved(const std::string& path) {
+  constexpr int kMostLinks = 40;
+  fs::path place = path;
   std::error_code error;
-  if (!fs::is_symlink(fs::symlink_status(path, error))) return path;
-  const fs::path target = fs::weakly_canonical(path, error);
-  if (error) failAt(path, "cannot follow the link: " + error.message());
-  return target.string();
+  for (int links = 0; fs::is_symlink(fs::symlink_status(place, error)); ++links) {
+    if (links == kMostLinks) failAt(path, systemText(ELOOP));
+    const fs::path target = fs::read_symlink(place, error);
+    if (error) failAt(path, "cannot follow the link: " + error.message());
+    place = target.is_absolute() ? target : place.parent_path() / target;
+  }
+  return place.string();
 }
 
 void checkResolved(const std::string& path, const std::string& place) {

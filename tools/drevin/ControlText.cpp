@@ -102,6 +102,10 @@ std::string channelName(const ControlSetting& setting, const std::string& name,
   return channel->hostName;
 }
 
+[[noreturn]] void failUnnumbered(const ControlSetting& setting, const std::string& name) {
+  fail(setting, "the host has no place for '" + name + "'");
+}
+
 // The members of a layer of the picture, by their host names.
 std::vector<std::string> layerMembers(const Picture* source, const std::string& layer) {
   std::vector<std::string> members;
@@ -121,7 +125,9 @@ std::vector<std::string> setMembers(const ControlSetting& setting, const std::st
   const bool isChannel = source != nullptr && findChannel(*source, name) != nullptr;
   std::vector<std::string> layer = layerMembers(source, name);
   if (!isChannel && !layer.empty()) return layer;
-  return {channelName(setting, name, source)};
+  const std::string hostName = channelName(setting, name, source);
+  DD::Image::getChannel(hostName.c_str());  // so that the host knows it by name
+  return {hostName};
 }
 
 std::string maskText(const ControlSetting& setting, const Picture* source) {
@@ -173,10 +179,15 @@ void setValue(Node& node, Knob& knob, const ControlSetting& setting) {
 }
 
 void setChannels(Node& node, Knob& knob, const ControlSetting& setting, const Picture* source) {
-  const std::string text = knob.type() == Knob::Type::Mask
-                               ? maskText(setting, source)
-                               : channelName(setting, setting.value, source);
-  if (!node.setByHand(knob, text)) fail(setting, "'" + text + "' is no channel of the host");
+  if (knob.type() == Knob::Type::Channels) {
+    const std::string name = channelName(setting, setting.value, source);
+    const DD::Image::Channel channel = DD::Image::getChannel(name.c_str());
+    if (channel == DD::Image::Chan_Black && name != "none") failUnnumbered(setting, name);
+    node.setByHand(knob, std::vector<double>{static_cast<double>(channel)});
+    return;
+  }
+  const std::string text = maskText(setting, source);
+  if (!node.setByHand(knob, text)) failUnnumbered(setting, text);
 }
 
 }  // namespace drevintool
