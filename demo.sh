@@ -28,3 +28,35 @@ done
 need_packages "$install" "${build_packages[@]}"
 cmake --preset release
 cmake --build --preset release --target drevin Drevin
+
+drevin=build/release/bin/drevin
+"$drevin" demo "$folder" > /dev/null
+lens=(--input "$folder/street.exr" --camera "$(cat "$folder/camera.txt")"
+      --set realWorldLens=1 --set worldScale=m
+      --set correctiveSlices=3 --set overrideNearAndFarForSlices=1
+      --set depthSlicesNearAndFar=2.2,5.8)
+
+# picture NAME OPTION...: renders one picture of the street.
+pictures=()
+picture() {
+  local name=$1
+  shift
+  echo "Rendering $folder/$name.png"
+  "$drevin" render "${lens[@]}" "$@" --quiet --output "$folder/$name.png"
+  pictures+=("$folder/$name.png")
+}
+
+picture before --set realWorldLens=0 --set multiplier=0
+picture after
+picture blades --set "kernelType=Aperture Blades" --set kNumSides=5 --set kCurvature=0 \
+  --set kSphAbb=0.6
+picture hearts --kernel "$folder/kernel.exr" --set kernelType=Input
+picture artifacts --mattes "$folder/mattes.exr" --set kChrAbb=6 \
+  --set chromicAberrationMatteChannel=matte.chromatic --set bloom=1 \
+  --set bloomMatteChannel=matte.bloom
+picture focus --set "outputType=Focal Distance Visualization"
+
+echo
+echo "The scene is in $folder/street.exr; the pictures made of it:"
+printf '  %s\n' "${pictures[@]}"
+echo "More to try: $drevin demo $folder prints commands, $drevin controls lists every control."
