@@ -51,12 +51,13 @@ float interpolateAcross(const float* columns, int width, const AxisPlace& place)
                     place.fraction);
 }
 
+// In double: a float sum of a large kernel is off by more than the accuracy of a picture.
 float planeSum(const float* plane, std::int64_t count) {
-  float sum = 0.0F;
+  double sum = 0.0;
   for (std::int64_t i = 0; i < count; ++i) {
-    sum += plane[i];
+    sum += static_cast<double>(plane[i]);
   }
-  return sum;
+  return static_cast<float>(sum);
 }
 
 // Scales the channels of positive sum by the reciprocal of the largest sum.
