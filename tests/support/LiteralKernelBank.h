@@ -53,12 +53,13 @@ std::vector<std::vector<Real>> literalBankEntry(int side, const dvChannelFloatBu
   Real largest = 0;
   for (const int channel : channels) {
     planes.emplace_back();
-    Real sum = 0;
+    double exact = 0.0;  // sums are formed in double whatever the pixels' arithmetic
     for (int i = 0; i < side * side; ++i) {
       planes.back().push_back(literalResample<Real>(hero.plane(channel), hero.width, hero.height,
                                                     side, i % side, i / side));
-      sum += planes.back().back();
+      exact += static_cast<double>(planes.back().back());
     }
+    const Real sum = static_cast<Real>(exact);
     sums.push_back(sum);
     largest = std::max(largest, sum);
   }
