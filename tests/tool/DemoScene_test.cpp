@@ -111,7 +111,7 @@ TEST(DemoScene, focusedPixels_carryNoLightFromBehind) {
 
 TEST(DemoScene, camera_isToldByTheKeysOfTheCameraOption) {
   EXPECT_EQ(cameraText(DemoCamera{}),
-            "focalLength=85,fStop=1.2,focalPlane=4,horizontalAperture=36,verticalAperture=20.25");
+            "focalLength=85,fStop=1.2,focalPlane=3.85,horizontalAperture=36,verticalAperture=20.25");
 }
 
 TEST(DemoScene, project_undoesRay) {

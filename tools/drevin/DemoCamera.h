@@ -13,7 +13,7 @@ namespace drevintool {
 struct DemoCamera {
   double focalLength = 85.0;         ///< mm
   double fStop = 1.2;                ///< focal length over the entrance pupil's diameter
-  double focalPlane = 4.0;           ///< m
+  double focalPlane = 3.85;          ///< m
   double horizontalAperture = 36.0;  ///< mm
   double verticalAperture = 20.25;   ///< mm
   double height = 1.5;               ///< m above the road

@@ -39,7 +39,8 @@ void DemoLightGrid::enter(const DemoCamera& camera, std::size_t light, int width
   const int bottom = tileOf(middle.row + reach, rows_);
   for (int row = tileOf(middle.row - reach, rows_); row <= bottom; ++row) {
     for (int column = tileOf(middle.column - reach, columns_); column <= right; ++column) {
-      tiles_[static_cast<std::size_t>(row * columns_ + column)].push_back(light);
+      const int tile = row * columns_ + column;
+      tiles_[static_cast<std::size_t>(tile)].push_back(light);
     }
   }
 }

@@ -94,8 +94,10 @@ Pixel Renderer::refined(int column, int row) const {
   std::array<DemoHit, kSide * kSide> hits;
   const DemoHit* chosen = nullptr;
   for (int i = 0; i < kSide * kSide; ++i) {
-    const double x = column + (i % kSide + 0.5) / kSide;
-    const double y = row + (i / kSide + 0.5) / kSide;
+    const int across = i % kSide;
+    const int down = i / kSide;
+    const double x = column + (across + 0.5) / kSide;
+    const double y = row + (down + 0.5) / kSide;
     DemoHit& hit = hits[static_cast<std::size_t>(i)];
     hit = trace(camera_.ray(x, y, width_, height_), column, row);
     const bool brighter =

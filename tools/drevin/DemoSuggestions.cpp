@@ -27,8 +27,8 @@ Words lens(const std::string& camera) {
 }
 
 Words artistic() {
-  return Words{"--set", "focalPlane=4",  "--set", "focusRegionSize=12",
-               "--set", "multiplier=36", "--set", "focusRegionFalloff=Quadratic"} +
+  return Words{"--set", "focalPlane=3.85", "--set", "focusRegionSize=12",
+               "--set", "multiplier=36",   "--set", "focusRegionFalloff=Quadratic"} +
          slices();
 }
 
@@ -47,7 +47,7 @@ std::vector<DemoSuggestion> demoSuggestions(const std::string& directory,
       {"An aperture of five blades that brightens toward its rim",
        start + lens(camera) +
            Words{"--set", "kernelType=Aperture Blades", "--set", "kNumSides=5", "--set",
-                 "kCurvature=0", "--set", "kSphAbb=0.6"} +
+                 "kCurvature=0", "--set", "kSphAbb=0.9"} +
            to("blades.png")},
       {"A coloured picture of an aperture, cut as a heart",
        start + Words{"--kernel", inside(directory, kDemoAperture)} + lens(camera) +

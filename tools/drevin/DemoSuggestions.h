@@ -19,7 +19,7 @@ struct DemoSuggestion {
 };
 
 /// Renders of the scene in `directory` that each show one side of the node. `camera` is the value
-/// of --camera, with a focal plane of 4 m.
+/// of --camera, with a focal plane of 3.85 m.
 std::vector<DemoSuggestion> demoSuggestions(const std::string& directory,
                                             const std::string& camera);
 
