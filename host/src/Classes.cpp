@@ -24,6 +24,11 @@ void Classes::remove(DD::Image::Description* description) {
                       descriptions_.end());
 }
 
+std::vector<DD::Image::Description*> Classes::all() {
+  const std::lock_guard<std::mutex> lock(mutex_);
+  return descriptions_;
+}
+
 DD::Image::Description* Classes::find(const char* name) {
   const std::lock_guard<std::mutex> lock(mutex_);
   const auto found =

@@ -17,6 +17,8 @@ class Classes {
 
   void add(DD::Image::Description* description);
   void remove(DD::Image::Description* description);
+  /// All that are registered now, in order.
+  std::vector<DD::Image::Description*> all();
   /// The first description of that name, or null.
   DD::Image::Description* find(const char* name);
 

@@ -9,9 +9,11 @@ DeepOp::DeepOp() = default;
 DeepOp::~DeepOp() = default;
 
 void DeepOp::validate(bool forReal) {
-  // Settles the operator behind it first; what that leaves undone is the deep side's.
-  op()->validate(forReal);
-  _validate(forReal);
+  Op* behind = op();
+  if (behind->validatedAs(forReal)) return;
+  behind->validate(forReal);
+  // A class that is both has one _validate for both sides, which has just run.
+  if (dynamic_cast<DeepOp*>(behind) != this) _validate(forReal);
 }
 
 void DeepOp::deepRequest(Box box, const ChannelSet& channels, int count) {

@@ -35,7 +35,8 @@ void Hash::append(const void* data, std::size_t bytes) {
     mix(word);
   }
   if (bytes == 0) return;
-  U64 rest = 0;
+  // At most seven bytes are left: the eighth says how many, so that a zero byte at the end counts.
+  U64 rest = static_cast<U64>(bytes) << 56U;
   std::memcpy(&rest, from, bytes);
   mix(rest);
 }

@@ -1,6 +1,7 @@
 #include "EmbeddedHost/ImageInput.h"
 
 #include <cstddef>
+#include <stdexcept>
 #include <string>
 #include <utility>
 
@@ -13,6 +14,15 @@ using DD::Image::Row;
 
 ImageInput::ImageInput(Image image) : Iop(nullptr), image_(std::move(image)) {
   inputs(0);
+  const DD::Image::Box& box = image_.box;
+  const std::size_t pixels =
+      box.empty() ? 0 : static_cast<std::size_t>(box.w()) * static_cast<std::size_t>(box.h());
+  for (const auto& [channel, plane] : image_.planes) {
+    if (plane == nullptr || (pixels != 0 && plane->size() != pixels)) {
+      throw std::invalid_argument(std::string(DD::Image::getName(channel)) +
+                                  ": the plane does not fill the box");
+    }
+  }
 }
 ImageInput::~ImageInput() = default;
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 
 #include "DDImage/Hash.h"
 
@@ -24,24 +25,40 @@ Knob::Knob(Declaration declaration)
       channelInput_(declaration.channelInput),
       text_(std::move(declaration.text)) {}
 
-double Knob::admitted(double value) const {
+std::optional<double> Knob::admitted(double value) const {
+  if (!std::isfinite(value)) return std::nullopt;
   if (type_ == Type::Boolean) return value != 0.0 ? 1.0 : 0.0;
   if (range_ && (flags_ & FORCE_RANGE) != 0) {
     value = std::max(range_->first, std::min(value, range_->second));
   }
-  if (type_ == Type::Choice) {
-    value = std::max(0.0, std::min(value, static_cast<double>(choices_.size()) - 1.0));
+  if (type_ == Type::Real) {
+    if (std::abs(value) > static_cast<double>(std::numeric_limits<float>::max())) {
+      return std::nullopt;
+    }
+    return value;
   }
-  return type_ == Type::Real ? value : std::trunc(value);
+  value = std::trunc(value);
+  double lowest = 0.0;
+  double highest = static_cast<double>(Chan_Last);
+  if (type_ == Type::Choice) {
+    highest = std::max(0.0, static_cast<double>(choices_.size()) - 1.0);
+    return std::max(lowest, std::min(value, highest));
+  }
+  if (type_ == Type::Integer) {
+    lowest = static_cast<double>(std::numeric_limits<int>::min());
+    highest = static_cast<double>(std::numeric_limits<int>::max());
+  }
+  if (value < lowest || value > highest) return std::nullopt;
+  return value;
 }
 
 void Knob::set_value(double value, int index) {
-  if (!std::isfinite(value)) return;
-  const double taken = admitted(value);
+  const std::optional<double> taken = admitted(value);
+  if (!taken) return;
   if (index < 0) {
-    std::fill(values_.begin(), values_.end(), taken);
+    std::fill(values_.begin(), values_.end(), *taken);
   } else if (index < components()) {
-    values_[static_cast<std::size_t>(index)] = taken;
+    values_[static_cast<std::size_t>(index)] = *taken;
   }
 }
 

@@ -28,7 +28,8 @@ Words wordsOf(std::string text) {
 std::optional<double> numberOf(const std::string& text) {
   const char* first = text.data();
   const char* last = first + text.size();
-  if (first != last && *first == '+') ++first;
+  // A plus sign is understood, but not two signs.
+  if (last - first > 1 && *first == '+' && first[1] != '-') ++first;
   double value = 0.0;
   const auto [end, failure] = std::from_chars(first, last, value);
   if (failure != std::errc() || end != last || !std::isfinite(value)) return std::nullopt;
@@ -110,8 +111,9 @@ bool Knob::setNumbers(const Words& words) {
   std::vector<double> numbers;
   for (const std::string& word : words) {
     const std::optional<double> number = numberOf(word);
-    if (!number) return false;
-    numbers.push_back(admitted(*number));
+    const std::optional<double> taken = number ? admitted(*number) : std::nullopt;
+    if (!taken) return false;
+    numbers.push_back(*taken);
   }
   if (numbers.size() == 1) numbers.assign(values_.size(), numbers.front());
   values_ = numbers;
@@ -175,9 +177,13 @@ std::string Knob::textOf(const std::vector<double>& values, const ChannelSet& ma
     if (type_ == Type::Boolean) {
       text += value != 0.0 ? "true" : "false";
     } else if (type_ == Type::Choice) {
-      text += choices_[static_cast<std::size_t>(value)];
+      // A default may lie outside the choices.
+      const auto index = static_cast<std::size_t>(std::max(0.0, value));
+      text += index < choices_.size() ? choices_[index] : std::to_string(static_cast<int>(value));
     } else if (type_ == Type::Channels) {
       text += getName(static_cast<Channel>(value));
+    } else if (type_ == Type::Integer) {
+      text += std::to_string(static_cast<int>(value));
     } else {
       text += textOfNumber(value);
     }

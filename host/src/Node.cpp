@@ -1,9 +1,12 @@
 #include "EmbeddedHost/Node.h"
 
 #include <mutex>
+#include <set>
+#include <stdexcept>
 #include <utility>
 
 #include "DDImage/Knobs.h"
+#include "MessageList.h"
 
 using DD::Image::Knob;
 using DD::Image::Op;
@@ -13,24 +16,41 @@ struct Node::Impl {
 
   const Op::Description& description;
   std::vector<std::unique_ptr<Knob>> knobs;
+
+  embedded::MessageList messages;
+  // Operators tell their progress from many threads.
+  std::mutex mutex;
+  embedded::ProgressListener listener;
+
+  // The stand-ins are shared by all nodes, so that what they are of no interest to is kept here.
+  std::set<const Knob*> ignoredStandIns;
+  // The last member: an operator may still use its node while it is destroyed.
   std::unique_ptr<Op> op;
 
-  // Rows report from many threads.
-  mutable std::mutex mutex;
-  std::vector<embedded::Message> messages;
-  std::function<void(const std::string&)> stageListener;
+  embedded::ProgressListener currentListener() {
+    const std::lock_guard<std::mutex> lock(mutex);
+    return listener;
+  }
 
   void tell(Knob& changed) {
-    if ((changed.flags() & Knob::NO_KNOB_CHANGED) != 0) return;
-    // The documented meaning of 0: this control is of no interest to the operator. The stand-ins
-    // are shared by all nodes and never marked.
-    const bool standIn = &changed == &Knob::showPanel || &changed == &Knob::inputChange;
-    if (op->knob_changed(&changed) == 0 && !standIn) changed.set_flag(Knob::NO_KNOB_CHANGED);
+    if ((changed.flags() & Knob::NO_KNOB_CHANGED) != 0 || ignoredStandIns.count(&changed) != 0) {
+      return;
+    }
+    // The documented meaning of 0: this control is of no interest to the operator.
+    if (op->knob_changed(&changed) != 0) return;
+    if (&changed == &Knob::showPanel || &changed == &Knob::inputChange) {
+      ignoredStandIns.insert(&changed);
+    } else {
+      changed.set_flag(Knob::NO_KNOB_CHANGED);
+    }
   }
 };
 
 Node::Node(const Op::Description& description) : impl_(std::make_unique<Impl>(description)) {
   impl_->op.reset(description.constructor(this));
+  if (impl_->op == nullptr) {
+    throw std::runtime_error(std::string(description.name) + ": the class made no operator");
+  }
   DD::Image::Knob_Closure make(*this, true);
   impl_->op->knobs(make);
   impl_->op->fillDefaultInputs();
@@ -45,10 +65,23 @@ Op& Node::op() const {
   return *impl_->op;
 }
 
+namespace {
+
+/// True if `op` is `wanted`, or reads it by any way.
+bool reads(const Op* op, const Op* wanted) {
+  if (op == nullptr || op == wanted) return op != nullptr;
+  for (int n = 0; n < op->inputs(); ++n) {
+    if (reads(op->input(n), wanted)) return true;
+  }
+  return false;
+}
+
+}  // namespace
+
 bool Node::connect(int input, Op* op) {
   Op& self = *impl_->op;
   if (input < 0 || input >= self.inputs()) return false;
-  if (op != nullptr && !self.test_input(input, op)) return false;
+  if (op != nullptr && (reads(op, &self) || !self.test_input(input, op))) return false;
   self.set_input(input, op, 0, 0);
   impl_->tell(Knob::inputChange);
   return true;
@@ -90,41 +123,36 @@ void Node::showPanel() {
 void Node::storeKnobs() {
   DD::Image::Knob_Closure store(*this, false);
   impl_->op->knobs(store);
+  impl_->op->invalidate();
 }
 
 std::vector<embedded::Message> Node::messages() const {
-  const std::lock_guard<std::mutex> lock(impl_->mutex);
-  return impl_->messages;
+  return impl_->messages.all();
 }
 
 bool Node::hasError() const {
-  const std::lock_guard<std::mutex> lock(impl_->mutex);
-  for (const embedded::Message& message : impl_->messages) {
-    if (message.severity == embedded::Severity::Error) return true;
-  }
-  return false;
+  return impl_->messages.hasError();
 }
 
 void Node::clearMessages() {
-  const std::lock_guard<std::mutex> lock(impl_->mutex);
   impl_->messages.clear();
 }
 
 void Node::addMessage(embedded::Severity severity, std::string text) {
-  const std::lock_guard<std::mutex> lock(impl_->mutex);
-  impl_->messages.push_back({severity, std::move(text)});
+  impl_->messages.add(severity, std::move(text));
 }
 
-void Node::onStage(std::function<void(const std::string&)> listener) {
+void Node::onProgress(embedded::ProgressListener listener) {
   const std::lock_guard<std::mutex> lock(impl_->mutex);
-  impl_->stageListener = std::move(listener);
+  impl_->listener = std::move(listener);
 }
 
 void Node::announceStage(const std::string& name) {
-  std::function<void(const std::string&)> listener;
-  {
-    const std::lock_guard<std::mutex> lock(impl_->mutex);
-    listener = impl_->stageListener;
-  }
-  if (listener) listener(name);
+  const auto tell = impl_->currentListener().stage;
+  if (tell) tell(name);
+}
+
+void Node::announceFraction(double fraction) {
+  const auto tell = impl_->currentListener().fraction;
+  if (tell) tell(fraction);
 }

@@ -1,5 +1,6 @@
 #include "DDImage/Op.h"
 
+#include <algorithm>
 #include <cstdarg>
 #include <cstdio>
 #include <string>
@@ -39,8 +40,9 @@ Knob* Op::knob(const char* name) const {
 }
 
 void Op::inputs(int count) {
-  state_->connected.resize(static_cast<std::size_t>(count), nullptr);
-  state_->standIns.resize(static_cast<std::size_t>(count));
+  const auto size = static_cast<std::size_t>(std::max(0, count));
+  state_->connected.resize(size, nullptr);
+  state_->standIns.resize(size);
 }
 
 int Op::inputs() const {
@@ -85,13 +87,17 @@ void Op::fillDefaultInputs() {
   }
 }
 
+bool Op::validatedAs(bool for_real) const {
+  return state_->validity >= (for_real ? State::Validity::Settled : State::Validity::Preliminary);
+}
+
 void Op::validate(bool for_real) {
   using Validity = State::Validity;
   const Validity wanted = for_real ? Validity::Settled : Validity::Preliminary;
-  if (state_->validity >= wanted) return;
+  if (validatedAs(for_real)) return;
   fillDefaultInputs();
   state_->inError = false;
-  if (state_->node != nullptr) state_->node->clearMessages();
+  state_->clearMessages();
   _validate(for_real);
   state_->validity = wanted;
 }
@@ -133,7 +139,7 @@ void Op::error(const char* format, ...) const {
   const std::string text = formatted(format, arguments);
   va_end(arguments);
   state_->inError = true;
-  if (state_->node != nullptr) state_->node->addMessage(embedded::Severity::Error, text);
+  state_->addMessage(embedded::Severity::Error, text);
 }
 
 void Op::warning(const char* format, ...) const {
@@ -141,7 +147,7 @@ void Op::warning(const char* format, ...) const {
   va_start(arguments, format);
   const std::string text = formatted(format, arguments);
   va_end(arguments);
-  if (state_->node != nullptr) state_->node->addMessage(embedded::Severity::Warning, text);
+  state_->addMessage(embedded::Severity::Warning, text);
 }
 
 bool Op::aborted() const {
@@ -154,6 +160,14 @@ void Op::progressMessage(const char* format, ...) {
   const std::string text = formatted(format, arguments);
   va_end(arguments);
   if (state_->node != nullptr) state_->node->announceStage(text);
+}
+
+void Op::progressFraction(double fraction) {
+  if (state_->node != nullptr) state_->node->announceFraction(fraction);
+}
+
+void Op::progressFraction(int done, int total) {
+  if (total > 0) progressFraction(static_cast<double>(done) / total);
 }
 
 const OutputContext& Op::outputContext() const {
@@ -177,13 +191,14 @@ bool Op::inError() const {
 void Op::open() {
   const std::lock_guard<std::mutex> lock(state_->openMutex);
   if (state_->opened) return;
-  state_->opened = true;
   _open();
+  state_->opened = true;
 }
 
 void Op::close() {
   const std::lock_guard<std::mutex> lock(state_->openMutex);
   if (!state_->opened) return;
+  // Closed even if _close throws.
   state_->opened = false;
   _close();
 }

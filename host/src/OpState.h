@@ -11,7 +11,7 @@
 #include "DDImage/Box.h"
 #include "DDImage/ChannelSet.h"
 #include "DDImage/Op.h"
-#include "EmbeddedHost/Node.h"
+#include "MessageList.h"
 
 namespace DD {
 namespace Image {
@@ -30,11 +30,23 @@ struct Op::State {
   OutputContext context;
 
   std::atomic<bool> inError{false};
+  /// Of operators that no node owns.
+  embedded::MessageList messages;
+  /// The render that uses the operator now.
+  std::atomic<const void*> session{nullptr};
   std::mutex openMutex;
   bool opened = false;
 
   Box requestedBox;
   ChannelSet requestedChannels;
+
+  std::vector<embedded::Message> allMessages() const {
+    return node == nullptr ? messages.all() : node->messages();
+  }
+  void clearMessages() { node == nullptr ? messages.clear() : node->clearMessages(); }
+  void addMessage(embedded::Severity severity, const std::string& text) {
+    node == nullptr ? messages.add(severity, text) : node->addMessage(severity, text);
+  }
 
   /// Adds to what is asked of this operator.
   void recordRequest(const Box& box, const ChannelSet& channels) {

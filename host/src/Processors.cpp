@@ -39,6 +39,9 @@ std::vector<std::string> cgroupFolders() {
     const std::size_t second = line.find(':', first + 1);
     if (first == std::string::npos || second == std::string::npos) continue;
     const std::string controllers = line.substr(first + 1, second - first - 1);
+    if (!controllers.empty() && (',' + controllers + ',').find(",cpu,") == std::string::npos) {
+      continue;
+    }
     const std::string root = controllers.empty() ? "/sys/fs/cgroup" : "/sys/fs/cgroup/cpu";
     std::string path = line.substr(second + 1);
     while (!path.empty() && path != "/") {

@@ -4,9 +4,12 @@
 #include <chrono>
 #include <condition_variable>
 #include <cstdio>
+#include <exception>
 #include <mutex>
+#include <new>
 
 #include "DDImage/Thread.h"
+#include "ThreadPool.h"
 
 namespace embedded {
 
@@ -45,6 +48,9 @@ class RowWork {
 
   int rowsDone() const { return rowsDone_.load(); }
 
+  /// Lets the threads end after the rows that they are making.
+  void stop() { stopped_ = true; }
+
   Image image(const DD::Image::Format& format) const {
     Image image{format, box_, {}};
     for (const auto& [channel, plane] : planes_)
@@ -54,14 +60,28 @@ class RowWork {
 
  private:
   void run() {
+    const Ending ending(*this);
     for (int y = box_.y() + next_++; y < box_.t(); y = box_.y() + next_++) {
-      if (!makeRow(y)) break;
+      if (stopped_ || !makeRow(y)) break;
       ++rowsDone_;
     }
-    const std::lock_guard<std::mutex> lock(mutex_);
-    --running_;
-    ended_.notify_all();
   }
+
+  /// Tells that a thread has ended, however it ends.
+  class Ending {
+   public:
+    explicit Ending(RowWork& work) : work_(work) {}
+    ~Ending() {
+      const std::lock_guard<std::mutex> lock(work_.mutex_);
+      --work_.running_;
+      work_.ended_.notify_all();
+    }
+    Ending(const Ending&) = delete;
+    Ending& operator=(const Ending&) = delete;
+
+   private:
+    RowWork& work_;
+  };
 
   bool makeRow(int y) {
     Row row(box_.x(), box_.r());
@@ -80,25 +100,55 @@ class RowWork {
   std::map<Channel, std::shared_ptr<Plane>> planes_;
   std::atomic<int> next_{0};
   std::atomic<int> rowsDone_{0};
+  std::atomic<bool> stopped_{false};
   std::mutex mutex_;
   std::condition_variable ended_;
   unsigned running_;
 };
 
+/// Runs all row threads to their end, also when `report` throws.
+template <class Report>
+void runThreads(RowWork& work, unsigned threads, const Report& report) {
+  Thread::spawn(RowWork::threadBody, threads, &work);
+  try {
+    // Where the system gives no thread at all, the wait at the end does all the work.
+    if (ThreadPool::instance().hasThreads()) work.waitForEnd(report);
+  } catch (...) {
+    work.stop();
+    Thread::wait(&work);
+    throw;
+  }
+  Thread::wait(&work);
+}
+
 void makeRows(RenderSession& session, const RenderOptions& options, RenderResult& result) {
   session.beginStage("Rows");
-  RowWork work(session, options.channels, result.threads);
+  ChannelSet channels(options.channels);
+  channels &= session.info().channels();
+  RowWork work(session, channels, result.threads);
   const int total = session.box().h();
   const auto report = [&](int done) {
     if (options.progress) options.progress({"Rows", done, total});
   };
   report(0);
-  Thread::spawn(RowWork::threadBody, result.threads, &work);
-  work.waitForEnd(report);
-  Thread::wait(&work);
+  runThreads(work, result.threads, report);
   if (!session.ok()) return;
   report(work.rowsDone());
   result.image = work.image(session.info().format());
+}
+
+/// Makes the rows; whatever is thrown on the way becomes a message of the node.
+void makeRowsGuarded(Node& node, RenderSession& session, const RenderOptions& options,
+                     RenderResult& result) {
+  try {
+    makeRows(session, options, result);
+  } catch (const std::bad_alloc&) {
+    node.op().error("%s", "out of memory");
+  } catch (const std::exception& exception) {
+    node.op().error("%s", exception.what());
+  } catch (...) {
+    node.op().error("%s", "unknown exception");
+  }
 }
 
 std::string hexadecimal(DD::Image::U64 value) {
@@ -112,21 +162,23 @@ std::string hexadecimal(DD::Image::U64 value) {
 RenderResult render(Node& node, const RenderOptions& options) {
   RenderResult result;
   result.threads = options.threads != 0 ? options.threads : Thread::numCPUs;
-  RenderSession session(node, options);
-  if (session.ok()) {
-    result.image.format = session.info().format();
-    result.image.box = session.box();
-    try {
-      if (!session.box().empty() && !options.channels.empty()) makeRows(session, options, result);
-    } catch (const std::bad_alloc&) {
-      node.op().error("%s", "out of memory");
+  auto session = std::make_unique<RenderSession>(node, options);
+  if (session->ok()) {
+    result.image.format = session->info().format();
+    result.image.box = session->box();
+    if (!session->box().empty() && !options.channels.empty()) {
+      makeRowsGuarded(node, *session, options, result);
     }
   }
-  result.requests = session.requests();
-  result.stages = session.stages();
-  result.messages = node.messages();
-  result.hash = hexadecimal(session.hash().value());
-  if (node.hasError()) {
+  result.requests = session->requests();
+  result.stages = session->stages();
+  result.hash = hexadecimal(session->hash().value());
+  result.messages = session->messages();
+  const bool failed = session->failed();
+  session.reset();
+  // Closing may bring the node's last messages.
+  if (!failed && node.hasError()) result.messages = node.messages();
+  if (failed || node.hasError()) {
     result.status = RenderStatus::Error;
   } else {
     result.status = abortRequested() ? RenderStatus::Aborted : RenderStatus::Done;

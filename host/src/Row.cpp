@@ -80,6 +80,10 @@ void Row::readThroughEngine(Iop& iop, int y, int x, int r, const ChannelSet& cha
   iop.open();
   Row made(left, right);
   iop.engine(y, left, right, channels, made);
+  if (iop.inError()) {
+    erase(channels);
+    return;
+  }
   for (const Channel z : channels)
     copyPadded(z, made[z], left, right, x, r);
 }

@@ -92,6 +92,11 @@ bool ThreadPool::running(void* userData) {
   return group != groups_.end() && group->second.left > 0;
 }
 
+bool ThreadPool::hasThreads() {
+  const std::lock_guard<std::mutex> lock(mutex_);
+  return !threads_.empty();
+}
+
 }  // namespace embedded
 
 namespace DD {

@@ -22,6 +22,8 @@ class ThreadPool {
   void spawn(DD::Image::Thread::ThreadFunction function, unsigned count, void* userData);
   void wait(void* userData);
   bool running(void* userData);
+  /// False if the system has given no thread so far.
+  bool hasThreads();
 
  private:
   struct Task {

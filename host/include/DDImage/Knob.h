@@ -46,7 +46,8 @@ class DD_EXPORT Knob {
   void clear_flag(FlagMask flags) { flags_ &= ~flags; }
 
   /// Sets one component, or all of them for index -1. Whole-numbered controls truncate; a forced
-  /// range clamps; NaN, infinities and controls without numbers are left alone.
+  /// range clamps. Left alone are controls without numbers, and any control given NaN, an infinity
+  /// or a number that its variable cannot hold: beyond int, or beyond the largest float.
   void set_value(double value, int index = -1);
   /// Component `index`; 0 where there is none. Choices give their index, channels their number.
   double get_value(int index = 0) const;
@@ -110,7 +111,8 @@ class DD_EXPORT Knob {
 
  private:
   void setFlag(FlagMask flag, bool on) { flags_ = on ? (flags_ | flag) : (flags_ & ~flag); }
-  double admitted(double value) const;
+  /// The value that the control takes when it is given `value`; nothing if it takes none.
+  std::optional<double> admitted(double value) const;
   bool setNumbers(const std::vector<std::string>& words);
   bool setBoolean(const std::string& text);
   bool setChoice(const std::string& text);

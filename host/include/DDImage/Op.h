@@ -27,7 +27,9 @@ class DD_EXPORT Op {
   /// A class of operators under its name, known from the moment its library is loaded.
   class DD_EXPORT Description : public DD::Image::Description {
    public:
-    Description(const char* className, OpConstructor build)
+    /// Always inlined, so that each library gets its own build string: an exported copy could be
+    /// resolved to that of another library.
+    __attribute__((always_inline)) Description(const char* className, OpConstructor build)
         : DD::Image::Description(className, DDIMAGE_COMPILED), build_(build) {}
     Op* constructor(Node* node) const { return build_(node); }
 
@@ -91,7 +93,11 @@ class DD_EXPORT Op {
   void warning(const char* format, ...) const __attribute__((format(printf, 2, 3)));
   /// True when the result is no longer wanted: long loops ask and return. Safe from any thread.
   bool aborted() const;
+  /// Begins a stage of the preparations before the first row, by a printf-style name.
   void progressMessage(const char* format, ...) __attribute__((format(printf, 2, 3)));
+  /// How much of the stage is done, from 0 to 1.
+  void progressFraction(double fraction);
+  void progressFraction(int done, int total);
 
   /// The context that this operator was made for.
   const OutputContext& outputContext() const;
@@ -115,6 +121,8 @@ class DD_EXPORT Op {
   /// Fills unconnected inputs with their stand-ins.
   void fillDefaultInputs();
   bool inError() const;
+  /// True if a validate at this level would return at once.
+  bool validatedAs(bool for_real) const;
 
  protected:
   virtual void _validate(bool for_real);

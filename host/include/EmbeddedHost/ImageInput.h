@@ -25,6 +25,7 @@ struct Image {
 /// the nearest edge pixel repeats; channels that the picture lacks read 0, as does an empty box.
 class DD_EXPORT ImageInput : public DD::Image::Iop {
  public:
+  /// Throws std::invalid_argument if a plane has not one value for each pixel of the box.
   explicit ImageInput(Image image);
   ~ImageInput() override;
 

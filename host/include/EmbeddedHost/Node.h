@@ -23,6 +23,13 @@ struct Message {
   std::string text;
 };
 
+/// What to do with the stages and the fractions of a stage that an operator announces. Called on
+/// the thread on which it does so.
+struct ProgressListener {
+  std::function<void(const std::string&)> stage;
+  std::function<void(double)> fraction;
+};
+
 }  // namespace embedded
 
 class DD_EXPORT Node {
@@ -39,7 +46,8 @@ class DD_EXPORT Node {
   // Inputs -------------------------------------------------------------------------------------
 
   /// Connects `op` (null disconnects): asks test_input, calls set_input, then knob_changed with
-  /// Knob::inputChange. Returns false, and changes nothing, if the operator refuses the input.
+  /// Knob::inputChange. Returns false, and changes nothing, if the operator refuses the input,
+  /// if it has no input of that number, or if `op` reads this node itself.
   /// `op` is not owned and must outlive the node.
   bool connect(int input, DD::Image::Op* op);
 
@@ -56,11 +64,13 @@ class DD_EXPORT Node {
   bool setByHand(DD::Image::Knob& knob, const std::string& text);
   /// Tells the operator that its panel was opened (knob_changed with Knob::showPanel).
   void showPanel();
-  /// The store pass: writes every control's value into the operator's members.
+  /// The store pass: writes every control's value into the operator's members, which must then be
+  /// validated anew. Throws std::logic_error if the operator declares other controls than it made.
   void storeKnobs();
 
   // Messages -----------------------------------------------------------------------------------
 
+  /// In order; a text that came more than once is kept once.
   std::vector<embedded::Message> messages() const;
   bool hasError() const;
   void clearMessages();
@@ -69,9 +79,10 @@ class DD_EXPORT Node {
   // For the host's own library -------------------------------------------------------------------
 
   DD::Image::Knob* addKnob(std::unique_ptr<DD::Image::Knob> knob);
-  /// Called with every stage that the operator announces, until it is replaced.
-  void onStage(std::function<void(const std::string&)> listener);
+  /// Told of the operator's progress, until it is replaced.
+  void onProgress(embedded::ProgressListener listener);
   void announceStage(const std::string& name);
+  void announceFraction(double fraction);
 
  private:
   struct Impl;

@@ -36,7 +36,7 @@ struct Progress {
   std::string stage;  ///< name of the current stage
   int rowsDone = 0;
   int rowsTotal = 0;      ///< 0 until the rows begin
-  double fraction = 0.0;  ///< of the current stage, where the operator tells it
+  double fraction = 0.0;  ///< of the stage, from 0 to 1, where the operator tells it
 };
 
 struct RenderOptions {
@@ -46,24 +46,33 @@ struct RenderOptions {
   DD::Image::ChannelSet channels;
   /// Row threads; 0 means Thread::numCPUs.
   unsigned threads = 0;
-  /// Horizontal proxy scale of the output and interface contexts (1 is full resolution).
+  /// Proxy scale of the output and interface contexts (1 is full resolution).
   float proxyScale = 1.0F;
-  /// Called on the rendering thread at each new stage and about ten times a second during rows.
+  /// Called on the rendering thread at each new stage, and about ten times a second within stages
+  /// that tell a fraction and during rows.
   std::function<void(const Progress&)> progress;
 };
 
-/// One validated, requested and opened node. Rows may be asked for from any thread, in any order,
-/// more than once. Closes when destroyed. After an error or an abort no row is rendered.
+/// One validated, requested and opened node, with all that it reads. Rows may be asked for from any
+/// thread, in any order, more than once. Closes when destroyed. After an error or an abort no row
+/// is rendered, nor after a later session on the same node has begun: that ends this one. Whatever
+/// an operator or the progress callback throws becomes an error message of the node.
 class DD_EXPORT RenderSession {
  public:
-  /// Runs store, append, validate(false), validate(true), request and open.
+  /// Runs store, append, validate(false), validate(true), request and open. Nodes that this one
+  /// reads are stored and validated too. With nothing to render (an empty box or no channels) it
+  /// neither requests nor opens.
   RenderSession(Node& node, const RenderOptions& options);
   ~RenderSession();
   RenderSession(const RenderSession&) = delete;
   RenderSession& operator=(const RenderSession&) = delete;
 
-  /// True if neither an error nor an abort has happened.
+  /// True if neither an error nor an abort has happened, and no later session has begun.
   bool ok() const;
+  /// True if the node, or an operator that it reads, is in error.
+  bool failed() const;
+  /// The messages of the operators that are read, then those of the node.
+  std::vector<Message> messages() const;
   /// The box that rows are wanted for: the operator's box, clipped to the region.
   const DD::Image::Box& box() const;
   const DD::Image::IopInfo& info() const;
@@ -73,7 +82,8 @@ class DD_EXPORT RenderSession {
   std::vector<Stage> stages() const;
   /// Begins a stage of the caller's own; the operator announces those of the opening.
   void beginStage(const std::string& name);
-  /// Renders columns [x, r) of row y into `row`; false after an error or an abort.
+  /// Renders columns [x, r) of row y into `row`; false after an error or an abort. Outside the
+  /// operator's box the edge repeats; channels that it lacks read 0.
   bool row(int y, int x, int r, const DD::Image::ChannelSet& channels, DD::Image::Row& row);
 
  private:
@@ -93,7 +103,8 @@ struct RenderResult {
   unsigned threads = 0;
 };
 
-/// Renders the whole wanted box on all row threads. Error and Aborted leave `image` empty.
+/// Renders the whole wanted box on all row threads. The image has those of the wanted channels that
+/// the operator has. Error and Aborted leave it empty.
 DD_EXPORT RenderResult render(Node& node, const RenderOptions& options);
 
 /// Asks every running render to stop soon; safe to call from a signal handler.
@@ -103,7 +114,8 @@ DD_EXPORT void clearAbort() noexcept;
 
 /// Processors that this process may use: affinity mask and cgroup CPU quota, at least 1.
 DD_EXPORT unsigned usableProcessors();
-/// Sets Thread::numCPUs and the size of the thread pool (0: usableProcessors()).
+/// Sets Thread::numCPUs, by which renders and operators choose their threads (0:
+/// usableProcessors()).
 DD_EXPORT void setThreadCount(unsigned threads);
 
 }  // namespace embedded
