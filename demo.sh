@@ -49,7 +49,7 @@ picture() {
 picture before --set realWorldLens=0 --set multiplier=0
 picture after
 picture blades --set "kernelType=Aperture Blades" --set kNumSides=5 --set kCurvature=0 \
-  --set kSphAbb=0.6
+  --set kSphAbb=0.9
 picture hearts --kernel "$folder/kernel.exr" --set kernelType=Input
 picture artifacts --mattes "$folder/mattes.exr" --set kChrAbb=6 \
   --set chromicAberrationMatteChannel=matte.chromatic --set bloom=1 \
