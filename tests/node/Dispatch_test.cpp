@@ -123,6 +123,21 @@ TEST(FilterShapeOutput, channelThatIsNotProcessed_isBlack) {
   }
 }
 
+TEST(FilterShapeOutput, usedRow_isClearedWhereNothingIsProcessed) {
+  LiteralScene scene = plainScene(8, 8, 10.0F);
+  scene.settings.bokehChannels = {1};
+  scene.settings.outputType = 3;
+  NodeBench bench(scene);
+  const embedded::RenderSession session(bench.node(), bench.options);
+  DD::Image::Row row(0, 8);
+  float* green = row.writable(DD::Image::Chan_Green);
+  for (int x = 0; x < 8; ++x)
+    green[x] = 42.0F;
+  bench.drevin().engine(4, 0, 8, DD::Image::Mask_RGBA, row);
+  for (int x = 0; x < 8; ++x)
+    EXPECT_EQ(row[DD::Image::Chan_Green][x], 0.0F);
+}
+
 TEST(FilterShapeOutput, boxBelowTheOrigin_isBlackThere) {
   LiteralScene scene = plainScene(8, 8, 10.0F);
   scene.image.box = {-3, -2, 5, 6};
@@ -179,6 +194,24 @@ TEST(DefocusedOutput, lensBloomUnderTheThreshold_isBlackWithItsAlpha) {
     EXPECT_EQ(pixel(bloom, 1, x, 3), 0.0F);
     EXPECT_EQ(pixel(bloom, 4, x, 3), pixel(whole, 4, x, 3));
   }
+}
+
+TEST(DefocusedOutput, matteTakenBack_isNotUsedAnyMore) {
+  LiteralScene scene = threeDepths();
+  scene.settings.bloom = 1.0F;
+  scene.mattes = scene.image;
+  NodeBench bench(scene);
+  const embedded::RenderResult plain = bench.render();
+  const char* const pickers[] = {"bloomMatteChannel", "defocusMatteChannel",
+                                 "chromicAberrationMatteChannel"};
+  for (const char* name : pickers)
+    bench.set(name, 3);
+  const embedded::RenderResult matted = bench.render();
+  EXPECT_NE(*matted.image.planes.at(Chan_Red), *plain.image.planes.at(Chan_Red));
+  for (const char* name : pickers)
+    bench.set(name, 0);
+  const embedded::RenderResult again = bench.render();
+  EXPECT_EQ(*again.image.planes.at(Chan_Red), *plain.image.planes.at(Chan_Red));
 }
 
 TEST(DefocusedOutput, nothingConnected_isBlack) {

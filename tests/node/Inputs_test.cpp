@@ -1,6 +1,9 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <memory>
 #include <string>
+#include <vector>
 
 #include "EmbeddedHost/Plugin.h"
 #include "node/DeepStandIns.h"
@@ -32,10 +35,24 @@ TEST(NodeClass, classAndHelp_areTheName) {
   EXPECT_STREQ(bench.drevin().node_help(), "Drevin");
 }
 
+/// A picture that carries metadata.
+class TaggedPicture : public embedded::ImageInput {
+ public:
+  TaggedPicture() : ImageInput(smallPicture()) { tags_.setData("input/filename", "street.exr"); }
+  const DD::Image::MetaData::Bundle& _fetchMetaData(const char* /*key*/) override { return tags_; }
+
+ private:
+  DD::Image::MetaData::Bundle tags_;
+};
+
 TEST(NodeClass, metadata_isEmptyWhateverTheInputHas) {
-  NodeBench bench(plainScene(4, 3, 10.0F));
+  TaggedPicture picture;
+  ASSERT_FALSE(picture.fetchMetaData(nullptr).empty());
+  NodeBench bench;
+  ASSERT_TRUE(bench.connect(0, &picture));
   EXPECT_TRUE(bench.drevin().fetchMetaData(nullptr).empty());
   EXPECT_TRUE(bench.drevin().fetchMetaData("input/filename").empty());
+  bench.connect(0, nullptr);
 }
 
 TEST(NodeInputs, count_isFive) {
@@ -57,7 +74,8 @@ TEST(NodeInputs, labels_areTheFiveNamesAndEmptyBeyond) {
 
 TEST(NodeInputs, unconnected_haveAStandInForTheImageOnly) {
   NodeBench bench;
-  EXPECT_NE(bench.drevin().default_input(0), nullptr);
+  const std::unique_ptr<Op> standIn(bench.drevin().default_input(0));
+  EXPECT_NE(standIn, nullptr);
   for (int i = 1; i < 5; ++i) {
     EXPECT_EQ(bench.drevin().default_input(i), nullptr);
   }

@@ -1,7 +1,8 @@
 #include <gtest/gtest.h>
 
-#include <algorithm>
+#include <cmath>
 #include <cstddef>
+#include <limits>
 #include <sstream>
 
 #include "node/NodeBench.h"
@@ -49,9 +50,8 @@ std::string compareRow(const LiteralFrame& literal, const embedded::Image& image
   return "";
 }
 
-/// Renders the scene on the host and compares every row; stops at the first disagreement.
-void compareScene(unsigned seed, const LiteralScene& scene, Tally& tally) {
-  NodeBench bench(scene);
+/// Renders the node and compares every row with the scene's; stops at the first disagreement.
+void compareNode(unsigned seed, NodeBench& bench, const LiteralScene& scene, Tally& tally) {
   bench.options.threads = seed % 3 + 1;
   const embedded::RenderResult result = bench.render();
   ASSERT_EQ(result.status, embedded::RenderStatus::Done) << "seed " << seed;
@@ -71,6 +71,11 @@ void compareScene(unsigned seed, const LiteralScene& scene, Tally& tally) {
   }
 }
 
+void compareScene(unsigned seed, const LiteralScene& scene, Tally& tally) {
+  NodeBench bench(scene);
+  compareNode(seed, bench, scene, tally);
+}
+
 TEST(RenderedNode, randomScenes_agreeWithTheLiteralFrame) {
   Tally tally;
   for (unsigned seed = 0; seed < seeds; ++seed) {
@@ -87,6 +92,35 @@ TEST(RenderedNode, randomScenesOfEveryOutputType_agreeWithTheLiteralFrame) {
       scene.settings.outputType = type;
       compareScene(10000 + seed, scene, tally);
     }
+  }
+  EXPECT_GT(static_cast<double>(tally.compared), leastCompared * static_cast<double>(tally.values));
+}
+
+/// The value of a camera that a test makes odd.
+float& cameraValue(LiteralSettings& settings, int index) {
+  float* const values[] = {&settings.focalPlane, &settings.fStop, &settings.focalLength,
+                           &settings.apertureWidth, &settings.apertureHeight};
+  return *values[index];
+}
+
+TEST(RenderedNode, camerasOfAnyValue_agreeWithTheLiteralFrame) {
+  const float odd[] = {0.0F, -5.0F, 1e30F, std::nanf(""), std::numeric_limits<float>::infinity()};
+  Tally tally;
+  for (unsigned seed = 0; seed < 75; ++seed) {
+    LiteralScene scene = randomScene(20000 + seed);
+    NodeBench bench(scene);
+    LiteralSettings& s = scene.settings;
+    s.focalPlane = 30.0F;
+    s.focalLength = 85.0F;
+    if (seed >= 25) cameraValue(s, static_cast<int>(seed % 5)) = odd[seed / 5 % 5];
+    embedded::CameraValues camera;
+    camera.focalPlane = static_cast<double>(s.focalPlane);
+    camera.fStop = static_cast<double>(s.fStop);
+    camera.focalLength = static_cast<double>(s.focalLength);
+    camera.horizontalAperture = static_cast<double>(s.apertureWidth);
+    camera.verticalAperture = static_cast<double>(s.apertureHeight);
+    bench.connectCamera(camera);
+    compareNode(seed, bench, scene, tally);
   }
   EXPECT_GT(static_cast<double>(tally.compared), leastCompared * static_cast<double>(tally.values));
 }
