@@ -45,6 +45,11 @@ std::string stateText(const Knob& knob, const Knob& fresh) {
   return state;
 }
 
+std::string withoutTrailingBlanks(std::string line) {
+  line.erase(line.find_last_not_of(' ') + 1);
+  return line;
+}
+
 std::string choiceLines(const std::vector<std::string>& choices) {
   const std::string indent(6, ' ');
   std::string lines;
@@ -52,17 +57,12 @@ std::string choiceLines(const std::vector<std::string>& choices) {
   for (std::size_t i = 0; i < choices.size(); ++i) {
     const std::string word = choices[i] + (i + 1 < choices.size() ? ", " : "");
     if (line.size() + word.size() > kColumns) {
-      lines += line + "\n";
+      lines += withoutTrailingBlanks(line) + "\n";
       line = indent;
     }
     line += word;
   }
   return lines + line + "\n";
-}
-
-std::string withoutTrailingBlanks(std::string line) {
-  line.erase(line.find_last_not_of(' ') + 1);
-  return line;
 }
 
 std::string controlLines(const Knob& knob, const Knob& fresh) {
