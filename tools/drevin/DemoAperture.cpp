@@ -18,14 +18,14 @@ double heartDistance(double x, double y) {
   return std::min(flank, notch) * (ax < y ? -1.0 : 1.0);
 }
 
-// Transmission at a place of the unit square, for a heart of the given size.
-double transmission(double u, double v, double size) {
-  constexpr double kSoft = 0.012;
-  const double x = (u - 0.5) * 1.24 / size;
-  const double y = (v - 0.5) * 1.24 / size + 0.54;  // v downward: upside down
+// Transmission at a place of the unit square, for a heart moved aside from its middle.
+double transmission(double u, double v, double moved) {
+  constexpr double kSoft = 0.05;
+  const double x = (u - 0.5 - moved) * 1.40;
+  const double y = (v - 0.5 + 0.6 * moved) * 1.40 + 0.54;  // v downward: upside down
   const double d = heartDistance(x, y);
-  const double rim = std::exp(-std::abs(d) * 9.0);
-  return smoothStep(kSoft, -kSoft, d) * mix(0.5, 1.0, rim);
+  const double rim = std::exp(-std::abs(d) * 14.0);
+  return smoothStep(kSoft, -kSoft, d) * mix(0.8, 1.0, rim);
 }
 
 }  // namespace
@@ -33,21 +33,21 @@ double transmission(double u, double v, double size) {
 DemoPicture makeDemoAperture(int side) {
   struct Colour {
     const char* name;
-    double size;
+    double moved;
   };
-  constexpr std::array<Colour, 3> kColours = {{{"R", 1.0}, {"G", 0.955}, {"B", 0.90}}};
+  constexpr std::array<Colour, 3> kColours = {{{"R", -0.02}, {"G", 0.0}, {"B", 0.02}}};
   DemoPicture picture;
   picture.width = side;
   picture.height = side;
   for (int row = 0; row < side; ++row) {
     for (int column = 0; column < side; ++column) {
-      double most = 0.0;
+      double sum = 0.0;
       for (const Colour& colour : kColours) {
-        const double value = transmission((column + 0.5) / side, (row + 0.5) / side, colour.size);
+        const double value = transmission((column + 0.5) / side, (row + 0.5) / side, colour.moved);
         picture.planes[colour.name].push_back(static_cast<float>(value));
-        most = std::max(most, value);
+        sum += value;
       }
-      picture.planes["A"].push_back(static_cast<float>(most));
+      picture.planes["A"].push_back(static_cast<float>(sum / kColours.size()));
     }
   }
   return picture;
