@@ -186,7 +186,8 @@ double lightThrough(const DemoPicture& aperture, const char* name, int samples) 
     for (int column = 0; column < samples; ++column) {
       const int x = (2 * column + 1) * aperture.width / (2 * samples);
       const int y = (2 * row + 1) * aperture.height / (2 * samples);
-      sum += aperture.planes.at(name)[static_cast<std::size_t>(y * aperture.width + x)];
+      const int index = y * aperture.width + x;
+      sum += aperture.planes.at(name)[static_cast<std::size_t>(index)];
     }
   }
   return sum;
