@@ -14,6 +14,7 @@ Knob Knob::inputChange;
 
 Knob::Knob(Declaration declaration)
     : type_(declaration.type),
+      single_(declaration.single),
       kind_(declaration.kind),
       name_(std::move(declaration.name)),
       label_(std::move(declaration.label)),
@@ -32,10 +33,11 @@ std::optional<double> Knob::admitted(double value) const {
     value = std::max(range_->first, std::min(value, range_->second));
   }
   if (type_ == Type::Real) {
+    if (!single_) return value;
     if (std::abs(value) > static_cast<double>(std::numeric_limits<float>::max())) {
       return std::nullopt;
     }
-    return value;
+    return static_cast<double>(static_cast<float>(value));
   }
   value = std::trunc(value);
   double lowest = 0.0;

@@ -1,6 +1,7 @@
 #include "DDImage/Knobs.h"
 
 #include <stdexcept>
+#include <type_traits>
 
 #include "EmbeddedHost/Node.h"
 
@@ -38,6 +39,7 @@ Knob* numbers(Knob_Callback f, Knob::Declaration declaration, Value* values, int
       values[i] = static_cast<Value>(knob.get_value(i));
     return nullptr;
   }
+  declaration.single = std::is_same<Value, float>::value;
   for (int i = 0; i < count; ++i)
     declaration.values.push_back(static_cast<double>(values[i]));
   return f.make(std::move(declaration));
