@@ -334,18 +334,23 @@ TEST(EnablingRules, storePass_appliesThemToo) {
   EXPECT_TRUE(bench.enabled("depthSlicesNearAndFar"));
 }
 
+/// A control's value as the node's single precision has it.
+float asFloat(NodeBench& bench, const char* name) {
+  return static_cast<float>(bench.knob(name).get_value());
+}
+
 TEST(FilmFormatChosen, vistaVision_fillsTheFilmBackAndCustomKeepsItEditable) {
   NodeBench bench;
   bench.setText("filmFormat", "Vista Vision");
-  EXPECT_EQ(bench.knob("apertureWidth").get_value(), 37.7);
-  EXPECT_EQ(bench.knob("apertureHeight").get_value(), 25.17);
+  EXPECT_EQ(asFloat(bench, "apertureWidth"), static_cast<float>(37.7));
+  EXPECT_EQ(asFloat(bench, "apertureHeight"), static_cast<float>(25.17));
   EXPECT_FALSE(bench.enabled("apertureWidth"));
   EXPECT_FALSE(bench.enabled("apertureHeight"));
   EXPECT_EQ(bench.settings().apertureWidth, 37.7F);
   EXPECT_EQ(bench.settings().apertureHeight, 25.17F);
   bench.setText("filmFormat", "Custom");
-  EXPECT_EQ(bench.knob("apertureWidth").get_value(), 37.7);
-  EXPECT_EQ(bench.knob("apertureHeight").get_value(), 25.17);
+  EXPECT_EQ(asFloat(bench, "apertureWidth"), static_cast<float>(37.7));
+  EXPECT_EQ(asFloat(bench, "apertureHeight"), static_cast<float>(25.17));
   EXPECT_TRUE(bench.enabled("apertureWidth"));
   EXPECT_TRUE(bench.enabled("apertureHeight"));
 }
@@ -356,8 +361,8 @@ TEST(FilmFormatChosen, everyFormat_fillsItsSize) {
     bench.set("filmFormat", 9);
     bench.set("apertureWidth", 1.0);
     bench.set("filmFormat", static_cast<double>(i));
-    EXPECT_EQ(bench.knob("apertureWidth").get_value(), dvFilmFormats[i].width);
-    EXPECT_EQ(bench.knob("apertureHeight").get_value(), dvFilmFormats[i].height);
+    EXPECT_EQ(asFloat(bench, "apertureWidth"), static_cast<float>(dvFilmFormats[i].width));
+    EXPECT_EQ(asFloat(bench, "apertureHeight"), static_cast<float>(dvFilmFormats[i].height));
   }
 }
 
