@@ -15,7 +15,7 @@ struct dvBloom {
 /// Bloom of a pixel by its place:  a = B * min(1, rho ^ (curvature + 0.001))
 ///   rho = sqrt((|x - hw| / hw)^2 + (|y - hh| / hh)^2),  hw, hh half the format's size
 ///
-/// Fails to: NaN for a format of size 0.
+/// Fails to: NaN for a format of size 0 at its origin.
 float bloomAmount(const dvBloom& bloom, int x, int y);
 
 /// Light that bloom adds to one colour value:  max(0, v - threshold) * amount * matte

@@ -16,7 +16,7 @@ struct dvPassSettings {
 };
 
 /// In-focus indicator: one minus a smoothstep of the blur, 1 at 0 px and 0 from half a pixel.
-/// NaN gives NaN's maximum with 0 in the stated order: max(0, NaN) = 0.
+/// A NaN blur gives 0.
 float inFocus(float coc);
 
 /// Writes (or leaves) one channel of a visualization pixel; channel 1 is red, 2 green, 3 blue.

@@ -1,5 +1,6 @@
 #include "defocus/SliceComposite.h"
 
+#include <algorithm>
 #include <vector>
 
 namespace drevin {
@@ -29,7 +30,8 @@ struct Composite {
 
 void compositeSlices(const dvSliceAccumulators& accumulators, std::size_t channelPlace,
                      float* out) {
-  const auto width = static_cast<std::size_t>(accumulators.right() - accumulators.left());
+  const auto width =
+      static_cast<std::size_t>(std::max(0, accumulators.right() - accumulators.left()));
   Composite sum{std::vector<double>(width, 0.0), std::vector<double>(width, 0.0)};
   for (int slice = 0; slice < accumulators.slices(); ++slice) {
     const double* colour = accumulators.colourSum(slice, channelPlace);

@@ -48,9 +48,8 @@ bool reaches(std::int64_t x, std::int64_t y, int reach, const dvOutputSpan& out)
 void accumulate(const float* __restrict kernel, float value, float weight, int count,
                 float* __restrict colour, float* __restrict weights) {
   for (int j = 0; j < count; ++j) {
-    const float share = kernel[j] * weight;
-    colour[j] += share * value;
-    weights[j] += share;
+    colour[j] += kernel[j] * value * weight;
+    weights[j] += kernel[j] * weight;
   }
 }
 

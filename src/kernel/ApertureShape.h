@@ -14,7 +14,7 @@ struct dvApertureShape {
   float aspectRatio = 1.0F;          ///< above 1 narrows the shape, below 1 lowers it
   float softness = 0.1F;             ///< 0 hard edge, 1 a paraboloid
   int numSides = 6;                  ///< number of blades
-  float bladeCurvature = 0.5F;       ///< 1 round blades, 0 the deepest scallop
+  float bladeCurvature = 0.1F;       ///< 1 round blades, 0 the deepest scallop
   float rotation = 0.0F;             ///< of the blades, in whole turns
   float sphericalAberration = 0.0F;  ///< above 0 hollows the centre, below 0 darkens the rim
 };
@@ -32,7 +32,7 @@ float softnessGain(float softness);
 ///   v  = min(1, B * g) - (k > 0 ? k C : |k| (1 - C)),  limited to [0, 1]
 ///
 ///   h     half the side of the kernel   px      0.5 * side
-///   a     aspect ratio                          dx * a where a > 1, dy / a where a < 1
+///   a     aspect ratio                          dx * a where a > 1, dy * (1 / a) where a < 1
 ///   t     place on a blade              [0, 1)  angle / (1/N turn), remainder truncated
 ///   c, N  blade curvature, blade count
 ///   g     softnessGain()

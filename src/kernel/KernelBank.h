@@ -26,8 +26,8 @@ int bankSize(int kernelSize);
 ///
 /// by the Catmull-Rom cubic, first down the columns, then across; the neighbourhood repeats the
 /// hero's edge pixels and the result is not limited. Where the base pixel has index 0 in either
-/// axis the output is 0, so a kernel enlarged, or reduced by less than 2, begins with a row and a
-/// column of zeros; the asymmetry is intended.
+/// axis the output is 0, so a kernel enlarged, or reduced by less than 2, begins with rows and
+/// columns of zeros (one each at scales from 2/3 to 2); the asymmetry is intended.
 ///
 /// The base index is truncated from a product in double, the fraction is formed in float.
 /// A size below 1, or a plane that is missing on either side, changes nothing.
@@ -36,7 +36,7 @@ void buildKernel(dvChannelFloatBuffer& kernel, int size, const dvChannelFloatBuf
                  int channel);
 
 /// Builds bank entry `index` for `channels` (ascending): resampled, then every channel with a
-/// positive sum scaled by 1 / (largest channel sum).
+/// positive sum scaled by 1 / (largest channel sum). Sums are formed in double, rounded to float.
 ///
 /// The strongest channel then sums to 1 and the others keep their ratio to it: a coloured aperture
 /// stays coloured. A channel whose sum is 0, negative or NaN is left as it is; without a positive

@@ -88,8 +88,11 @@ dvSplatFrame Drevin::splatFrame() const {
 
 void Drevin::defocus(int y, int x, int r, const ChannelSet& channels, Row& out) {
   passInputThrough(y, x, r, channels, out);
+  // A later request may want other channels than the kernels were built for: those pass through.
+  // An opening that was cut short leaves no kernels, and its rows are not wanted.
   ChannelSet processed(channels);
-  processed &= settings_.processChannels;
+  processed &= kernelChannels_;
+  if (processed.empty() || kernelBank_.empty()) return;
   const dvDefocusSettings settings{blurSettings(settings_, kernelSize_, sliceBoundaries_),
                                    splatFrame()};
   const std::vector<int> numbers = channelNumbers(processed);
@@ -122,7 +125,7 @@ void Drevin::depthVisualization(int y, int x, int r, const ChannelSet& channels,
 void Drevin::kernelVisualization(int y, int x, int r, const ChannelSet& channels, Row& out) {
   out.erase(channels);
   ChannelSet shown(channels);
-  shown &= settings_.processChannels;
+  shown &= kernelChannels_;
   foreach (z, shown) {
     filterShapeRow(heroKernel_, static_cast<int>(z), y, x, r, out.writable(z));
   }
@@ -140,7 +143,7 @@ void Drevin::convole(const int& clampedX, const int& clampedY, const int& outLef
                      std::vector<std::vector<float*>>& weightAcc, const ChannelSet& channels,
                      float& bloomMatte, float& chromaticMatte) {
   ChannelSet splatted(channels);
-  splatted &= settings_.processChannels;
+  splatted &= kernelChannels_;
   const dvSplatSource source{clampedX, clampedY, srcX,  srcY,       coc,
                              slice,    weight,   pixel, bloomMatte, chromaticMatte};
   drevin::convole(splatSettings(settings_, format()), kernelBank_, {outLeft, outY, outRight},

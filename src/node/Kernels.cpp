@@ -46,12 +46,16 @@ void Drevin::initialize() {
   progressMessage("Kernels");
   kernelBank_.clear();
   kernelBank_.resize(static_cast<std::size_t>(bankSize(kernelSize_)));
-  Thread::spawn(initializeKernelsThreaded, Thread::numCPUs, this);
-  Thread::wait(this);
+  if (Thread::spawn(initializeKernelsThreaded, Thread::numCPUs, this)) {
+    Thread::wait(this);
+  } else {
+    initializeKernelsThreaded(0, 1, this);
+  }
 }
 
 void Drevin::makeHeroKernel(bool sizeToFormat) {
   Iop* kernel = input(dvInput::kernel);
+  kernelChannels_ = settings_.processChannels;
   dvHeroRequest request;
   request.type = static_cast<dvKernelType>(settings_.kernelType);
   request.maxKernelSize = settings_.maxKernelSize;
@@ -62,7 +66,7 @@ void Drevin::makeHeroKernel(bool sizeToFormat) {
     request.kernelInput = dvKernelBox{kernel->x(), kernel->y(), kernel->r(), kernel->t()};
   }
   drevin::makeHeroKernel(heroKernel_, apertureShape(settings_), sizeHeroKernel(request),
-                         channelNumbers(settings_.processChannels),
+                         channelNumbers(kernelChannels_),
                          kernelImage(kernel, settings_.missingKernelChannel));
 }
 
@@ -84,6 +88,8 @@ void Drevin::computeOptimalPadding() {
       estimate.addRow(row[settings_.depthChannel], width);
     }
   }
+  // Of a scan that was cut short nothing is known.
+  if (aborted()) return;
   const dvPaddingResult result = estimate.result(settings_.maxKernelSize);
   if (result.exceeded) {
     warning(
@@ -97,7 +103,7 @@ void Drevin::computeOptimalPadding() {
 
 void Drevin::initializeKernel(int index) {
   initializeBankEntry(kernelBank_[static_cast<std::size_t>(index)], index, heroKernel_,
-                      channelNumbers(settings_.processChannels));
+                      channelNumbers(kernelChannels_));
 }
 
 void Drevin::buildKernel(dvChannelFloatBuffer& kernel, int size, const Channel& z) {

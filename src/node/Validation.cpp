@@ -126,6 +126,7 @@ void Drevin::resetKernels() {
   padding_ = validationPadding(settings_.maxKernelSize);
   kernelBank_.clear();
   heroKernel_.clear();
+  kernelChannels_.clear();
 }
 
 }  // namespace drevin

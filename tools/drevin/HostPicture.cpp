@@ -44,6 +44,16 @@ embedded::Image hostImage(const Picture& picture) {
   return image;
 }
 
+void addMissingColours(embedded::Image& image) {
+  const auto pixels =
+      static_cast<std::size_t>(image.box.w()) * static_cast<std::size_t>(image.box.h());
+  for (const DD::Image::Channel colour : DD::Image::ChannelSet(DD::Image::Mask_RGB)) {
+    if (image.planes.count(colour) == 0) {
+      image.planes[colour] = std::make_shared<embedded::Plane>(pixels);
+    }
+  }
+}
+
 DD::Image::Box hostBox(const PixelBox& box) {
   return {box.x, box.y, box.r, box.t};
 }

@@ -1,5 +1,7 @@
 #include "InputPictures.h"
 
+#include <utility>
+
 #include "ExitCode.h"
 #include "ExrReader.h"
 #include "HostPicture.h"
@@ -22,7 +24,9 @@ const Picture* InputPictures::at(int input) const {
 
 void InputPictures::connectTo(Node& node) {
   for (const InputPicture& entry : pictures_) {
-    operators_.push_back(std::make_unique<embedded::ImageInput>(hostImage(entry.picture)));
+    embedded::Image image = hostImage(entry.picture);
+    if (entry.input == kImageInput) addMissingColours(image);
+    operators_.push_back(std::make_unique<embedded::ImageInput>(std::move(image)));
     if (!node.connect(entry.input, operators_.back().get())) {
       throw ToolError(ExitCode::RenderFailed,
                       oneLine(entry.picture.path + ": the node does not take it as its input " +
