@@ -33,11 +33,9 @@ std::optional<double> Knob::admitted(double value) const {
     value = std::max(range_->first, std::min(value, range_->second));
   }
   if (type_ == Type::Real) {
-    if (!single_) return value;
-    if (std::abs(value) > static_cast<double>(std::numeric_limits<float>::max())) {
-      return std::nullopt;
-    }
-    return static_cast<double>(static_cast<float>(value));
+    const bool tooLarge = std::abs(value) > static_cast<double>(std::numeric_limits<float>::max());
+    if (single_ && tooLarge) return std::nullopt;
+    return value;
   }
   value = std::trunc(value);
   double lowest = 0.0;
@@ -80,8 +78,9 @@ Channel Knob::channel(int index) const {
 void Knob::append(Hash& hash) const {
   if ((flags_ & NO_RERENDER) != 0 || type_ == Type::Decoration) return;
   hash.append(name_);
+  // Numbers that fill the same float are the same data.
   for (const double value : values_)
-    hash.append(value);
+    hash.append(single_ ? static_cast<double>(static_cast<float>(value)) : value);
   if (type_ == Type::Mask) mask_.append(hash);
 }
 

@@ -40,7 +40,7 @@ TEST(KnobText, number_isTheShortestThatReadsBack) {
     const std::string text = gain.valueText();
     gain.set_value(7.0);
     ASSERT_TRUE(gain.set_text(text.c_str())) << text;
-    EXPECT_EQ(gain.get_value(), static_cast<double>(value)) << text;
+    EXPECT_EQ(static_cast<float>(gain.get_value()), value) << text;
     EXPECT_LE(text.size(), 13U) << text;
   }
   EXPECT_EQ(after(gain, "0.165"), "0.165");

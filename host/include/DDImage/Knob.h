@@ -47,7 +47,7 @@ class DD_EXPORT Knob {
 
   /// Sets one component, or all of them for index -1. Whole-numbered controls truncate; a forced
   /// range clamps. Left alone are controls without numbers, and any control given NaN, an infinity
-  /// or a number that its variable cannot hold. What fills floats is rounded to them.
+  /// or a number that its variable cannot hold.
   void set_value(double value, int index = -1);
   /// Component `index`; 0 where there is none. Choices give their index, channels their number.
   double get_value(int index = 0) const;
@@ -70,7 +70,7 @@ class DD_EXPORT Knob {
     std::string name;       ///< script name; empty for tabs and texts
     std::string label;
     std::vector<double> values;        ///< default of each component
-    bool single = false;               ///< fills floats, so that values are rounded to them
+    bool single = false;               ///< fills floats
     ChannelSet mask;                   ///< default of a mask
     std::vector<std::string> choices;  ///< labels of an enumeration
     int channelInput = -1;             ///< input whose channels are offered, or -1
