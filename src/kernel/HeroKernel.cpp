@@ -7,10 +7,15 @@
 namespace drevin {
 namespace {
 
-// Calls value(column, row) for each pixel of a plane, row by row.
+using Cancelled = std::function<bool()>;
+
+// Calls value(column, row) for each pixel of a plane, row by row, until cancelled.
 template <typename Value>
-void fillPlane(float* plane, int side, const Value& value) {
+void fillPlane(float* plane, int side, const Cancelled& cancelled, const Value& value) {
   for (int row = 0; row < side; ++row) {
+    if (cancelled && cancelled()) {
+      return;
+    }
     for (int column = 0; column < side; ++column) {
       *plane++ = value(column, row);
     }
@@ -19,7 +24,7 @@ void fillPlane(float* plane, int side, const Value& value) {
 
 // A procedural shape is the same in every channel: it is drawn once and copied.
 void drawShape(dvChannelFloatBuffer& hero, const dvApertureShape& shape,
-               const std::vector<int>& channels) {
+               const std::vector<int>& channels, const Cancelled& cancelled) {
   const float gain = softnessGain(shape.softness);
   const float half = 0.5F * static_cast<float>(hero.width);
   const float* drawn = nullptr;
@@ -29,7 +34,7 @@ void drawShape(dvChannelFloatBuffer& hero, const dvApertureShape& shape,
       continue;
     }
     if (drawn == nullptr) {
-      fillPlane(plane, hero.width, [&](int column, int row) {
+      fillPlane(plane, hero.width, cancelled, [&](int column, int row) {
         return apertureValue(shape, gain, half, half * half, column, row);
       });
       drawn = plane;
@@ -40,14 +45,15 @@ void drawShape(dvChannelFloatBuffer& hero, const dvApertureShape& shape,
 }
 
 void drawInput(dvChannelFloatBuffer& hero, const dvKernelSampling& sampling,
-               const std::vector<int>& channels, const dvKernelInput& input) {
+               const std::vector<int>& channels, const dvKernelInput& input,
+               const Cancelled& cancelled) {
   for (const int channel : channels) {
     float* plane = hero.plane(channel);
     if (plane == nullptr) {
       continue;
     }
     const int source = inputKernelChannel(input, channel);
-    fillPlane(plane, hero.width, [&](int column, int row) {
+    fillPlane(plane, hero.width, cancelled, [&](int column, int row) {
       return sampleInputKernel(input, sampling, column, row, source);
     });
   }
@@ -83,12 +89,12 @@ dvHeroSizing sizeHeroKernel(const dvHeroRequest& request) {
 
 void makeHeroKernel(dvChannelFloatBuffer& hero, const dvApertureShape& shape,
                     const dvHeroSizing& sizing, const std::vector<int>& channels,
-                    const dvKernelInput& input) {
+                    const dvKernelInput& input, const std::function<bool()>& cancelled) {
   hero.resize(sizing.side, channels);
   if (shape.type == dvKernelType::Input) {
-    drawInput(hero, sizing.sampling, channels, input);
+    drawInput(hero, sizing.sampling, channels, input, cancelled);
   } else {
-    drawShape(hero, shape, channels);
+    drawShape(hero, shape, channels, cancelled);
   }
 }
 

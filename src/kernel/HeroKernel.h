@@ -2,6 +2,7 @@
 
 /// The hero kernel: the one full-size image of the aperture that all blur kernels come from.
 
+#include <functional>
 #include <optional>
 #include <vector>
 
@@ -43,8 +44,9 @@ dvHeroSizing sizeHeroKernel(const dvHeroRequest& request);
 
 /// Makes `hero` anew: sizing.side square, a plane for each of `channels` (ascending), not
 /// normalised. Procedural shapes ignore `input`; the Kernel image ignores the rest of `shape`.
+/// `cancelled`, where given, is asked before each row; once it is true the rest stays 0.
 void makeHeroKernel(dvChannelFloatBuffer& hero, const dvApertureShape& shape,
                     const dvHeroSizing& sizing, const std::vector<int>& channels,
-                    const dvKernelInput& input);
+                    const dvKernelInput& input, const std::function<bool()>& cancelled = {});
 
 }  // namespace drevin

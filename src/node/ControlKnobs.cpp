@@ -14,9 +14,12 @@ using DD::Image::Channel;
 using DD::Image::ChannelSet;
 using DD::Image::Knob_Callback;
 
-std::string versionText() {
-  return std::to_string(dvVersionMajor) + '.' + std::to_string(dvVersionMinor) + '.' +
-         std::to_string(dvVersionPatch);
+/// Lives on: a host need not copy the text.
+const char* versionText() {
+  static const std::string text = std::to_string(dvVersionMajor) + '.' +
+                                  std::to_string(dvVersionMinor) + '.' +
+                                  std::to_string(dvVersionPatch);
+  return text.c_str();
 }
 
 template <class Value>
@@ -35,7 +38,7 @@ void makeKnob(Knob_Callback f, const dvControl& c, DrevinSettings& settings) {
       Tab_knob(f, c.label);
       break;
     case dvControlKind::Text:
-      Text_knob(f, c.label, versionText().c_str());
+      Text_knob(f, c.label, versionText());
       break;
     case dvControlKind::ChannelMask:
       Input_ChannelMask_knob(f, fieldOf<ChannelSet>(c, settings), c.input, c.name, c.label);

@@ -40,6 +40,7 @@ const Op::Description description(className, build);
 
 /// Fills the film back from the chosen format, which the artist then cannot type.
 void fillFilmBack(const Op& op, int filmFormat) {
+  if (filmFormat < 0 || filmFormat >= dvCustomFilmFormat) return;
   const dvFilmFormat& format = dvFilmFormats[static_cast<std::size_t>(filmFormat)];
   Knob* width = op.knob("apertureWidth");
   Knob* height = op.knob("apertureHeight");
@@ -63,9 +64,7 @@ Drevin::~Drevin() = default;
 void Drevin::knobs(DD::Image::Knob_Callback f) {
   makeControlKnobs(f, settings_);
   applyRealWorldLensRule(*this, settings_.realWorldLens);
-  // A camera goes on driving the film back, whatever the format.
-  const bool camera = dynamic_cast<CameraOp*>(Op::input(dvInput::camera)) != nullptr;
-  applyFilmFormatRule(*this, settings_.filmFormat == dvCustomFilmFormat && !camera);
+  applyFilmFormatRule(*this, settings_.filmFormat == dvCustomFilmFormat);
   applySliceOverrideRule(*this, settings_.overrideNearAndFar);
 }
 

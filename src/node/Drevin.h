@@ -125,9 +125,9 @@ class Drevin : public DD::Image::Iop {
   bool defocusMatteUsed_ = false;
   bool chromaticMatteUsed_ = false;
   DD::Image::ChannelSet matteChannels_;
-  DD::Image::ChannelSet kernelChannels_;  ///< channels that the kernels were built for
   int padding_ = 0;                       ///< px by which requests are grown on every side
   int kernelSize_ = 0;                    ///< px, working maximum kernel diameter
+  DD::Image::ChannelSet kernelChannels_;  ///< channels that the kernels were built for
 };
 
 /// Thread body: builds bank entries threadIndex, threadIndex + threadCount, ... of a Drevin.

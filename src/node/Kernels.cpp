@@ -67,7 +67,8 @@ void Drevin::makeHeroKernel(bool sizeToFormat) {
   }
   drevin::makeHeroKernel(heroKernel_, apertureShape(settings_), sizeHeroKernel(request),
                          channelNumbers(kernelChannels_),
-                         kernelImage(kernel, settings_.missingKernelChannel));
+                         kernelImage(kernel, settings_.missingKernelChannel),
+                         [this] { return aborted(); });
 }
 
 void Drevin::computeOptimalPadding() {
@@ -113,7 +114,7 @@ void Drevin::buildKernel(dvChannelFloatBuffer& kernel, int size, const Channel& 
 void initializeKernelsThreaded(unsigned threadIndex, unsigned threadCount, void* node) {
   auto& drevin = *static_cast<Drevin*>(node);
   const std::size_t size = drevin.kernelBank().size();
-  for (std::size_t i = threadIndex; i < size; i += threadCount) {
+  for (std::size_t i = threadIndex; i < size && !drevin.aborted(); i += threadCount) {
     drevin.initializeKernel(static_cast<int>(i));
   }
 }

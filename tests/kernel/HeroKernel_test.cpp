@@ -201,6 +201,17 @@ TEST(HeroKernel, emptyOrReversedKernelBox_hasNoPixels) {
   }
 }
 
+TEST(HeroKernel, cancelled_leavesTheRestOfTheRowsAtZero) {
+  int rows = 0;
+  dvChannelFloatBuffer hero;
+  makeHeroKernel(hero, {}, sizeHeroKernel(request(dvKernelType::Circular, 8)), {1}, {},
+                 [&] { return ++rows > 4; });
+  EXPECT_GT(hero.plane(1)[3 * 8 + 4], 0.0F);
+  for (int i = 4 * 8; i < 8 * 8; ++i) {
+    EXPECT_EQ(hero.plane(1)[i], 0.0F) << i;
+  }
+}
+
 TEST(HeroKernel, kernelBoxAsWideAsIntegersGo_isSizedWithoutOverflow) {
   const int least = std::numeric_limits<int>::min();
   const int most = std::numeric_limits<int>::max();
