@@ -105,6 +105,9 @@ void Op::validate(bool for_real) {
 Hash Op::hash() const {
   Hash hash;
   hash.append(Class());
+  // A picture in proxy is another picture.
+  hash.append(state_->context.scale_x());
+  hash.append(state_->context.scale_y());
   if (state_->node != nullptr) {
     for (const auto& knob : state_->node->knobs())
       knob->append(hash);

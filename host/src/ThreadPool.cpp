@@ -1,6 +1,7 @@
 #include "ThreadPool.h"
 
 #include <algorithm>
+#include <new>
 #include <system_error>
 
 namespace embedded {
@@ -26,15 +27,18 @@ void ThreadPool::grow(std::size_t threads) {
       threads_.emplace_back([this] { serve(); });
   } catch (const std::system_error&) {
     // The system gives no more: the tasks share what there is, and waiting threads help.
+  } catch (const std::bad_alloc&) {
+    // As above.
   }
 }
 
 void ThreadPool::spawn(DD::Image::Thread::ThreadFunction function, unsigned count, void* userData) {
   {
     const std::lock_guard<std::mutex> lock(mutex_);
-    for (unsigned i = 0; i < count; ++i)
+    Group& group = groups_[userData];
+    // Counted one by one, so that a failed allocation leaves nothing counted that is not queued.
+    for (unsigned i = 0; i < count; ++i, ++group.left)
       waiting_.push_back({function, i, count, userData});
-    groups_[userData].left += count;
     grow(busy_ + waiting_.size());
   }
   work_.notify_all();

@@ -140,3 +140,12 @@ TEST(Context, proxyScale_reachesBothContexts) {
   EXPECT_EQ(output, 0.5F);
   EXPECT_EQ(interface, 0.5F);
 }
+
+TEST(Context, proxyScale_changesTheHash) {
+  HostBench bench;
+  const std::string full = bench.render().hash;
+  bench.options.proxyScale = 0.5F;
+  EXPECT_NE(bench.render().hash, full);
+  bench.options.proxyScale = 1.0F;
+  EXPECT_EQ(bench.render().hash, full);
+}
