@@ -6,10 +6,6 @@ namespace drevin {
 
 namespace {
 
-float matteValue(const float* matte, int x) {
-  return matte == nullptr ? 1.0F : matte[x];
-}
-
 std::vector<int> numbersOf(const std::vector<dvDeepChannel>& channels) {
   std::vector<int> numbers;
   numbers.reserve(channels.size());

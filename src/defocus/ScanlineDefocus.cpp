@@ -4,14 +4,6 @@
 
 namespace drevin {
 
-namespace {
-
-float matteValue(const float* matte, int x) {
-  return matte == nullptr ? 1.0F : matte[x];
-}
-
-}  // namespace
-
 dvScanlineDefocus::dvScanlineDefocus(const dvDefocusSettings& settings, const dvOutputSpan& out,
                                      const std::vector<int>& channels)
     : settings_(settings), splatter_(settings.frame, out, channels) {}
