@@ -78,10 +78,14 @@ Channel Knob::channel(int index) const {
 void Knob::append(Hash& hash) const {
   if ((flags_ & NO_RERENDER) != 0 || type_ == Type::Decoration) return;
   hash.append(name_);
+  // Channels by name: their numbers depend on the order in which names were first asked for.
+  if (type_ == Type::Channels || type_ == Type::Mask) {
+    hash.append(valueText());
+    return;
+  }
   // Numbers that fill the same float are the same data.
   for (const double value : values_)
     hash.append(single_ ? static_cast<double>(static_cast<float>(value)) : value);
-  if (type_ == Type::Mask) mask_.append(hash);
 }
 
 }  // namespace Image

@@ -91,11 +91,12 @@ struct RenderSession::Impl {
         state.context.setScale(scale, scale);
         op->invalidate();
       }
-      // Operators without a node have no controls: what they hold stays valid.
-      if (state.node == nullptr) continue;
+      // Operators without a node have no controls: what they hold stays valid, but for an error,
+      // which lasts until the next validation.
+      if (state.node == nullptr && !op->inError()) continue;
       op->close();
       op->invalidate();
-      state.node->storeKnobs();
+      if (state.node != nullptr) state.node->storeKnobs();
     }
   }
 

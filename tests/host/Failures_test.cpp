@@ -214,3 +214,17 @@ TEST(Exceptions, classThatMakesNothing_isRefused) {
                                                [](Node*) -> DD::Image::Op* { return nullptr; });
   EXPECT_THROW(Node{description}, std::runtime_error);
 }
+
+TEST(Errors, ofAnInputWithoutANode_lastUntilTheNextRender) {
+  SmoothOp source(nullptr);
+  bool fails = true;
+  source.onRow = [&](SmoothOp& op, int) {
+    if (fails) op.error("%s", "no film");
+  };
+  HostBench bench;
+  ASSERT_TRUE(bench.node.connect(0, &source));
+  EXPECT_EQ(bench.render().status, RenderStatus::Error);
+  fails = false;
+  EXPECT_EQ(bench.render().status, RenderStatus::Done);
+  bench.node.connect(0, nullptr);
+}
