@@ -14,7 +14,5 @@ Interest::Interest(Iop& /*iop*/, const Box& box, ChannelMask /*channels*/, bool 
                    InterestRatchet* /*ratchet*/, float /*fracCPU*/)
     : Box(box) {}
 
-Interest::~Interest() = default;
-
 }  // namespace Image
 }  // namespace DD

@@ -17,6 +17,7 @@ namespace {
 std::string formatted(const char* format, va_list arguments) {
   va_list again;
   va_copy(again, arguments);
+  // NOLINTNEXTLINE(clang-analyzer-valist.Uninitialized): every caller has started it
   const int length = std::vsnprintf(nullptr, 0, format, arguments);
   std::string text(length > 0 ? static_cast<std::size_t>(length) : 0, '\0');
   std::vsnprintf(text.data(), text.size() + 1, format, again);

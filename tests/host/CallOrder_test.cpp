@@ -5,7 +5,6 @@
 #include "host/HostBench.h"
 
 using DD::Image::Box;
-using DD::Image::ChannelSet;
 using smooth::HostBench;
 using smooth::SmoothOp;
 using Calls = std::vector<std::string>;

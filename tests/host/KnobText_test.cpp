@@ -6,7 +6,6 @@
 
 #include "host/HostBench.h"
 
-using DD::Image::ChannelSet;
 using DD::Image::Knob;
 using smooth::HostBench;
 

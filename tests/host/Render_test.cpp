@@ -13,7 +13,6 @@
 
 using DD::Image::Box;
 using DD::Image::Chan_Red;
-using DD::Image::ChannelSet;
 using DD::Image::Row;
 using embedded::RenderResult;
 using embedded::RenderSession;

@@ -20,7 +20,7 @@ class DD_EXPORT Interest : public Box {
            InterestRatchet* ratchet = nullptr, float fracCPU = 1.0F);
   Interest(Iop& iop, const Box& box, ChannelMask channels, bool mt = false,
            InterestRatchet* ratchet = nullptr, float fracCPU = 1.0F);
-  ~Interest();
+  ~Interest() = default;
   Interest(const Interest&) = delete;
   Interest& operator=(const Interest&) = delete;
 };
