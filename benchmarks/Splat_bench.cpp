@@ -2,7 +2,6 @@
 
 #include <benchmark/benchmark.h>
 
-
 #include "BenchScene.h"
 #include "defocus/RowSplatter.h"
 #include "support/LiteralSplat.h"

@@ -17,7 +17,9 @@ struct dvColumns {
 };
 
 /// Value of a matte row at an absolute column; 1 where no matte is used (null).
-inline float matteValue(const float* matte, int x) { return matte == nullptr ? 1.0F : matte[x]; }
+inline float matteValue(const float* matte, int x) {
+  return matte == nullptr ? 1.0F : matte[x];
+}
 
 /// What splatting rows needs besides the pixels; fixed while rows are produced.
 struct dvSplatFrame {

@@ -11,10 +11,10 @@
 
 namespace {
 
+using drevin::DrevinSettings;
 using drevin::dvControl;
 using drevin::dvControlKind;
 using drevin::dvControlRange;
-using drevin::DrevinSettings;
 using drevin::dvUnit;
 
 std::string numberText(double value) {
@@ -76,7 +76,9 @@ std::string choicesText(const dvControl& control) {
   return text;
 }
 
-const char* inputName(int input) { return input == 0 ? "the Input" : "the Mattes input"; }
+const char* inputName(int input) {
+  return input == 0 ? "the Input" : "the Mattes input";
+}
 
 std::string valuesColumn(const dvControl& control) {
   if (control.choices != nullptr) return choicesText(control);
@@ -119,19 +121,20 @@ void printControl(const dvControl& control) {
     return;
   }
   std::cout << "| `" << control.name << "` | " << control.label << " | "
-            << std::visit(DefaultText{control, {}}, control.field) << " | "
-            << valuesColumn(control) << " | " << unitText(control.unit) << " | "
-            << cell(control.tooltip) << " |\n";
+            << std::visit(DefaultText{control, {}}, control.field) << " | " << valuesColumn(control)
+            << " | " << unitText(control.unit) << " | " << cell(control.tooltip) << " |\n";
 }
 
 }  // namespace
 
 int main() {
-  std::cout << "# Controls\n\n"
-               "Made from the table in `src/node/Controls.cpp` by `cmake --build --preset release "
-               "--target docs`;\ndo not edit by hand. The names are those of `--set NAME=VALUE` and "
-               "of saved scripts. A range in bold\nlimits what can be typed; the others are the "
-               "slider's only.\n";
-  for (const dvControl& control : drevin::dvControls) printControl(control);
+  std::cout
+      << "# Controls\n\n"
+         "Made from the table in `src/node/Controls.cpp` by `cmake --build --preset release "
+         "--target docs`;\ndo not edit by hand. The names are those of `--set NAME=VALUE` and "
+         "of saved scripts. A range in bold\nlimits what can be typed; the others are the "
+         "slider's only.\n";
+  for (const dvControl& control : drevin::dvControls)
+    printControl(control);
   return std::cout.good() ? 0 : 1;
 }
