@@ -10,10 +10,10 @@
 namespace drevintool::testing {
 namespace {
 
-// Enough work for some seconds: every pixel is blurred over 60 pixels or so.
+// Every pixel is blurred over 60 pixels: some seconds of work without optimisation.
 class Progress : public ::testing::Test {
  protected:
-  Progress() { writeExrFixture(input_, rgbazPart(400, 300, 160.0)); }
+  Progress() { writeExrFixture(input_, rgbazPart(240, 180, 160.0)); }
 
   RunResult render(const std::vector<std::string>& more) const {
     std::vector<std::string> arguments = {"render", "--plugin", builtPlugin(),          "--input",
@@ -38,11 +38,11 @@ TEST_F(Progress, awayFromATerminal_isWholeLinesAtMostOneASecond) {
   const RunResult result = render({});
   ASSERT_EQ(result.exitCode, 0) << result.error;
   std::istringstream stream(result.error);
-  int last = -1;
+  int last = 0;
   int count = 0;
   for (std::string line; std::getline(stream, line); ++count) {
     const int percent = percentOf(line);
-    EXPECT_GT(percent, last) << line;
+    EXPECT_GE(percent, last) << line;
     last = percent;
   }
   EXPECT_EQ(last, 100);

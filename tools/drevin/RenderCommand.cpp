@@ -72,11 +72,22 @@ void checkOutputs(const RenderArguments& arguments) {
   if (!arguments.report.empty()) AtomicFile::checkPlace(arguments.report);
 }
 
+// Threads of the picture library. It is not built for the thread sanitizer, which would take its
+// hand-overs between threads for races.
+int pictureThreads(unsigned threads) {
+#ifdef __SANITIZE_THREAD__
+  static_cast<void>(threads);
+  return 0;
+#else
+  return threads > 1 ? static_cast<int>(threads) : 0;
+#endif
+}
+
 void chooseThreads(const RenderArguments& arguments) {
   embedded::setThreadCount(arguments.threads);
   const unsigned threads =
       arguments.threads == 0 ? embedded::usableProcessors() : arguments.threads;
-  Imf::setGlobalThreadCount(threads > 1 ? static_cast<int>(threads) : 0);
+  Imf::setGlobalThreadCount(pictureThreads(threads));
 }
 
 bool isPng(const std::string& path) {
