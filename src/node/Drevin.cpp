@@ -20,7 +20,6 @@ using DD::Image::ChannelSet;
 using DD::Image::DeepOp;
 using DD::Image::Hash;
 using DD::Image::Interest;
-using DD::Image::Iop;
 using DD::Image::Knob;
 using DD::Image::Op;
 using DD::Image::Row;

@@ -10,10 +10,8 @@
 
 namespace drevin {
 
-using DD::Image::Box;
 using DD::Image::Channel;
 using DD::Image::ChannelSet;
-using DD::Image::Format;
 using DD::Image::Iop;
 using DD::Image::Row;
 using DD::Image::Thread;

@@ -14,8 +14,6 @@ using DD::Image::Chan_Z;
 using DD::Image::ChannelMask;
 using DD::Image::ChannelSet;
 using DD::Image::DeepOp;
-using DD::Image::Iop;
-using DD::Image::Op;
 
 void Drevin::in_channels(ChannelSet& channels) const {
   channels += settings_.processChannels;

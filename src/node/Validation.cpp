@@ -17,7 +17,6 @@ using DD::Image::Chan_Black;
 using DD::Image::Channel;
 using DD::Image::DeepOp;
 using DD::Image::Format;
-using DD::Image::Op;
 
 namespace {
 
