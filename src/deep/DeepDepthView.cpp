@@ -11,7 +11,7 @@ float passValue(float depth, int channel, const dvDeepSettings& settings,
   const dvDeepBlur blur = deepBlur(depth, settings);
   float value = 0.0F;
   getPassValue(blur.coc, blur.region, channel, pass, &value);
-  return value > 0.0F ? value : 0.0F;
+  return maxKeepingNaN(0.0F, value);
 }
 
 }  // namespace

@@ -18,7 +18,7 @@ struct dvDepthSample {
 /// Pass values of the samples composited front to back, the infinitely far background last:
 ///   w = (1 - A) * a,  out += v * w,  A += w   while 1 - A > 0;  then out += v_background * (1 - A)
 ///
-/// `samples` come nearest first; v is getPassValue raised to 0 (a NaN gives 0). Channel 1 is red,
+/// `samples` come nearest first; v is getPassValue raised to 0 (a NaN is kept). Channel 1 is red,
 /// 2 green, 3 blue. No matte and no least blur is applied.
 float deepDepthValue(const std::vector<dvDepthSample>& samples, int channel,
                      const dvDeepSettings& settings, const dvPassSettings& pass);

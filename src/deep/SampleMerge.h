@@ -38,7 +38,7 @@ float addSample(const dvDeepSamples& samples, std::size_t& index, std::vector<dv
 void combineSamples(const dvDeepSamples& samples, std::vector<dvDeepPiece>& pieces);
 
 /// Sorts pieces as a deep pixel is read: by front, then back, then order of emission. NaN counts as
-/// behind everything.
+/// infinitely far.
 void sortPieces(std::vector<dvDeepPiece>& pieces);
 
 /// One value of a piece: the front for the front and the flat depth, the back for the back depth,
