@@ -163,6 +163,17 @@ TEST(DeepDefocus, halfCoverage_isHalvedByTheBackground) {
   expectConstant(frame, 4, 0.5F);
 }
 
+TEST(DeepDefocus, negativeBloomThreshold_doesNotLightTheBackground) {
+  LiteralScene flat = flatScene(8.0F, grey);
+  flat.settings.bloom = 1.0F;
+  flat.settings.bloomCurvature = 0.0F;
+  flat.settings.bloomThreshold = -0.5F;
+  const LiteralDeepScene scene =
+      deepScene(flat, [](int, int) { return LiteralDeepPixel{point(8.0F, 0.6F, 0.5F)}; });
+  // The sample shows 0.6 and the bloom of the 1.1 above the threshold, the background nothing.
+  expectConstant(DeepFrame(scene), 1, 0.5F * (0.6F + 1.1F));
+}
+
 TEST(DeepDefocus, frontMode_leavesWhatIsBehindToTheBackground) {
   LiteralScene flat = flatScene(8.0F, grey);
   flat.settings.focusOutput = 1;
