@@ -144,6 +144,22 @@ TEST_F(Channels, missingKernelChannel_comesFromTheKernelFile) {
             0);
 }
 
+TEST_F(Channels, kernelWithoutAlpha_isWarnedOfUnlessAChannelStandsIn) {
+  const std::string kernel = folder_.file("kernel.exr");
+  writeExrFixture(kernel, colourOnly({"R", "G", "B"}));
+  const std::vector<std::string> options = {"--kernel", kernel, "--set", "kernelType=Input"};
+  const RunResult warned = render(options);
+  EXPECT_EQ(warned.exitCode, 0);
+  EXPECT_EQ(linesStarting(warned.error, "drevin: warning: ").size(), 1U) << warned.error;
+  EXPECT_NE(warned.error.find("no channel A"), std::string::npos) << warned.error;
+  EXPECT_NE(warned.error.find("missingKernelChannel"), std::string::npos) << warned.error;
+
+  std::vector<std::string> withStandIn = options;
+  withStandIn.insert(withStandIn.end(), {"--set", "missingKernelChannel=R"});
+  EXPECT_TRUE(linesStarting(render(withStandIn).error, "drevin: warning: ").empty());
+  EXPECT_TRUE(linesStarting(render({"--kernel", kernel}).error, "drevin: warning: ").empty());
+}
+
 TEST_F(Channels, pngWithoutColours_isRefused) {
   writeExrFixture(input_, colourOnly({"Z"}));
   const RunResult result = runCommand(renderArguments(input_, folder_.file("out.png")));

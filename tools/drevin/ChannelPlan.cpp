@@ -139,4 +139,23 @@ void checkDepthChannel(const Picture& input, const Node& node) {
               "; choose one with --set depthChannel=NAME, it has " + channelList(input)));
 }
 
+std::string missingKernelWarning(const Picture& kernel, const Node& node,
+                                 const std::vector<PlannedChannel>& plan) {
+  const DD::Image::Knob* type = node.knob("kernelType");
+  const DD::Image::Knob* standIn = node.knob("missingKernelChannel");
+  const bool used = type != nullptr && type->get_value() == 0.0;
+  if (!used || standIn == nullptr || standIn->channel() != DD::Image::Chan_Black) return {};
+  std::string missing;
+  for (const PlannedChannel& planned : plan) {
+    const auto same = [&](const PictureChannel& c) { return c.hostName == planned.hostName; };
+    if (!planned.rendered || std::any_of(kernel.channels.begin(), kernel.channels.end(), same))
+      continue;
+    missing += (missing.empty() ? "" : ", ") + planned.fileName;
+  }
+  if (missing.empty()) return {};
+  return oneLine(kernel.path + ": has no channel " + missing +
+                 ", which comes out black; name one to use instead with --set "
+                 "missingKernelChannel=NAME");
+}
+
 }  // namespace drevintool

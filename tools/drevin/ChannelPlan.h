@@ -35,4 +35,9 @@ DD::Image::ChannelSet renderedSet(const std::vector<PlannedChannel>& plan);
 /// depth and input 0 has no channel depthChannel. A depthChannel of none is let pass.
 void checkDepthChannel(const Picture& input, const Node& node);
 
+/// One warning line for the rendered channels that an aperture image in use lacks, where no other
+/// channel stands in for them: such channels come out black. Empty if there is nothing to warn of.
+std::string missingKernelWarning(const Picture& kernel, const Node& node,
+                                 const std::vector<PlannedChannel>& plan);
+
 }  // namespace drevintool

@@ -209,6 +209,10 @@ class RenderJob {
     }
     const std::vector<PlannedChannel> plan =
         planChannels(pictures.image(), node, wantedChannels(arguments_));
+    if (const Picture* kernel = pictures.at(kKernelInput)) {
+      const std::string warning = missingKernelWarning(*kernel, node, plan);
+      if (!warning.empty()) printWarning(warning);
+    }
     const embedded::RenderResult result = render(node, arguments_, plan);
     printMessages(result);
     throwIfInterrupted();
