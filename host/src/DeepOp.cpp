@@ -1,5 +1,8 @@
 #include "DDImage/DeepOp.h"
 
+#include <exception>
+#include <new>
+
 #include "OpState.h"
 
 namespace DD {
@@ -28,6 +31,27 @@ void DeepOp::deepRequest(Box box, const ChannelSet& channels, int count) {
     request.deepOp->deepRequest(request.box, request.channels, request.count);
   }
 }
+
+bool DeepOp::deepEngine(Box box, const ChannelSet& channels, DeepPlane& plane) {
+  Op& behind = *op();
+  if (behind.aborted()) return false;
+  ChannelSet wanted(channels);
+  wanted &= _deepInfo.channels();
+  try {
+    DeepOutputPlane made(wanted, box);
+    if (!doDeepEngine(box, wanted, made)) return false;
+    made.fill();
+    plane = made;
+  } catch (const std::bad_alloc&) {
+    behind.error("%s", "out of memory");
+  } catch (const std::exception& exception) {
+    behind.error("%s", exception.what());
+  }
+  return !behind.aborted();
+}
+
+DeepOnlyOp::DeepOnlyOp(Node* node) : Op(node) {}
+DeepOnlyOp::~DeepOnlyOp() = default;
 
 }  // namespace Image
 }  // namespace DD

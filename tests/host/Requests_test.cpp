@@ -29,6 +29,10 @@ class DeepSource : public DD::Image::Op, public DD::Image::DeepOp {
     _deepInfo = DD::Image::DeepInfo(DD::Image::FormatPair(DD::Image::Format(10, 10)),
                                     Box(2, 2, 8, 8), DD::Image::Mask_Deep | DD::Image::Mask_Alpha);
   }
+  bool doDeepEngine(Box /*box*/, const ChannelSet& /*channels*/,
+                    DD::Image::DeepOutputPlane& /*plane*/) override {
+    return true;
+  }
   void getDeepRequests(Box box, const ChannelSet& channels, int count,
                        std::vector<DD::Image::RequestData>& requests) override {
     kept.emplace_back(this, box, channels, count);

@@ -30,6 +30,10 @@ class DeepStandIn : public DD::Image::Op, public DD::Image::DeepOp {
     const DD::Image::Format format(box_.r(), box_.t());
     _deepInfo = DD::Image::DeepInfo(DD::Image::FormatPair(format), box_, channels_);
   }
+  bool doDeepEngine(DD::Image::Box /*box*/, const DD::Image::ChannelSet& /*channels*/,
+                    DD::Image::DeepOutputPlane& /*plane*/) override {
+    return true;
+  }
   void getDeepRequests(DD::Image::Box box, const DD::Image::ChannelSet& channels, int count,
                        std::vector<DD::Image::RequestData>& /*further*/) override {
     requests.emplace_back(this, box, channels, count);
@@ -48,6 +52,10 @@ class DeepImageStandIn : public embedded::ImageInput, public DD::Image::DeepOp {
 
  protected:
   void _validate(bool real) override { ImageInput::_validate(real); }
+  bool doDeepEngine(DD::Image::Box /*box*/, const DD::Image::ChannelSet& /*channels*/,
+                    DD::Image::DeepOutputPlane& /*plane*/) override {
+    return true;
+  }
   void getDeepRequests(DD::Image::Box /*box*/, const DD::Image::ChannelSet& /*channels*/,
                        int /*count*/, std::vector<DD::Image::RequestData>& /*further*/) override {}
 };

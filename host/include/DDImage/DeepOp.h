@@ -7,6 +7,7 @@
 #include "DDImage/Box.h"
 #include "DDImage/ChannelSet.h"
 #include "DDImage/DeepInfo.h"
+#include "DDImage/DeepPlane.h"
 #include "DDImage/Op.h"
 
 namespace DD {
@@ -41,13 +42,33 @@ class DD_EXPORT DeepOp {
   void validate(bool forReal);
   /// Announces that a region will be read. Clipped to the box and the channels of deepInfo().
   void deepRequest(Box box, const ChannelSet& channels, int count = 1);
+  /// Reads the samples of a box, with those of `channels` that the operator has. False after an
+  /// error or an abort: the plane is then not to be used. Safe from any thread.
+  bool deepEngine(Box box, const ChannelSet& channels, DeepPlane& plane);
+  /// As above for columns x to r - 1 of row y.
+  bool deepEngine(int y, int x, int r, const ChannelSet& channels, DeepPlane& plane) {
+    return deepEngine(Box(x, y, r, y + 1), channels, plane);
+  }
 
  protected:
   virtual void _validate(bool forReal) = 0;
+  /// Called by many threads at once.
+  virtual bool doDeepEngine(Box box, const ChannelSet& channels, DeepOutputPlane& plane) = 0;
   virtual void getDeepRequests(Box box, const ChannelSet& channels, int count,
                                std::vector<RequestData>& requests) = 0;
 
   DeepInfo _deepInfo;
+};
+
+/// An operator that is deep and nothing else.
+class DD_EXPORT DeepOnlyOp : public Op, public DeepOp {
+ public:
+  explicit DeepOnlyOp(Node* node);
+  ~DeepOnlyOp() override;
+  Op* op() override { return this; }
+
+ protected:
+  void _validate(bool forReal) override = 0;
 };
 
 }  // namespace Image
