@@ -16,18 +16,21 @@ std::vector<int> numbersOf(const std::vector<dvDeepChannel>& channels) {
 
 }  // namespace
 
+dvColumns deepColumns(const dvSplatFrame& frame, int left, int right) {
+  return {clampedColumn(left - frame.padding, frame.formatWidth),
+          clampedColumn(right + frame.padding, frame.formatWidth)};
+}
+
 dvDeepDefocus::dvDeepDefocus(const dvSplatFrame& frame, const dvDeepBlur& background,
                              const dvOutputSpan& out, const std::vector<dvDeepChannel>& channels)
-    : background_(background), channels_(channels), splatter_(frame, out, numbersOf(channels)) {}
-
-dvColumns dvDeepDefocus::deepColumns() const {
-  const dvColumns columns = sourceColumns();
-  return {splatter_.clampColumn(columns.left), splatter_.clampColumn(columns.right)};
-}
+    : background_(background),
+      deepColumns_(drevin::deepColumns(frame, out.left, out.right)),
+      channels_(channels),
+      splatter_(frame, out, numbersOf(channels)) {}
 
 void dvDeepDefocus::splatSourceRow(const dvDeepSourceRow& row) {
   const dvColumns columns = sourceColumns();
-  const dvColumns deep = deepColumns();
+  const dvColumns deep = deepColumns_;
   for (int x = columns.left; x < columns.right; ++x) {
     const int clampedX = splatter_.clampColumn(x);
     if (clampedX >= deep.left && clampedX < deep.right) splatPixel(row, x, clampedX);

@@ -29,6 +29,11 @@ struct dvDeepSourceRow {
   const float* chromaticMatte = nullptr;  ///< as bloomMatte
 };
 
+/// Columns whose deep pixels and flat values are read for output columns [left, right). The right
+/// end is the last column of the format at most and is exclusive: the last column of an image never
+/// takes part. May be empty.
+dvColumns deepColumns(const dvSplatFrame& frame, int left, int right);
+
 /// Makes one output row: hand over every source row from y - padding to y + padding in ascending
 /// order, then composite each channel.
 class dvDeepDefocus {
@@ -39,9 +44,8 @@ class dvDeepDefocus {
 
   /// Columns of mattes that a source row must hold.
   dvColumns sourceColumns() const { return splatter_.sourceColumns(); }
-  /// Columns whose deep pixels and flat values are read. The right end is the last column of the
-  /// format at most and is exclusive: the last column of an image never takes part.
-  dvColumns deepColumns() const;
+  /// Columns that a source row's records and flat values must hold.
+  const dvColumns& deepColumns() const { return deepColumns_; }
 
   void splatSourceRow(const dvDeepSourceRow& row);
 
@@ -54,6 +58,7 @@ class dvDeepDefocus {
   void splatBackground(dvSplatSource source, float weight);
 
   dvDeepBlur background_;
+  dvColumns deepColumns_;
   std::vector<dvDeepChannel> channels_;
   dvRowSplatter splatter_;
 };

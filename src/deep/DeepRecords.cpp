@@ -32,13 +32,11 @@ dvDeepRecordRow::dvDeepRecordRow(const dvDeepLayout& layout,
                                  const std::vector<std::size_t>& splatted)
     : layout_(layout), splatted_(splatted) {}
 
-void dvDeepRecordRow::addPixel(const dvDeepSamples& samples, const dvDeepSettings& settings) {
-  pieces_.clear();
-  combineSamples(samples, pieces_);
-  sortPieces(pieces_);
+void dvDeepRecordRow::addPixel(const dvDeepSamples& samples, const std::vector<dvDeepPiece>& pieces,
+                               const dvDeepSettings& settings) {
   const auto alphaPlace = static_cast<std::size_t>(layout_.alpha);
   float coverage = 0.0F;
-  for (const dvDeepPiece& piece : pieces_) {
+  for (const dvDeepPiece& piece : pieces) {
     const dvDeepBlur blur = deepBlur(settings.useBackDepth ? piece.back : piece.front, settings);
     if (!takes(settings.mode, blur.region)) continue;
     const float alpha = pieceValue(layout_, samples, piece, alphaPlace);
@@ -48,12 +46,12 @@ void dvDeepRecordRow::addPixel(const dvDeepSamples& samples, const dvDeepSetting
     if (1.0F - coverage < leastRoom) break;
   }
   firstRecord_.push_back(records_.size());
-  background_.push_back(pieces_.empty() || coverage < 1.0F ? 1.0F - coverage : 0.0F);
+  background_.push_back(pieces.empty() || coverage < 1.0F ? 1.0F - coverage : 0.0F);
 }
 
-void dvDeepRecordRow::addEmptyPixel() {
+void dvDeepRecordRow::addHole() {
   firstRecord_.push_back(records_.size());
-  background_.push_back(1.0F);
+  background_.push_back(0.0F);
 }
 
 void dvDeepRecordRow::addPiece(const dvDeepSamples& samples, const dvDeepPiece& piece,

@@ -50,13 +50,14 @@ class dvDeepRecordRow {
   /// kept.
   dvDeepRecordRow(const dvDeepLayout& layout, const std::vector<std::size_t>& splatted);
 
-  /// Merges and composites the next pixel to the right, nearest sample first:
+  /// Composites the next pixel to the right from its merged pieces, nearest first:
   ///   w = (1 - A) * a,  A += w     until 1 - A < 1e-6
-  /// over the pieces that the mode takes. Samples in no slice and of weight 0 or less leave no
+  /// over the pieces that the mode takes. Pieces in no slice and of weight 0 or less leave no
   /// record but count in A. Values are divided by alpha.
-  void addPixel(const dvDeepSamples& samples, const dvDeepSettings& settings);
-  /// A pixel without samples.
-  void addEmptyPixel();
+  void addPixel(const dvDeepSamples& samples, const std::vector<dvDeepPiece>& pieces,
+                const dvDeepSettings& settings);
+  /// A pixel of which nothing is known: neither samples nor the background are splatted.
+  void addHole();
 
   std::size_t pixels() const { return firstRecord_.size() - 1; }
   /// Records of a pixel are those from recordsBegin to recordsEnd.
@@ -78,7 +79,6 @@ class dvDeepRecordRow {
   std::vector<dvDeepRecord> records_;
   std::vector<float> values_;
   std::vector<float> background_;
-  std::vector<dvDeepPiece> pieces_;  ///< scratch
 };
 
 }  // namespace drevin

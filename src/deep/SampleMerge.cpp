@@ -71,6 +71,12 @@ void sortPieces(std::vector<dvDeepPiece>& pieces) {
   });
 }
 
+void mergeSamples(const dvDeepSamples& samples, std::vector<dvDeepPiece>& pieces) {
+  pieces.clear();
+  combineSamples(samples, pieces);
+  sortPieces(pieces);
+}
+
 float pieceValue(const dvDeepLayout& layout, const dvDeepSamples& samples, const dvDeepPiece& piece,
                  std::size_t place) {
   const int p = static_cast<int>(place);

@@ -41,6 +41,10 @@ void combineSamples(const dvDeepSamples& samples, std::vector<dvDeepPiece>& piec
 /// infinitely far.
 void sortPieces(std::vector<dvDeepPiece>& pieces);
 
+/// Replaces `pieces` by those of all samples in the order in which they are composited, nearest
+/// first.
+void mergeSamples(const dvDeepSamples& samples, std::vector<dvDeepPiece>& pieces);
+
 /// One value of a piece: the front for the front and the flat depth, the back for the back depth,
 /// else the sample's value, scaled by the fraction unless the piece is whole.
 float pieceValue(const dvDeepLayout& layout, const dvDeepSamples& samples, const dvDeepPiece& piece,

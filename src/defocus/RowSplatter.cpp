@@ -15,6 +15,10 @@ constexpr int rowsPerFlush = 8;
 
 }  // namespace
 
+int clampedColumn(int x, int formatWidth) {
+  return std::max(0, std::min(x, formatWidth - 1));
+}
+
 dvRowSplatter::dvRowSplatter(const dvSplatFrame& frame, const dvOutputSpan& out,
                              const std::vector<int>& channels)
     : frame_(frame),
@@ -28,7 +32,7 @@ dvColumns dvRowSplatter::sourceColumns() const {
 }
 
 int dvRowSplatter::clampColumn(int x) const {
-  return std::max(0, std::min(x, frame_.formatWidth - 1));
+  return clampedColumn(x, frame_.formatWidth);
 }
 
 void dvRowSplatter::splat(dvSplatSource source) {

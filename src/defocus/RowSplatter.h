@@ -16,6 +16,9 @@ struct dvColumns {
   int right = 0;
 };
 
+/// The column of a format nearest to `x`; 0 for a format without columns.
+int clampedColumn(int x, int formatWidth);
+
 /// Value of a matte row at an absolute column; 1 where no matte is used (null).
 inline float matteValue(const float* matte, int x) {
   return matte == nullptr ? 1.0F : matte[x];

@@ -132,6 +132,7 @@ const DD::Image::MetaData::Bundle& Drevin::_fetchMetaData(const char* /*key*/) {
 
 void Drevin::_open() {
   initialize();
+  makeDeepPicture();
 }
 
 void Drevin::engine(int y, int x, int r, ChannelMask channels, Row& out) {
@@ -139,21 +140,21 @@ void Drevin::engine(int y, int x, int r, ChannelMask channels, Row& out) {
   in_channels(read);
   if (aborted()) return;
   const Interest interest(input0(), read, false, nullptr, 1.0F);
+  const bool deep = settings_.deepInput;
   switch (static_cast<dvOutputType>(settings_.outputType)) {
     case dvOutputType::FilterShape:
       kernelVisualization(y, x, r, channels, out);
-      return;
+      break;
     case dvOutputType::FocalDistance:
     case dvOutputType::FocusMatte:
-      if (!settings_.deepInput) return depthVisualization(y, x, r, channels, out);
+      deep ? deepDepthVisualization(y, x, r, channels, out)
+           : depthVisualization(y, x, r, channels, out);
       break;
     case dvOutputType::DefocusedImage:
     case dvOutputType::LensBloom:
-      if (!settings_.deepInput) return defocus(y, x, r, channels, out);
+      deep ? defocusDeepInput(y, x, r, channels, out) : defocus(y, x, r, channels, out);
       break;
   }
-  // Deep samples are not shown yet: the picture passes unchanged.
-  passInputThrough(y, x, r, channels, out);
 }
 
 }  // namespace drevin

@@ -11,6 +11,7 @@
 #include "DDImage/Row.h"
 #include "kernel/KernelBank.h"
 #include "kernel/KernelImage.h"
+#include "node/DeepPicture.h"
 #include "node/DrevinSettings.h"
 
 namespace drevin {
@@ -81,6 +82,15 @@ class Drevin : public DD::Image::Iop {
                std::vector<std::vector<float*>>& weightAcc, const DD::Image::ChannelSet& channels,
                float& bloomMatte, float& chromaticMatte);
 
+  // Rows of deep inputs (DeepRows.cpp) ----------------------------------------------------------
+
+  /// Deep defocus of columns [x, r) of row y; mode 0 takes all samples, 1 those in front of the
+  /// focal plane, 2 those behind it. From the picture made at opening where it has the row.
+  void deepDefocus(int y, int x, int r, const DD::Image::ChannelSet& channels, DD::Image::Row& out,
+                   int mode);
+  void deepDepthVisualization(int y, int x, int r, const DD::Image::ChannelSet& channels,
+                              DD::Image::Row& out);
+
   // State, fixed while rows are produced ---------------------------------------------------------
 
   const DrevinSettings& settings() const { return settings_; }
@@ -90,6 +100,7 @@ class Drevin : public DD::Image::Iop {
   const DD::Image::ChannelSet& matteChannels() const { return matteChannels_; }
   int padding() const { return padding_; }
   int kernelSize() const { return kernelSize_; }
+  const dvDeepPicture& deepPicture() const { return deepPicture_; }
 
  protected:
   void _validate(bool for_real) override;
@@ -111,6 +122,24 @@ class Drevin : public DD::Image::Iop {
   void requestDeepInput(const DD::Image::Box& box, const DD::Image::ChannelSet& channels,
                         int count);
 
+  // Kernels.cpp
+  template <typename Estimate>
+  void scanFlatDepth(Estimate& estimate);
+  template <typename Estimate>
+  void scanDeepDepth(Estimate& estimate);
+
+  // DeepRows.cpp
+  void makeDeepPicture();
+  /// The modes that the settings ask for.
+  std::vector<dvDeepMode> deepModes() const;
+  dvDeepPlan deepPlan(int left, int right, const DD::Image::ChannelSet& channels,
+                      const std::vector<dvDeepMode>& modes);
+  dvDeepSettings deepSettings(dvDeepMode mode) const;
+  void defocusDeepInput(int y, int x, int r, const DD::Image::ChannelSet& channels,
+                        DD::Image::Row& out);
+  void integrateFrontAndBack(int y, int x, int r, const DD::Image::ChannelSet& channels,
+                             DD::Image::Row& out);
+
   // FlatRows.cpp
   dvSplatFrame splatFrame() const;
   void splatSourceRow(int sy, const DD::Image::ChannelSet& channels, dvScanlineDefocus& defocus);
@@ -125,9 +154,12 @@ class Drevin : public DD::Image::Iop {
   bool defocusMatteUsed_ = false;
   bool chromaticMatteUsed_ = false;
   DD::Image::ChannelSet matteChannels_;
-  int padding_ = 0;                       ///< px by which requests are grown on every side
-  int kernelSize_ = 0;                    ///< px, working maximum kernel diameter
-  DD::Image::ChannelSet kernelChannels_;  ///< channels that the kernels were built for
+  int padding_ = 0;                          ///< px by which requests are grown on every side
+  int kernelSize_ = 0;                       ///< px, working maximum kernel diameter
+  DD::Image::ChannelSet kernelChannels_;     ///< channels that the kernels were built for
+  DD::Image::Box requestedBox_;              ///< of the output, since the last validation
+  DD::Image::ChannelSet requestedChannels_;  ///< as requestedBox_
+  dvDeepPicture deepPicture_;
 };
 
 /// Thread body: builds bank entries threadIndex, threadIndex + threadCount, ... of a Drevin.

@@ -1,18 +1,25 @@
 /// Preparing the kernels when the node opens.
 
 #include "DDImage/DeepOp.h"
+#include "DDImage/DeepPlane.h"
 #include "DDImage/Thread.h"
 #include "defocus/PassValue.h"
 #include "kernel/HeroKernel.h"
 #include "kernel/PaddingEstimate.h"
+#include "node/DeepPixels.h"
 #include "node/Drevin.h"
 #include "node/HostConversions.h"
 
 namespace drevin {
 
+using DD::Image::Box;
 using DD::Image::Channel;
 using DD::Image::ChannelSet;
+using DD::Image::DeepOp;
+using DD::Image::DeepPixel;
+using DD::Image::DeepPlane;
 using DD::Image::Iop;
+using DD::Image::Mask_Deep;
 using DD::Image::Row;
 using DD::Image::Thread;
 
@@ -69,24 +76,44 @@ void Drevin::makeHeroKernel(bool sizeToFormat) {
                          [this] { return aborted(); });
 }
 
-void Drevin::computeOptimalPadding() {
-  const dvLens lens = lensOf(settings_, kernelSize_);
-  dvPaddingEstimate estimate([&lens](float raw) { return normaliseDepth(raw, lens.depthStyle); },
-                             [&lens](float depth) {
-                               const float clamped = clampToFocusRegion(depth, lens);
-                               return unscaledCoc(clamped, focusRegion(clamped, lens), lens);
-                             },
-                             lens.uiContextScale);
+template <typename Estimate>
+void Drevin::scanFlatDepth(Estimate& estimate) {
   const int width = format().w();
-  const int height = format().h();
-  if (!settings_.deepInput && width > 0) {
-    const ChannelSet depth(settings_.depthChannel);
-    for (int y = 0; y < height && !aborted(); ++y) {
-      Row row(0, width);
-      row.get(input0(), y, 0, width, depth);
-      estimate.addRow(row[settings_.depthChannel], width);
+  const ChannelSet depth(settings_.depthChannel);
+  for (int y = 0; y < format().h() && width > 0 && !aborted(); ++y) {
+    Row row(0, width);
+    row.get(input0(), y, 0, width, depth);
+    estimate.addRow(row[settings_.depthChannel], width);
+  }
+}
+
+template <typename Estimate>
+void Drevin::scanDeepDepth(Estimate& estimate) {
+  auto* deep = dynamic_cast<DeepOp*>(Op::input(dvInput::deep));
+  const int width = format().w();
+  for (int y = 0; y < format().h() && width > 0 && !aborted(); ++y) {
+    DeepPlane plane;
+    if (!deep->deepEngine(y, 0, width, Mask_Deep, plane)) continue;
+    const ChannelSet& channels = plane.channels();
+    for (int x = 0; x < width; ++x) {
+      if (!plane.box().contains(Box(x, y, x + 1, y + 1))) continue;
+      const DeepPixel pixel = plane.getPixel(y, x);
+      if (pixel.getSampleCount() > 0) estimate.addDepth(farthestBack({pixel, channels}));
     }
   }
+}
+
+void Drevin::computeOptimalPadding() {
+  const dvLens lens = lensOf(settings_, kernelSize_);
+  const bool deep = settings_.deepInput;
+  // Deep depths are in scene units and are not clamped to the focus region.
+  dvPaddingEstimate estimate([&lens](float raw) { return normaliseDepth(raw, lens.depthStyle); },
+                             [&lens, deep](float depth) {
+                               const float z = deep ? depth : clampToFocusRegion(depth, lens);
+                               return unscaledCoc(z, focusRegion(z, lens), lens);
+                             },
+                             lens.uiContextScale);
+  deep ? scanDeepDepth(estimate) : scanFlatDepth(estimate);
   // Of a scan that was cut short nothing is known.
   if (aborted()) return;
   const dvPaddingResult result = estimate.result(settings_.maxKernelSize);

@@ -126,6 +126,9 @@ void Drevin::resetKernels() {
   kernelBank_.clear();
   heroKernel_.clear();
   kernelChannels_.clear();
+  requestedBox_.clear();
+  requestedChannels_.clear();
+  deepPicture_.clear();
 }
 
 }  // namespace drevin

@@ -69,13 +69,12 @@ DeepFrame::DeepFrame(const LiteralDeepScene& scene) : scene_(scene), imaging_(sc
 
 dvDeepRecordRow DeepFrame::records(int y, const dvColumns& columns) const {
   dvDeepRecordRow row(layoutOf(scene_.deep.channels), splatted_);
+  std::vector<dvDeepPiece> pieces;
   for (int x = columns.left; x < columns.right; ++x) {
     const LiteralDeepPixel& pixel = scene_.deep.at(x, y);
-    if (pixel.empty() && x % 2 == 0) {
-      row.addEmptyPixel();
-    } else {
-      row.addPixel(samplesOf(pixel, scene_.deep.channels), settings_);
-    }
+    const dvDeepSamples samples = samplesOf(pixel, scene_.deep.channels);
+    mergeSamples(samples, pieces);
+    row.addPixel(samples, pieces, settings_);
   }
   return row;
 }

@@ -41,7 +41,10 @@ LiteralDeepSample point(float depth, float red, float alpha) {
 /// Records of one pixel whose red and alpha are splatted.
 dvDeepRecordRow recordsOf(const LiteralDeepPixel& pixel, const dvDeepSettings& settings) {
   dvDeepRecordRow row(layoutOf(channels), {0, 1});
-  row.addPixel(samplesOf(pixel, channels), settings);
+  const dvDeepSamples samples = samplesOf(pixel, channels);
+  std::vector<dvDeepPiece> pieces;
+  mergeSamples(samples, pieces);
+  row.addPixel(samples, pieces, settings);
   return row;
 }
 
@@ -54,14 +57,18 @@ TEST(DeepRecords, firstSampleOfAlphaOne_hidesTheRestAndTheBackground) {
 }
 
 TEST(DeepRecords, emptyPixel_leavesAllToTheBackground) {
+  const auto row = recordsOf({}, plainSettings());
+  ASSERT_EQ(row.pixels(), 1U);
+  EXPECT_EQ(row.recordsBegin(0), row.recordsEnd(0));
+  EXPECT_EQ(row.background(0), 1.0F);
+}
+
+TEST(DeepRecords, hole_addsNeitherSamplesNorBackground) {
   dvDeepRecordRow row(layoutOf(channels), {0});
-  row.addEmptyPixel();
-  row.addPixel({}, plainSettings());
-  ASSERT_EQ(row.pixels(), 2U);
-  for (std::size_t pixel = 0; pixel < 2; ++pixel) {
-    EXPECT_EQ(row.recordsBegin(pixel), row.recordsEnd(pixel));
-    EXPECT_EQ(row.background(pixel), 1.0F);
-  }
+  row.addHole();
+  ASSERT_EQ(row.pixels(), 1U);
+  EXPECT_EQ(row.recordsBegin(0), row.recordsEnd(0));
+  EXPECT_EQ(row.background(0), 0.0F);
 }
 
 TEST(DeepRecords, samplesInAnyOrder_areCompositedNearestFirst) {

@@ -90,8 +90,7 @@ void compareMerge(unsigned seed, const LiteralSettings& settings) {
   const dvDeepLayout layout = layoutOf(channels);
   const dvDeepSamples samples = samplesOf(pixel, channels);
   std::vector<dvDeepPiece> pieces;
-  combineSamples(samples, pieces);
-  sortPieces(pieces);
+  mergeSamples(samples, pieces);
   ASSERT_EQ(pieces.size(), expected.size()) << "seed " << seed;
   for (std::size_t i = 0; i < pieces.size(); ++i) {
     for (std::size_t c = 0; c < channels.size(); ++c) {

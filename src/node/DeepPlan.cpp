@@ -1,0 +1,104 @@
+#include "node/DeepPlan.h"
+
+#include <algorithm>
+
+#include "DDImage/DeepPlane.h"
+#include "node/DeepPixels.h"
+
+namespace drevin {
+
+using DD::Image::Box;
+using DD::Image::Chan_Black;
+using DD::Image::Channel;
+using DD::Image::ChannelSet;
+using DD::Image::DeepPlane;
+using DD::Image::Row;
+
+namespace {
+
+std::unique_ptr<Row> readRow(DD::Image::Iop& from, int y, const dvColumns& columns,
+                             const ChannelSet& channels) {
+  auto row = std::make_unique<Row>(columns.left, columns.right);
+  row->get(from, y, columns.left, columns.right, channels);
+  return row;
+}
+
+const float* matteRow(const Row* mattes, Channel channel) {
+  return mattes == nullptr || channel == Chan_Black ? nullptr : (*mattes)[channel];
+}
+
+}  // namespace
+
+dvDeepLine::dvDeepLine(const dvDeepPlan& plan, int y)
+    : y_(y), columns_(deepColumns(plan.frame, plan.left, plan.right)) {
+  if (columns_.right <= columns_.left) return;
+  readRecords(plan);
+  if (!hasSamples()) return;
+  if (!plan.flatRead.empty()) flat_ = readRow(*plan.image, y, columns_, plan.flatRead);
+  if (plan.mattes != nullptr) {
+    const int reach = plan.frame.padding;
+    mattes_ = readRow(*plan.mattes, y, {plan.left - reach, plan.right + reach}, plan.mattesRead);
+  }
+}
+
+void dvDeepLine::readRecords(const dvDeepPlan& plan) {
+  DeepPlane plane;
+  const Box box(columns_.left, y_, columns_.right, y_ + 1);
+  if (!plan.deep->deepEngine(box, plan.samplesRead, plane)) return;
+  records_.assign(plan.modes.size(), dvDeepRecordRow(plan.layout, plan.splatted));
+  const ChannelSet& channels = plane.channels();
+  const Box& covered = plane.box();
+  dvDeepSamples samples;
+  std::vector<dvDeepPiece> pieces;
+  for (int x = columns_.left; x < columns_.right; ++x) {
+    if (covered.contains(Box(x, y_, x + 1, y_ + 1))) {
+      const DD::Image::DeepPixel pixel = plane.getPixel(y_, x);
+      readSamples(dvHostPixel(pixel, channels), plan.layout, samples);
+      addPixel(plan, samples, pieces);
+    } else {
+      for (dvDeepRecordRow& row : records_)
+        row.addHole();
+    }
+  }
+}
+
+void dvDeepLine::addPixel(const dvDeepPlan& plan, const dvDeepSamples& samples,
+                          std::vector<dvDeepPiece>& pieces) {
+  mergeSamples(samples, pieces);
+  ++mergedPixels_;
+  for (std::size_t mode = 0; mode < plan.modes.size(); ++mode)
+    records_[mode].addPixel(samples, pieces, plan.modes[mode]);
+}
+
+dvDeepSourceRow dvDeepLine::source(const dvDeepPlan& plan, int sourceY, std::size_t mode) const {
+  dvDeepSourceRow row;
+  row.y = sourceY;
+  row.clampedY = y_;
+  row.records = &records_[mode];
+  row.recordsLeft = columns_.left;
+  for (const dvDeepChannel& channel : plan.channels) {
+    const bool flat = channel.place == dvDeepChannel::flat;
+    row.flat.push_back(flat ? (*flat_)[static_cast<Channel>(channel.number)] : nullptr);
+  }
+  row.bloomMatte = matteRow(mattes_.get(), plan.matteChannels.bloom);
+  row.defocusMatte = matteRow(mattes_.get(), plan.matteChannels.defocus);
+  row.chromaticMatte = matteRow(mattes_.get(), plan.matteChannels.chromatic);
+  return row;
+}
+
+bool makeDeepRow(const dvDeepPlan& plan, std::size_t mode, int y, const dvDeepLineAt& lineAt,
+                 const dvDeepTarget& target) {
+  dvDeepDefocus defocus(plan.frame, plan.background, {plan.left, y, plan.right}, plan.channels);
+  const int reach = plan.frame.padding;
+  for (int sourceY = y - reach; sourceY <= y + reach && plan.deep != nullptr; ++sourceY) {
+    if (plan.aborted()) return false;
+    const dvDeepLine* line = lineAt(std::max(0, std::min(sourceY, plan.formatHeight - 1)));
+    if (line == nullptr || !line->hasSamples()) continue;
+    defocus.splatSourceRow(line->source(plan, sourceY, mode));
+  }
+  for (std::size_t place = 0; place < plan.channels.size(); ++place)
+    defocus.composite(place, target(place));
+  return true;
+}
+
+}  // namespace drevin
