@@ -10,14 +10,15 @@
 
 namespace drevintool {
 
-void forDemoRows(int rows, const std::function<void(int)>& work) {
+void forDemoRows(int rows, const std::function<void(int)>& work, unsigned threads) {
   std::atomic<int> next{0};
   const auto some = [&] {
     for (int row = next++; row < rows && caughtSignal() == 0; row = next++)
       work(row);
   };
   std::vector<std::thread> helpers;
-  const unsigned count = std::clamp(std::thread::hardware_concurrency(), 1U, 32U);
+  const unsigned wanted = threads > 0 ? threads : std::thread::hardware_concurrency();
+  const unsigned count = std::clamp(wanted, 1U, 32U);
   try {
     for (unsigned i = 1; i < count; ++i)
       helpers.emplace_back(some);

@@ -1,0 +1,164 @@
+#include "DemoRenderer.h"
+
+#include <limits>
+
+#include "DemoBuildings.h"
+#include "DemoCars.h"
+#include "DemoFigure.h"
+#include "DemoFurniture.h"
+#include "DemoNeon.h"
+#include "DemoRoad.h"
+#include "DemoRows.h"
+#include "DemoSky.h"
+
+namespace drevintool {
+namespace {
+
+DemoVector throughAir(const DemoVector& radiance, double depth) {
+  constexpr double kReach = 260.0;
+  return mix(DemoVector{0.060, 0.050, 0.062}, radiance, std::exp(-depth / kReach));
+}
+
+// What is behind a thing must not burn into its edge: a pixel whose depth is the thing's would
+// carry a lamp's light in focus.
+DemoVector capped(const DemoVector& radiance) {
+  constexpr double kMost = 1.5;
+  const double most = std::max({radiance.x, radiance.y, radiance.z});
+  return most > kMost ? radiance * (kMost / most) : radiance;
+}
+
+// The brightest light, else what lies in the middle.
+const DemoHit& chosenOf(const DemoPixelRays& rays, std::size_t count) {
+  const DemoHit* chosen = nullptr;
+  for (std::size_t i = 0; i < count; ++i) {
+    const DemoHit& hit = rays.hits[i];
+    const bool brighter =
+        hit.light && (chosen == nullptr || luminance(hit.radiance) > luminance(chosen->radiance));
+    if (brighter) chosen = &hit;
+  }
+  const auto side = static_cast<std::size_t>(rays.side);
+  return chosen != nullptr ? *chosen : rays.hits[count / 2 + side / 2];
+}
+
+}  // namespace
+
+DemoRenderer::DemoRenderer(const DemoCamera& camera, int width, int height, unsigned threads)
+    : camera_(camera),
+      width_(width),
+      height_(height),
+      threads_(threads),
+      grid_(camera, demoLights(), width, height),
+      sketch_(static_cast<std::size_t>(width) * static_cast<std::size_t>(height)) {
+  const auto sketchRow = [this](int row) {
+    for (int column = 0; column < width_; ++column) {
+      const DemoRay ray = camera_.ray(column + 0.5, row + 0.5, width_, height_);
+      const DemoHit hit = trace(ray, column, row);
+      sketch_[indexOf(column, row)] = {hit.radiance, hit.t, hit.object};
+    }
+  };
+  forDemoRows(height_, sketchRow, threads_);
+}
+
+std::size_t DemoRenderer::indexOf(int column, int row) const {
+  return static_cast<std::size_t>(row) * static_cast<std::size_t>(width_) +
+         static_cast<std::size_t>(column);
+}
+
+const DemoVector& DemoRenderer::sketched(int column, int row) const {
+  return sketch_[indexOf(std::clamp(column, 0, width_ - 1), std::clamp(row, 0, height_ - 1))]
+      .colour;
+}
+
+DemoVector DemoRenderer::glow(int column, int row, double depth) const {
+  const DemoRay ray = camera_.ray(column + 0.5, row + 0.5, width_, height_);
+  return demoGlow(grid_.lights(), camera_.height, ray.along.x, ray.along.y, depth);
+}
+
+DemoHit DemoRenderer::trace(const DemoRay& ray, int column, int row) const {
+  DemoHit nearest = grid_.trace(ray, column, row);
+  const std::array<DemoHit, 5> others = {traceFigure(ray), traceFurniture(ray), traceNeon(ray),
+                                         traceCars(ray), traceBuildings(ray)};
+  for (const DemoHit& hit : others) {
+    if (hit.t < nearest.t) nearest = hit;
+  }
+  const bool groundFirst = ray.along.y < 0.0 && -ray.origin.y / ray.along.y < nearest.t;
+  if (groundFirst) nearest = traceRoad(ray, grid_.lights());
+  if (nearest.t < std::numeric_limits<double>::infinity()) {
+    nearest.radiance = throughAir(nearest.radiance, nearest.t);
+  } else {
+    nearest.radiance = skyRadiance(ray.along);
+  }
+  return nearest;
+}
+
+DemoPixelRays DemoRenderer::raysOf(int column, int row) const {
+  DemoPixelRays rays;
+  rays.column = column;
+  rays.row = row;
+  if (!needsMore(column, row)) {
+    const Pixel& pixel = sketch_[indexOf(column, row)];
+    rays.hits[0] = {pixel.depth, pixel.colour, pixel.object, false};
+    return rays;
+  }
+  rays.side = kDemoSide;
+  for (int i = 0; i < kDemoSide * kDemoSide; ++i) {
+    const double x = column + (i % kDemoSide + 0.5) / kDemoSide;
+    const double y = row + (i / kDemoSide + 0.5) / kDemoSide;
+    rays.hits[static_cast<std::size_t>(i)] = trace(camera_.ray(x, y, width_, height_), column, row);
+  }
+  return rays;
+}
+
+DemoRenderer::Pixel DemoRenderer::merged(const DemoPixelRays& rays) {
+  const auto count = static_cast<std::size_t>(rays.side * rays.side);
+  if (count == 1) return {rays.hits[0].radiance, rays.hits[0].t, rays.hits[0].object};
+  const DemoHit& chosen = chosenOf(rays, count);
+  Pixel pixel{{}, chosen.t, chosen.object};
+  for (const DemoHit& hit : rays.hits) {
+    const bool farther = hit.t > chosen.t * 1.1;
+    pixel.colour = pixel.colour + (farther ? capped(hit.radiance) : hit.radiance);
+  }
+  pixel.colour = pixel.colour * (1.0 / static_cast<double>(count));
+  return pixel;
+}
+
+bool DemoRenderer::needsMore(int column, int row) const {
+  if (!grid_.near(column, row).empty()) return true;
+  const Pixel& here = sketch_[indexOf(column, row)];
+  const double bright = luminance(here.colour) + 0.03;
+  for (int y = std::max(row - 1, 0); y <= std::min(row + 1, height_ - 1); ++y) {
+    for (int x = std::max(column - 1, 0); x <= std::min(column + 1, width_ - 1); ++x) {
+      const Pixel& there = sketch_[indexOf(x, y)];
+      const double ratio = (luminance(there.colour) + 0.03) / bright;
+      if (there.object != here.object || ratio > 1.25 || ratio < 0.8) return true;
+    }
+  }
+  return false;
+}
+
+DemoPicture DemoRenderer::render(const DemoPixelWork& work) {
+  std::vector<Pixel> pixels(sketch_.size());
+  const auto renderRow = [&](int row) {
+    for (int column = 0; column < width_; ++column) {
+      const DemoPixelRays rays = raysOf(column, row);
+      Pixel& pixel = pixels[indexOf(column, row)];
+      pixel = merged(rays);
+      pixel.colour = pixel.colour + glow(column, row, pixel.depth);
+      work(rays);
+    }
+  };
+  forDemoRows(height_, renderRow, threads_);
+  DemoPicture picture;
+  picture.width = width_;
+  picture.height = height_;
+  for (const Pixel& pixel : pixels) {
+    picture.planes["R"].push_back(static_cast<float>(pixel.colour.x));
+    picture.planes["G"].push_back(static_cast<float>(pixel.colour.y));
+    picture.planes["B"].push_back(static_cast<float>(pixel.colour.z));
+    picture.planes["A"].push_back(1.0F);
+    picture.planes["Z"].push_back(static_cast<float>(pixel.depth));
+  }
+  return picture;
+}
+
+}  // namespace drevintool
