@@ -6,6 +6,8 @@
 
 #include "AtomicFile.h"
 #include "DemoAperture.h"
+#include "DemoDeepFile.h"
+#include "DemoDeepScene.h"
 #include "DemoFiles.h"
 #include "DemoMattes.h"
 #include "DemoSuggestions.h"
@@ -28,15 +30,16 @@ void makeFolder(const std::string& directory) {
     const std::string reason = error ? error.message() : "is not a folder";
     throw ToolError(ExitCode::OutputNotWritten, oneLine(directory + ": " + reason));
   }
-  for (const char* name : {kDemoStreet, kDemoMattes, kDemoAperture, kDemoCamera}) {
+  for (const char* name : {kDemoStreet, kDemoDeep, kDemoMattes, kDemoAperture, kDemoCamera}) {
     AtomicFile::checkPlace(inside(directory, name));
   }
 }
 
 void writeFiles(const std::string& directory, const DemoCamera& camera, int width) {
-  const DemoPicture street = renderDemoScene(camera, width);
-  writeDemoPicture(street, inside(directory, kDemoStreet));
-  writeDemoPicture(makeDemoMattes(street, camera), inside(directory, kDemoMattes));
+  const DemoPictures pictures = renderDemoPictures(camera, width);
+  writeDemoPicture(pictures.flat, inside(directory, kDemoStreet));
+  writeDemoDeep(pictures.deep, inside(directory, kDemoDeep));
+  writeDemoPicture(makeDemoMattes(pictures.flat, camera), inside(directory, kDemoMattes));
   writeDemoPicture(makeDemoAperture(), inside(directory, kDemoAperture));
   writeDemoText(cameraText(camera), inside(directory, kDemoCamera));
 }
@@ -44,6 +47,8 @@ void writeFiles(const std::string& directory, const DemoCamera& camera, int widt
 void printFiles(const std::string& directory, const DemoCamera& camera) {
   std::printf("%s\n", oneLine(inside(directory, kDemoStreet)).c_str());
   std::puts("  a night street: R, G, B, A, and Z in metres, infinite for the sky");
+  std::printf("%s\n", oneLine(inside(directory, kDemoDeep)).c_str());
+  std::puts("  the same street as deep samples, with a wet pane of glass and steam");
   std::printf("%s\n", oneLine(inside(directory, kDemoMattes)).c_str());
   std::puts("  matte.defocus, matte.bloom, matte.chromatic");
   std::printf("%s\n", oneLine(inside(directory, kDemoAperture)).c_str());

@@ -24,7 +24,7 @@ struct DemoPixelRays {
   std::array<DemoHit, static_cast<std::size_t>(kDemoSide) * kDemoSide> hits;
 };
 
-/// Asked for every pixel, in any order and by several threads, one at a time for each row.
+/// Called for every pixel: rows by several threads in any order, each row from left to right.
 using DemoPixelWork = std::function<void(const DemoPixelRays&)>;
 
 class DemoRenderer {

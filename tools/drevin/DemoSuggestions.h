@@ -9,6 +9,7 @@ namespace drevintool {
 
 /// The files of a demo folder.
 constexpr const char* kDemoStreet = "street.exr";
+constexpr const char* kDemoDeep = "street.deep.exr";
 constexpr const char* kDemoMattes = "mattes.exr";
 constexpr const char* kDemoAperture = "kernel.exr";
 constexpr const char* kDemoCamera = "camera.txt";
