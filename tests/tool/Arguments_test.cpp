@@ -95,8 +95,48 @@ TEST(Arguments, upperCaseExtension_isTaken) {
   EXPECT_EQ(std::get<RenderArguments>(arguments).output, "o.PNG");
 }
 
-TEST(Arguments, deep_isNotYetSupported) {
-  EXPECT_NE(renderFailure({"--deep", "d.exr"}).find("not yet supported"), std::string::npos);
+TEST(Arguments, deepPicture_needsNoFlatOne) {
+  const Arguments arguments = parse({"render", "--deep", "d.exr", "--output", "o.exr"});
+  const RenderArguments& render = std::get<RenderArguments>(arguments);
+  EXPECT_EQ(render.deep, "d.exr");
+  EXPECT_EQ(render.input, "");
+  EXPECT_EQ(render.deepOrder, embedded::DeepOrder::NearFirst);
+}
+
+TEST(Arguments, deepOptions_areTaken) {
+  const RenderArguments render = parseRender({"--deep", "d.exr", "--deep-part", "rgba.left",
+                                              "--view", "left", "--deep-order", "far-first"});
+  EXPECT_EQ(render.deepPart, "rgba.left");
+  EXPECT_EQ(render.view, "left");
+  EXPECT_EQ(render.deepOrder, embedded::DeepOrder::FarFirst);
+  EXPECT_EQ(parseRender({"--deep", "d.exr", "--deep-order", "near-first"}).deepOrder,
+            embedded::DeepOrder::NearFirst);
+}
+
+TEST(Arguments, deepOptionsWithoutADeepPicture_areRefused) {
+  for (const char* option : {"--deep-part", "--view", "--deep-order"}) {
+    const std::string line = renderFailure({option, "near-first"});
+    EXPECT_NE(line.find(option), std::string::npos) << line;
+    EXPECT_NE(line.find("--deep"), std::string::npos) << line;
+  }
+}
+
+TEST(Arguments, deepOrderThatIsNone_namesTheChoices) {
+  for (const char* text : {"nearfirst", "Near-First", "0"}) {
+    const std::string line = renderFailure({"--deep", "d.exr", "--deep-order", text});
+    EXPECT_NE(line.find("near-first or far-first"), std::string::npos) << line;
+  }
+}
+
+TEST(Arguments, emptyNames_areRefused) {
+  EXPECT_NE(failureOf({"render", "--deep", "", "--output", "o.exr"}).find("--deep"),
+            std::string::npos);
+  EXPECT_NE(
+      failureOf({"render", "--deep", "d.exr", "--input", "", "--output", "o.exr"}).find("--input"),
+      std::string::npos);
+  for (const char* option : {"--deep-part", "--view", "--deep-order"}) {
+    EXPECT_NE(renderFailure({"--deep", "d.exr", option, ""}).find(option), std::string::npos);
+  }
 }
 
 TEST(Arguments, unknownOption_namesTheNearest) {

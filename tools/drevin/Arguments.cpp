@@ -22,7 +22,7 @@ namespace {
 // What CLI11 fills in before it is checked.
 struct RawRender {
   RenderArguments arguments;
-  std::string deep;
+  std::string deepOrder;
   std::string region;
   std::string channels;
   std::string threads;
@@ -48,16 +48,37 @@ void addSettings(CLI::App& app, std::vector<std::string>& settings, std::string&
       ->type_name("FILE");
 }
 
+void addPictures(CLI::App& app, RenderArguments& arguments) {
+  app.add_option("--input", arguments.input, "The picture with its depth channel (EXR)")
+      ->type_name("FILE");
+  app.add_option("--kernel", arguments.kernel, "A picture of the aperture (EXR)")
+      ->type_name("FILE");
+  app.add_option("--mattes", arguments.mattes, "Mattes for defocus, bloom and aberration (EXR)")
+      ->type_name("FILE");
+}
+
+void addDeep(CLI::App& app, RawRender& raw) {
+  app.add_option("--deep", raw.arguments.deep,
+                 "A deep picture (EXR), defocused sample by sample; with it --input may be left "
+                 "out, or gives the channels that the samples lack")
+      ->type_name("FILE");
+  app.add_option("--deep-part", raw.arguments.deepPart,
+                 "The part of the deep file (default: its first deep part)")
+      ->type_name("NAME");
+  app.add_option("--view", raw.arguments.view,
+                 "The view of the deep file: its first deep part of that view")
+      ->type_name("NAME");
+  app.add_option("--deep-order", raw.deepOrder,
+                 "How deep samples are served: near-first (default), or far-first as "
+                 "general-purpose tools do, which cuts thick samples in depth order")
+      ->type_name("ORDER");
+}
+
 CLI::App* addRender(CLI::App& app, RawRender& raw) {
   CLI::App* render = app.add_subcommand("render", "Defocus a picture");
   RenderArguments& arguments = raw.arguments;
-  render->add_option("--input", arguments.input, "The picture with its depth channel (EXR)")
-      ->type_name("FILE");
-  render->add_option("--kernel", arguments.kernel, "A picture of the aperture (EXR)")
-      ->type_name("FILE");
-  render->add_option("--mattes", arguments.mattes, "Mattes for defocus, bloom and aberration (EXR)")
-      ->type_name("FILE");
-  render->add_option("--deep", raw.deep, "A deep picture (not yet supported)")->type_name("FILE");
+  addPictures(*render, arguments);
+  addDeep(*render, raw);
   addSettings(*render, arguments.settings, arguments.camera, arguments.plugin);
   render
       ->add_option("--region", raw.region,
@@ -136,23 +157,46 @@ bool given(const CLI::App& app, const char* option) {
   return app.get_option(option)->count() > 0;
 }
 
-RenderArguments checkedRender(const CLI::App& app, RawRender raw) {
-  RenderArguments& arguments = raw.arguments;
-  if (given(app, "--deep")) {
-    fail("--deep " + raw.deep +
-         ": deep images are not yet supported; give a flat picture with --input");
-  }
-  if (arguments.input.empty()) fail("--input is missing: name the picture to defocus");
-  if (arguments.output.empty()) fail("--output is missing: name the result, .exr or .png");
-  const std::string extension = lowerExtension(arguments.output);
-  if (extension != ".exr" && extension != ".png") {
-    fail("--output " + arguments.output + ": the name must end in .exr or .png");
-  }
-  for (const char* option : {"--kernel", "--mattes", "--camera", "--plugin", "--report"}) {
+embedded::DeepOrder parseDeepOrder(const std::string& text) {
+  if (text == "near-first") return embedded::DeepOrder::NearFirst;
+  if (text == "far-first") return embedded::DeepOrder::FarFirst;
+  fail("--deep-order " + text + ": give near-first or far-first");
+}
+
+void checkNotEmpty(const CLI::App& app) {
+  for (const char* option : {"--deep", "--deep-part", "--view", "--kernel", "--mattes", "--camera",
+                             "--plugin", "--report"}) {
     if (given(app, option) && app.get_option(option)->as<std::string>().empty()) {
       fail(std::string(option) + ": is empty");
     }
   }
+}
+
+void checkDeep(const CLI::App& app, RawRender& raw) {
+  for (const char* option : {"--deep-part", "--view", "--deep-order"}) {
+    if (given(app, option) && !given(app, "--deep")) {
+      fail(std::string(option) + ": is for deep pictures; name one with --deep");
+    }
+  }
+  if (given(app, "--deep-order")) raw.arguments.deepOrder = parseDeepOrder(raw.deepOrder);
+}
+
+void checkOutput(const std::string& output) {
+  if (output.empty()) fail("--output is missing: name the result, .exr or .png");
+  const std::string extension = lowerExtension(output);
+  if (extension != ".exr" && extension != ".png") {
+    fail("--output " + output + ": the name must end in .exr or .png");
+  }
+}
+
+RenderArguments checkedRender(const CLI::App& app, RawRender raw) {
+  RenderArguments& arguments = raw.arguments;
+  checkNotEmpty(app);
+  checkDeep(app, raw);
+  if (arguments.input.empty() && (given(app, "--input") || !given(app, "--deep"))) {
+    fail("--input is missing: name the picture to defocus, or a deep one with --deep");
+  }
+  checkOutput(arguments.output);
   if (given(app, "--region")) arguments.region = parseRegion(raw.region);
   if (given(app, "--channels")) arguments.channels = parseChannels(raw.channels);
   if (given(app, "--threads")) arguments.threads = parseThreads(raw.threads);

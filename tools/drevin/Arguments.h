@@ -7,13 +7,18 @@
 #include <variant>
 #include <vector>
 
+#include "EmbeddedHost/DeepOrder.h"
 #include "Picture.h"
 
 namespace drevintool {
 
 struct RenderArguments {
-  std::string input;
-  std::string kernel;  ///< empty: none; likewise below
+  std::string input;     ///< empty: black, which takes a deep picture
+  std::string deep;      ///< empty: none; likewise below
+  std::string deepPart;  ///< empty: the first that there is; likewise for the view
+  std::string view;
+  embedded::DeepOrder deepOrder = embedded::DeepOrder::NearFirst;
+  std::string kernel;
   std::string mattes;
   std::string camera;
   std::string plugin;

@@ -47,6 +47,12 @@ std::string hostChannelName(const std::string& fileName) {
   return fileName == "Z" ? "depth.Z" : "other." + fileName;
 }
 
+std::string hostDeepChannelName(const std::string& fileName) {
+  if (fileName == "Z") return "deep.front";
+  if (fileName == "ZBack") return "deep.back";
+  return hostChannelName(fileName);
+}
+
 bool isRgb(const std::string& hostName) {
   return hostName == "rgba.red" || hostName == "rgba.green" || hostName == "rgba.blue";
 }

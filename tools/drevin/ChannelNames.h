@@ -14,6 +14,9 @@ namespace drevintool {
 /// without a layer goes into the layer "other".
 std::string hostChannelName(const std::string& fileName);
 
+/// The same for a channel of a deep image: Z is deep.front and ZBack deep.back.
+std::string hostDeepChannelName(const std::string& fileName);
+
 /// Whether the name is one of rgba.red, rgba.green, rgba.blue, rgba.alpha.
 bool isRgba(const std::string& hostName);
 /// Whether the name is one of rgba.red, rgba.green, rgba.blue.

@@ -1,15 +1,11 @@
 #include "ExrHeaderScan.h"
 
-#include <sys/stat.h>
-
 #include <array>
-#include <cerrno>
-#include <cstdio>
 #include <cstring>
-#include <memory>
-#include <system_error>
+#include <utility>
 
 #include "ExitCode.h"
+#include "FileBytes.h"
 #include "OneLine.h"
 
 namespace drevintool {
@@ -19,79 +15,12 @@ constexpr std::uint32_t kMagic = 20000630;
 constexpr std::uint32_t kTiledFlag = 0x200;
 constexpr std::uint32_t kDeepFlag = 0x800;
 constexpr std::uint32_t kMultiPartFlag = 0x1000;
-constexpr std::size_t kLongestName = 255;
 constexpr std::size_t kMostParts = 4096;
 constexpr std::size_t kMostChannels = 65536;
 
 [[noreturn]] void fail(const std::string& path, const std::string& reason) {
   throw ToolError(ExitCode::InputUnreadable, oneLine(path) + ": " + reason);
 }
-
-// Little-endian bytes of the file, each read checked against its end.
-class Bytes {
- public:
-  explicit Bytes(const std::string& path) : path_(path), file_(nullptr, &std::fclose) {
-    struct stat status {};
-    if (stat(path.c_str(), &status) != 0) fail(path, systemText());
-    if (S_ISDIR(status.st_mode)) fail(path, "is a directory, not a picture");
-    if (!S_ISREG(status.st_mode)) fail(path, "is not a regular file");
-    size_ = static_cast<std::uint64_t>(status.st_size);
-    file_.reset(std::fopen(path.c_str(), "rbe"));
-    if (!file_) fail(path, systemText());
-  }
-
-  std::uint64_t size() const { return size_; }
-  std::uint64_t left() const { return size_ - at_; }
-
-  std::string take(std::uint64_t count) {
-    if (count > left()) fail(path_, "the file ends inside its header");
-    std::string bytes(static_cast<std::size_t>(count), '\0');
-    if (std::fread(bytes.data(), 1, bytes.size(), file_.get()) != bytes.size()) {
-      fail(path_, "cannot be read");
-    }
-    at_ += count;
-    return bytes;
-  }
-
-  void skip(std::uint64_t count) {
-    if (count > left()) fail(path_, "a header attribute is larger than the file");
-    if (std::fseek(file_.get(), static_cast<long>(count), SEEK_CUR) != 0) {
-      fail(path_, "cannot be read");
-    }
-    at_ += count;
-  }
-
-  std::string name() {
-    std::string text;
-    for (char c = next(); c != '\0'; c = next()) {
-      if (text.size() == kLongestName) fail(path_, "damaged: a header name has no end");
-      text += c;
-    }
-    return text;
-  }
-
-  std::uint32_t u32() {
-    std::uint32_t value = 0;
-    const std::string bytes = take(sizeof value);
-    std::memcpy(&value, bytes.data(), sizeof value);
-    return value;
-  }
-
- private:
-  static std::string systemText() { return std::generic_category().message(errno); }
-
-  char next() {
-    const int c = left() == 0 ? EOF : std::fgetc(file_.get());
-    if (c == EOF) fail(path_, "the file ends inside its header");
-    ++at_;
-    return static_cast<char>(c);
-  }
-
-  std::string path_;
-  std::unique_ptr<std::FILE, int (*)(std::FILE*)> file_;
-  std::uint64_t size_ = 0;
-  std::uint64_t at_ = 0;
-};
 
 std::int32_t int32At(const std::string& bytes, std::size_t offset) {
   std::int32_t value = 0;
@@ -140,9 +69,10 @@ void note(const Attribute& attribute, const std::string& path, ExrPartFacts& par
   if (is("chunkCount", "int", 4)) part.chunkCount = int32At(bytes, 0);
   if (is("name", "string", 0)) part.name = bytes;
   if (is("view", "string", 0)) part.view = bytes;
-  if (is("tiles", "tiledesc", 8)) {
+  if (is("tiles", "tiledesc", 9)) {
     part.tileWidth = static_cast<std::uint32_t>(int32At(bytes, 0));
     part.tileHeight = static_cast<std::uint32_t>(int32At(bytes, 4));
+    part.severalLevels = (static_cast<unsigned char>(bytes[8]) & 0xFU) != 0;
   }
   if (is("type", "string", 0)) {
     part.deep = bytes == "deepscanline" || bytes == "deeptile";
@@ -161,7 +91,8 @@ bool wanted(const std::string& name) {
 }
 
 // The attributes of one part after its first name; `first` is that name.
-ExrPartFacts readPart(Bytes& bytes, const std::string& path, std::string first, ExrPartFacts part) {
+ExrPartFacts readPart(FileBytes& bytes, const std::string& path, std::string first,
+                      ExrPartFacts part) {
   for (std::string name = std::move(first); !name.empty(); name = bytes.name()) {
     const std::string type = bytes.name();
     const std::uint32_t size = bytes.u32();
@@ -178,24 +109,26 @@ ExrPartFacts readPart(Bytes& bytes, const std::string& path, std::string first, 
 }  // namespace
 
 ExrFacts scanExrHeader(const std::string& path) {
-  Bytes bytes(path);
+  FileBytes bytes(path);
   ExrFacts facts;
   facts.fileSize = bytes.size();
   if (bytes.size() == 0) fail(path, "is empty");
   if (bytes.size() < 8 || bytes.u32() != kMagic) fail(path, "is not an OpenEXR picture");
   const std::uint32_t version = bytes.u32();
-  const bool multiPart = (version & kMultiPartFlag) != 0;
+  facts.multiPart = (version & kMultiPartFlag) != 0;
   ExrPartFacts single;
   single.tiled = (version & kTiledFlag) != 0;
   single.deep = (version & kDeepFlag) != 0;
-  if (!multiPart) {
+  if (!facts.multiPart) {
     facts.parts.push_back(readPart(bytes, path, bytes.name(), single));
+    facts.headersEnd = bytes.position();
     return facts;
   }
   for (std::string name = bytes.name(); !name.empty(); name = bytes.name()) {
     if (facts.parts.size() == kMostParts) fail(path, "has too many parts");
     facts.parts.push_back(readPart(bytes, path, name, {}));
   }
+  facts.headersEnd = bytes.position();
   return facts;
 }
 

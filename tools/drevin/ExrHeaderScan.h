@@ -39,12 +39,15 @@ struct ExrPartFacts {
   int compression = 0;          ///< the file's own number, 0 (none) to 9
   std::uint32_t tileWidth = 0;  ///< 0 if the part has no tiles
   std::uint32_t tileHeight = 0;
+  bool severalLevels = false;  ///< of tiles, the full one first
   bool tiled = false;
   bool deep = false;
 };
 
 struct ExrFacts {
   std::uint64_t fileSize = 0;
+  std::uint64_t headersEnd = 0;  ///< where the tables of chunks begin, part after part
+  bool multiPart = false;        ///< chunks begin with the number of their part
   std::vector<ExrPartFacts> parts;
 };
 

@@ -10,6 +10,9 @@
 namespace drevintool {
 namespace {
 
+// Bytes of a pixel's sample count in the file.
+constexpr std::uint64_t kSampleCountBytes = 4;
+
 [[noreturn]] void fail(const std::string& path, const std::string& reason) {
   throw ToolError(ExitCode::InputUnreadable, oneLine(path) + ": " + reason);
 }
@@ -37,17 +40,6 @@ std::int64_t chunkRows(int compression) {
                                                       : 1;
 }
 
-// How many times smaller than its pixels the compressed part can be: the bound of deflate is 1032,
-// of run lengths 64, of the 4 x 4 block codes 11. The wavelet and cosine codes have none.
-std::uint64_t mostRatio(int compression) {
-  constexpr std::uint64_t kNone = std::numeric_limits<std::uint32_t>::max();
-  constexpr std::array<std::uint64_t, 10> kRatios = {1,    128, 1100, 1100,  kNone,
-                                                     1100, 16,  16,   kNone, kNone};
-  return compression < static_cast<int>(kRatios.size())
-             ? kRatios[static_cast<std::size_t>(compression)]
-             : kNone;
-}
-
 std::int64_t sampleBytes(const ExrPartFacts& part) {
   std::int64_t bytes = 0;
   for (const ExrChannelFacts& channel : part.channels)
@@ -64,17 +56,13 @@ void checkTiles(const ExrPartFacts& part, const std::string& path) {
   const std::int64_t height = part.tileHeight;
   if (width < 1 || height < 1) fail(path, "damaged: its tiles have no size");
   const bool sides = width <= kMostSide && height <= kMostSide;
-  if (!sides || width * height > kMostTileBytes / std::max<std::int64_t>(sampleBytes(part), 1)) {
+  const std::int64_t mostPixels =
+      part.deep ? kMostDeepTilePixels
+                : kMostTileBytes / std::max<std::int64_t>(sampleBytes(part), 1);
+  if (!sides || width * height > mostPixels) {
     fail(path, "its tiles of " + std::to_string(width) + " x " + std::to_string(height) +
                    " pixels are too large");
   }
-}
-
-std::int64_t chunksOf(const ExrPartFacts& part) {
-  const std::int64_t width = part.dataWindow.width();
-  const std::int64_t height = part.dataWindow.height();
-  if (!part.tiled) return ceilDivide(height, chunkRows(part.compression));
-  return ceilDivide(width, part.tileWidth) * ceilDivide(height, part.tileHeight);
 }
 
 void checkChunkTable(std::int64_t chunks, const ExrFacts& facts, const std::string& path) {
@@ -107,14 +95,25 @@ void checkLayout(const ExrPartFacts& part, const ExrFacts& facts, const std::str
   checkChunkTable(part.chunkCount.value_or(0), facts, path);
 }
 
+std::uint64_t pixelsOf(const ExrPartFacts& part) {
+  return static_cast<std::uint64_t>(part.dataWindow.width()) *
+         static_cast<std::uint64_t>(part.dataWindow.height());
+}
+
 void checkPixels(const ExrPartFacts& part, const ExrFacts& facts, const std::string& path) {
   checkChannels(part, path);
-  const std::uint64_t bytes = static_cast<std::uint64_t>(part.dataWindow.width()) *
-                              static_cast<std::uint64_t>(part.dataWindow.height()) *
-                              static_cast<std::uint64_t>(sampleBytes(part));
-  if (bytes / mostRatio(part.compression) > facts.fileSize) {
+  const std::uint64_t pixelBytes =
+      part.deep ? kSampleCountBytes : static_cast<std::uint64_t>(sampleBytes(part));
+  if (pixelsOf(part) * pixelBytes / mostCompression(part.compression) > facts.fileSize) {
     fail(path,
          "damaged or unfinished: the file is too short for the pixels that its header announces");
+  }
+}
+
+void checkDeep(const ExrPartFacts& part, const std::string& path) {
+  constexpr int kLastDeepCompression = 2;  // none, run lengths, deflate by rows
+  if (part.compression > kLastDeepCompression) {
+    fail(path, "damaged: its compression is none of those for deep images");
   }
 }
 
@@ -141,20 +140,42 @@ double neededBytes(const ExrFacts& facts) {
 
 }  // namespace
 
+std::uint64_t mostCompression(int compression) {
+  // The bound of deflate is 1032, of run lengths 64, of the 4 x 4 block codes 11. The wavelet and
+  // cosine codes have none.
+  constexpr std::uint64_t kNone = std::numeric_limits<std::uint32_t>::max();
+  constexpr std::array<std::uint64_t, 10> kRatios = {1,    128, 1100, 1100,  kNone,
+                                                     1100, 16,  16,   kNone, kNone};
+  return compression < static_cast<int>(kRatios.size())
+             ? kRatios[static_cast<std::size_t>(compression)]
+             : kNone;
+}
+
+std::int64_t chunksOf(const ExrPartFacts& part) {
+  const std::int64_t width = part.dataWindow.width();
+  const std::int64_t height = part.dataWindow.height();
+  if (!part.tiled) return ceilDivide(height, chunkRows(part.compression));
+  return ceilDivide(width, part.tileWidth) * ceilDivide(height, part.tileHeight);
+}
+
 void checkExrLimits(const ExrFacts& facts, const std::string& path, std::uint64_t budget) {
   for (const ExrPartFacts& part : facts.parts) {
     checkLayout(part, facts, path);
-    if (!part.deep) checkPixels(part, facts, path);
+    if (part.deep) checkDeep(part, path);
+    checkPixels(part, facts, path);
   }
-  const double needed = neededBytes(facts);
-  if (needed > static_cast<double>(budget)) {
-    constexpr double kMebibyte = 1024.0 * 1024.0;
-    fail(path,
-         "needs " + std::to_string(static_cast<std::int64_t>(needed / kMebibyte)) +
-             " MiB of memory, more than the " +
-             std::to_string(static_cast<std::int64_t>(static_cast<double>(budget) / kMebibyte)) +
-             " MiB that are free");
-  }
+  checkMemory(neededBytes(facts), budget, path);
+}
+
+void checkMemory(double needed, std::uint64_t budget, const std::string& path,
+                 const std::string& subject) {
+  constexpr double kMebibyte = 1024.0 * 1024.0;
+  const auto available = static_cast<double>(budget);
+  if (needed <= available) return;
+  fail(path, subject + "needs " + std::to_string(static_cast<std::int64_t>(needed / kMebibyte)) +
+                 " MiB of memory, more than the " +
+                 std::to_string(static_cast<std::int64_t>(available / kMebibyte)) +
+                 " MiB that are free");
 }
 
 }  // namespace drevintool

@@ -224,7 +224,7 @@ Picture readExr(const std::string& path) {
   const auto deep = [](const ExrPartFacts& part) { return part.deep; };
   if (std::all_of(facts.parts.begin(), facts.parts.end(), deep)) {
     throw ToolError(ExitCode::InputUnreadable,
-                    oneLine(path) + ": holds only deep images; a flat picture is needed here");
+                    oneLine(path) + ": holds only deep images; give such a file with --deep");
   }
   checkExrLimits(facts, path, memoryBudget());
   try {

@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "DeepCompanion.h"
 #include "ExitCode.h"
 #include "ExrReader.h"
 #include "HostPicture.h"
@@ -9,8 +10,26 @@
 
 namespace drevintool {
 
-InputPictures::InputPictures(const RenderArguments& arguments) {
-  pictures_.push_back({kImageInput, readExr(arguments.input)});
+namespace {
+
+// The file's picture, made ready to stand beside the deep one if there is one.
+Picture readImage(const std::string& path, const DeepExrSource* deep) {
+  Picture picture = readExr(path);
+  if (deep != nullptr) {
+    checkSameFormat(picture, *deep);
+    addBlackColours(picture);
+  }
+  return picture;
+}
+
+}  // namespace
+
+InputPictures::InputPictures(const RenderArguments& arguments) : imageFile_(arguments.input) {
+  if (!arguments.deep.empty()) {
+    deep_ = std::make_shared<DeepExrSource>(arguments.deep, arguments.deepPart, arguments.view);
+  }
+  pictures_.push_back({kImageInput, imageFile_.empty() ? blackPicture(*deep_)
+                                                       : readImage(imageFile_, deep_.get())});
   if (!arguments.kernel.empty()) pictures_.push_back({kKernelInput, readExr(arguments.kernel)});
   if (!arguments.mattes.empty()) pictures_.push_back({kMattesInput, readExr(arguments.mattes)});
 }
@@ -22,17 +41,28 @@ const Picture* InputPictures::at(int input) const {
   return nullptr;
 }
 
+std::string InputPictures::fileOf(int input) const {
+  if (input == kImageInput) return imageFile_;
+  if (input == kDeepInput) return deep_ ? deep_->path() : std::string();
+  const Picture* picture = at(input);
+  return picture == nullptr ? std::string() : picture->path;
+}
+
 void InputPictures::connectTo(Node& node) {
   for (const InputPicture& entry : pictures_) {
     embedded::Image image = hostImage(entry.picture);
     if (entry.input == kImageInput) addMissingColours(image);
-    operators_.push_back(std::make_unique<embedded::ImageInput>(std::move(image)));
-    if (!node.connect(entry.input, operators_.back().get())) {
-      throw ToolError(ExitCode::RenderFailed,
-                      oneLine(entry.picture.path + ": the node does not take it as its input " +
-                              std::to_string(entry.input)));
-    }
+    connect(node, entry.input, std::make_unique<embedded::ImageInput>(std::move(image)));
   }
+  if (deep_) connect(node, kDeepInput, std::make_unique<embedded::DeepInput>(deep_));
+}
+
+void InputPictures::connect(Node& node, int input, std::unique_ptr<DD::Image::Op> op) {
+  operators_.push_back(std::move(op));
+  if (node.connect(input, operators_.back().get())) return;
+  throw ToolError(
+      ExitCode::RenderFailed,
+      oneLine(fileOf(input) + ": the node does not take it as its input " + std::to_string(input)));
 }
 
 }  // namespace drevintool

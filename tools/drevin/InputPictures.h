@@ -3,9 +3,12 @@
 /// The pictures that a render reads, and their places on the node.
 
 #include <memory>
+#include <string>
 #include <vector>
 
 #include "Arguments.h"
+#include "DeepExrSource.h"
+#include "EmbeddedHost/DeepInput.h"
 #include "EmbeddedHost/ImageInput.h"
 #include "EmbeddedHost/Node.h"
 #include "Picture.h"
@@ -15,6 +18,7 @@ namespace drevintool {
 /// Input numbers of the node.
 constexpr int kImageInput = 0;
 constexpr int kKernelInput = 1;
+constexpr int kDeepInput = 3;
 constexpr int kMattesInput = 4;
 
 /// A picture and the input that it is for.
@@ -25,21 +29,31 @@ struct InputPicture {
 
 class InputPictures {
  public:
-  /// Reads the files that the arguments name. Throws ToolError.
+  /// Reads the flat files that the arguments name and opens the deep one, whose samples are read
+  /// while rows are rendered. Beside a deep picture input 0 has R, G, B and A in any case, black
+  /// where its file lacks them; without a file it is black all over. Throws ToolError.
   explicit InputPictures(const RenderArguments& arguments);
 
-  /// The picture on that input, or null.
+  /// The flat picture on that input, or null.
   const Picture* at(int input) const;
   /// Input 0's picture.
   const Picture& image() const { return pictures_.front().picture; }
+  /// The deep picture, or null.
+  const DeepExrSource* deep() const { return deep_.get(); }
+  /// The file on that input, or empty.
+  std::string fileOf(int input) const;
 
   /// Connects the pictures to the node; they must outlive it. Throws ToolError (RenderFailed) if
   /// the node refuses one.
   void connectTo(Node& node);
 
  private:
+  void connect(Node& node, int input, std::unique_ptr<DD::Image::Op> op);
+
+  std::string imageFile_;  // empty if input 0 is black
   std::vector<InputPicture> pictures_;
-  std::vector<std::unique_ptr<embedded::ImageInput>> operators_;
+  std::shared_ptr<DeepExrSource> deep_;
+  std::vector<std::unique_ptr<DD::Image::Op>> operators_;
 };
 
 }  // namespace drevintool

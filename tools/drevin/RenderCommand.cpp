@@ -9,6 +9,9 @@
 #include "CameraText.h"
 #include "ChannelPlan.h"
 #include "ControlText.h"
+#include "DeepCompanion.h"
+#include "DeepWarnings.h"
+#include "EmbeddedHost/DeepOrder.h"
 #include "ExitCode.h"
 #include "ExrWriter.h"
 #include "HostPicture.h"
@@ -51,20 +54,6 @@ int sourceInput(const Knob& knob) {
 
 const char* optionFor(int input) {
   return input == kKernelInput ? "--kernel" : "--mattes";
-}
-
-void applyChannels(Node& node, const std::vector<ControlSetting>& settings,
-                   const InputPictures& pictures) {
-  for (const ControlSetting& setting : settings) {
-    Knob& knob = controlNamed(node, setting);
-    if (!picksChannels(knob)) continue;
-    const int input = sourceInput(knob);
-    const Picture* source = pictures.at(input);
-    setChannels(node, knob, setting, source);
-    if (source == nullptr && setting.value != "none") {
-      printWarning("--set " + setting.text + ": has no effect without " + optionFor(input));
-    }
-  }
 }
 
 void checkOutputs(const RenderArguments& arguments) {
@@ -119,13 +108,15 @@ embedded::RenderResult render(Node& node, const RenderArguments& arguments,
   }
 }
 
-void printMessages(const embedded::RenderResult& result) {
+void printWarnings(const embedded::RenderResult& result) {
   for (const embedded::Message& message : result.messages) {
-    if (message.severity == embedded::Severity::Error) {
-      printError(message.text);
-    } else {
-      printWarning(message.text);
-    }
+    if (message.severity == embedded::Severity::Warning) printWarning(message.text);
+  }
+}
+
+void printErrors(const embedded::RenderResult& result) {
+  for (const embedded::Message& message : result.messages) {
+    if (message.severity == embedded::Severity::Error) printError(message.text);
   }
 }
 
@@ -168,7 +159,7 @@ void checkBox(const RenderArguments& arguments, const Picture& input,
   if (arguments.region) {
     throw ToolError(ExitCode::Usage, "--region: lies outside the picture's box " + edges);
   }
-  throw ToolError(ExitCode::RenderFailed, oneLine(arguments.input + ": nothing to render"));
+  throw ToolError(ExitCode::RenderFailed, oneLine(input.path + ": nothing to render"));
 }
 
 // All the parts of one render; they are destroyed in the order that their owners need.
@@ -180,6 +171,7 @@ class RenderJob {
   int run() {
     const DD::Image::Op::Description& description = loadNodeClass(arguments_.plugin);
     chooseThreads(arguments_);
+    embedded::setDeepOrder(arguments_.deepOrder);
     // Faults of the command line show on a node of their own, before anything is read.
     checkCommandLine(description);
     checkOutputs(arguments_);
@@ -201,8 +193,8 @@ class RenderJob {
     Node node(description);
     pictures.connectTo(node);
     applyValues(node, settings_);
-    applyChannels(node, settings_, pictures);
-    checkDepthChannel(pictures.image(), node);
+    applyChannels(node, pictures);
+    if (pictures.deep() == nullptr) checkDepthChannel(pictures.image(), node);
     if (!arguments_.camera.empty()) {
       camera = std::make_unique<embedded::CameraInput>(parseCamera(arguments_.camera, node));
       connectCamera(node, *camera);
@@ -210,17 +202,50 @@ class RenderJob {
     const std::vector<PlannedChannel> plan =
         planChannels(pictures.image(), node, wantedChannels(arguments_));
     if (const Picture* kernel = pictures.at(kKernelInput)) {
-      const std::string warning = missingKernelWarning(*kernel, node, plan);
-      if (!warning.empty()) printWarning(warning);
+      warn(missingKernelWarning(*kernel, node, plan));
     }
+    const DeepExrSource* deep = pictures.deep();
+    if (deep != nullptr) warn(opaqueWarning(*deep));
     const embedded::RenderResult result = render(node, arguments_, plan);
-    printMessages(result);
+    printWarnings(result);
     throwIfInterrupted();
-    if (result.status != embedded::RenderStatus::Done)
+    // Samples are read while rows are made; that they cannot be is a fault of the file.
+    if (deep != nullptr && deep->failure()) {
+      throw ToolError(ExitCode::InputUnreadable, *deep->failure());
+    }
+    if (result.status != embedded::RenderStatus::Done) {
+      printErrors(result);
       return static_cast<int>(ExitCode::RenderFailed);
+    }
+    if (deep != nullptr) warn(thickWarning(*deep, arguments_.deepOrder));
     checkBox(arguments_, pictures.image(), result);
     finish(pictures, node, plan, result);
     return static_cast<int>(ExitCode::Done);
+  }
+
+  // Prints and keeps a warning of the command's own; an empty one is none.
+  void warn(const std::string& text) {
+    if (text.empty()) return;
+    printWarning(text);
+    warnings_.push_back(text);
+  }
+
+  void applyChannels(Node& node, const InputPictures& pictures) {
+    for (const ControlSetting& setting : settings_) {
+      Knob& knob = controlNamed(node, setting);
+      if (!picksChannels(knob)) continue;
+      const int input = sourceInput(knob);
+      const Picture* source = pictures.at(input);
+      if (knob.name() == "depthChannel" && pictures.deep() != nullptr) {
+        const Picture choices = withDeepDepths(*source);
+        setChannels(node, knob, setting, &choices);
+        continue;
+      }
+      setChannels(node, knob, setting, source);
+      if (source == nullptr && setting.value != "none") {
+        warn("--set " + setting.text + ": has no effect without " + optionFor(input));
+      }
+    }
   }
 
   void finish(const InputPictures& pictures, const Node& node,
@@ -229,13 +254,16 @@ class RenderJob {
     write(composeOutput(pictures.image(), plan, result), arguments_.output);
     times_.write = writing.seconds();
     times_.total = total_.seconds();
-    if (!arguments_.report.empty()) writeReport(arguments_, node, pictures, result, times_);
+    if (!arguments_.report.empty()) {
+      writeReport(arguments_, node, pictures, result, {times_, warnings_});
+    }
   }
 
   const RenderArguments& arguments_;
   const std::vector<ControlSetting> settings_;
   const Stopwatch total_;
   CommandTimes times_;
+  std::vector<std::string> warnings_;
 };
 
 }  // namespace

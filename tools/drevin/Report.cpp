@@ -62,25 +62,40 @@ Json requestJson(const embedded::InputRequest& request) {
   return json;
 }
 
+// Null for what there is not.
+Json textOrNull(const std::string& text) {
+  return text.empty() ? Json() : Json(text);
+}
+
+void addDeepFacts(const DeepExrSource& deep, embedded::DeepOrder order, Json& entry) {
+  const DeepSampleCounts counts = deep.counts();
+  entry["part"] = textOrNull(deep.partName());
+  entry["deepOrder"] = order == embedded::DeepOrder::FarFirst ? "far-first" : "near-first";
+  entry["samples"] = {
+      {"read", counts.samples}, {"thick", counts.thick}, {"mostPerPixel", counts.mostPerPixel}};
+}
+
 // Every picture that was given; null for "asked" if the node asked nothing of it.
-Json inputsJson(const InputPictures& pictures, const embedded::RenderResult& result) {
+Json inputsJson(const RenderArguments& arguments, const InputPictures& pictures,
+                const embedded::RenderResult& result) {
   constexpr std::array<const char*, 5> kNames = {"Input", "Kernel", "Camera", "Deep Input",
                                                  "Mattes"};
   Json inputs = Json::object();
   for (int input = 0; input < static_cast<int>(kNames.size()); ++input) {
-    const Picture* picture = pictures.at(input);
+    const std::string file = pictures.fileOf(input);
     const auto asked = result.requests.find(input);
-    if (picture == nullptr && asked == result.requests.end()) continue;
+    if (file.empty() && asked == result.requests.end()) continue;
     Json entry;
-    entry["file"] = picture == nullptr ? Json() : Json(picture->path);
+    entry["file"] = textOrNull(file);
     entry["asked"] = asked == result.requests.end() ? Json() : requestJson(asked->second);
+    if (input == kDeepInput) addDeepFacts(*pictures.deep(), arguments.deepOrder, entry);
     inputs[kNames[static_cast<std::size_t>(input)]] = entry;
   }
   return inputs;
 }
 
-Json warningsJson(const embedded::RenderResult& result) {
-  Json warnings = Json::array();
+Json warningsJson(const std::vector<std::string>& ofCommand, const embedded::RenderResult& result) {
+  Json warnings = ofCommand;
   for (const embedded::Message& message : result.messages) {
     if (message.severity == embedded::Severity::Warning) warnings.push_back(message.text);
   }
@@ -115,7 +130,7 @@ std::uint64_t peakMemoryBytes() {
 }  // namespace
 
 void writeReport(const RenderArguments& arguments, const Node& node, const InputPictures& pictures,
-                 const embedded::RenderResult& result, const CommandTimes& times) {
+                 const embedded::RenderResult& result, const CommandRecord& record) {
   Json report;
   report["command"] = "drevin " DREVIN_VERSION;
   report["node"] = nodeJson(node, result.hash);
@@ -123,10 +138,10 @@ void writeReport(const RenderArguments& arguments, const Node& node, const Input
   report["format"] = formatJson(pictures.image());
   report["box"] = boxJson(result.image.box);
   report["controls"] = controlsJson(node);
-  report["inputs"] = inputsJson(pictures, result);
-  report["warnings"] = warningsJson(result);
+  report["inputs"] = inputsJson(arguments, pictures, result);
+  report["warnings"] = warningsJson(record.warnings, result);
   report["threads"] = result.threads;
-  report["seconds"] = secondsJson(result, times);
+  report["seconds"] = secondsJson(result, record.times);
   report["peakMemoryBytes"] = peakMemoryBytes();
   const std::string text = report.dump(2, ' ', false, Json::error_handler_t::replace) + "\n";
   AtomicFile file(arguments.report);

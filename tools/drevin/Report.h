@@ -19,11 +19,20 @@ struct CommandTimes {
   double total = 0.0;
 };
 
+/// What the command itself knows of the render.
+struct CommandRecord {
+  CommandTimes times;
+  std::vector<std::string> warnings;
+};
+
 /// Writes the report as JSON to `arguments.report`: node (class, version, build string, hash),
-/// format, box, every control with its value and state, what was asked of each input, warnings,
-/// threads, seconds (read, aperture, estimate, kernels, defocus, write, total) and the peak memory
-/// in bytes. The file appears when it is whole. Throws ToolError (OutputNotWritten).
+/// format, box, every control with its value and state, file and request of each input, warnings of
+/// the command and of the node, threads, seconds (read, aperture, estimate, kernels, defocus,
+/// write, total) and the peak memory in bytes. A deep input has its part, the order in which its
+/// samples were served, and how many were read, how many of them are thick and how many the fullest
+/// pixel has; its samples are read while rows are made, and that time is part of theirs. The file
+/// appears when it is whole. Throws ToolError (OutputNotWritten).
 void writeReport(const RenderArguments& arguments, const Node& node, const InputPictures& pictures,
-                 const embedded::RenderResult& result, const CommandTimes& times);
+                 const embedded::RenderResult& result, const CommandRecord& record);
 
 }  // namespace drevintool
