@@ -39,8 +39,9 @@ class DeepRows {
 DemoVector DeepRows::behind(const DemoVector& along) const {
   const DemoPlace place = project(camera_, DemoVector{along.x, along.y + camera_.height, 1.0},
                                   picture_.width, picture_.height());
-  return renderer_.sketched(static_cast<int>(std::floor(place.column)),
-                            static_cast<int>(std::floor(place.row)));
+  return renderer_
+      .sketched(static_cast<int>(std::floor(place.column)), static_cast<int>(std::floor(place.row)))
+      .radiance;
 }
 
 void DeepRows::appendRay(const DemoRay& ray, const DemoHit& scene, bool shelter, double share,

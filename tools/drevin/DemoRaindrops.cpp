@@ -17,9 +17,9 @@ struct Size {
   double length = 1.0;  // height over width
 };
 
-constexpr std::array<Size, 3> kSizes = {{{0.052, 0.42, 0.10, 0.24, 1.25},
-                                         {0.021, 0.52, 0.13, 0.30, 1.1},
-                                         {0.0085, 0.55, 0.16, 0.33, 1.0}}};
+constexpr std::array<Size, 3> kSizes = {{{0.066, 0.40, 0.09, 0.23, 1.25},
+                                         {0.027, 0.42, 0.12, 0.27, 1.1},
+                                         {0.0105, 0.34, 0.16, 0.32, 1.0}}};
 
 // A drop hangs within its cell; gravity makes its lower end the wider one.
 std::optional<DemoRaindrop> dropOfSize(const Size& size, int number, double x, double y) {

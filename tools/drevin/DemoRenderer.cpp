@@ -52,8 +52,7 @@ DemoRenderer::DemoRenderer(const DemoCamera& camera, int width, int height, unsi
   const auto sketchRow = [this](int row) {
     for (int column = 0; column < width_; ++column) {
       const DemoRay ray = camera_.ray(column + 0.5, row + 0.5, width_, height_);
-      const DemoHit hit = trace(ray, column, row);
-      sketch_[indexOf(column, row)] = {hit.radiance, hit.t, hit.object};
+      sketch_[indexOf(column, row)] = trace(ray, column, row);
     }
   };
   forDemoRows(height_, sketchRow, threads_);
@@ -64,9 +63,8 @@ std::size_t DemoRenderer::indexOf(int column, int row) const {
          static_cast<std::size_t>(column);
 }
 
-const DemoVector& DemoRenderer::sketched(int column, int row) const {
-  return sketch_[indexOf(std::clamp(column, 0, width_ - 1), std::clamp(row, 0, height_ - 1))]
-      .colour;
+const DemoHit& DemoRenderer::sketched(int column, int row) const {
+  return sketch_[indexOf(std::clamp(column, 0, width_ - 1), std::clamp(row, 0, height_ - 1))];
 }
 
 DemoVector DemoRenderer::glow(int column, int row, double depth) const {
@@ -96,8 +94,7 @@ DemoPixelRays DemoRenderer::raysOf(int column, int row) const {
   rays.column = column;
   rays.row = row;
   if (!needsMore(column, row)) {
-    const Pixel& pixel = sketch_[indexOf(column, row)];
-    rays.hits[0] = {pixel.depth, pixel.colour, pixel.object, false};
+    rays.hits[0] = sketch_[indexOf(column, row)];
     return rays;
   }
   rays.side = kDemoSide;
@@ -109,27 +106,26 @@ DemoPixelRays DemoRenderer::raysOf(int column, int row) const {
   return rays;
 }
 
-DemoRenderer::Pixel DemoRenderer::merged(const DemoPixelRays& rays) {
+DemoHit DemoRenderer::merged(const DemoPixelRays& rays) {
   const auto count = static_cast<std::size_t>(rays.side * rays.side);
-  if (count == 1) return {rays.hits[0].radiance, rays.hits[0].t, rays.hits[0].object};
+  if (count == 1) return rays.hits[0];
   const DemoHit& chosen = chosenOf(rays, count);
-  Pixel pixel{{}, chosen.t, chosen.object};
+  DemoVector sum;
   for (const DemoHit& hit : rays.hits) {
     const bool farther = hit.t > chosen.t * 1.1;
-    pixel.colour = pixel.colour + (farther ? capped(hit.radiance) : hit.radiance);
+    sum = sum + (farther ? capped(hit.radiance) : hit.radiance);
   }
-  pixel.colour = pixel.colour * (1.0 / static_cast<double>(count));
-  return pixel;
+  return {chosen.t, sum * (1.0 / static_cast<double>(count)), chosen.object, chosen.light};
 }
 
 bool DemoRenderer::needsMore(int column, int row) const {
   if (!grid_.near(column, row).empty()) return true;
-  const Pixel& here = sketch_[indexOf(column, row)];
-  const double bright = luminance(here.colour) + 0.03;
+  const DemoHit& here = sketch_[indexOf(column, row)];
+  const double bright = luminance(here.radiance) + 0.03;
   for (int y = std::max(row - 1, 0); y <= std::min(row + 1, height_ - 1); ++y) {
     for (int x = std::max(column - 1, 0); x <= std::min(column + 1, width_ - 1); ++x) {
-      const Pixel& there = sketch_[indexOf(x, y)];
-      const double ratio = (luminance(there.colour) + 0.03) / bright;
+      const DemoHit& there = sketch_[indexOf(x, y)];
+      const double ratio = (luminance(there.radiance) + 0.03) / bright;
       if (there.object != here.object || ratio > 1.25 || ratio < 0.8) return true;
     }
   }
@@ -137,13 +133,13 @@ bool DemoRenderer::needsMore(int column, int row) const {
 }
 
 DemoPicture DemoRenderer::render(const DemoPixelWork& work) {
-  std::vector<Pixel> pixels(sketch_.size());
+  std::vector<DemoHit> pixels(sketch_.size());
   const auto renderRow = [&](int row) {
     for (int column = 0; column < width_; ++column) {
       const DemoPixelRays rays = raysOf(column, row);
-      Pixel& pixel = pixels[indexOf(column, row)];
+      DemoHit& pixel = pixels[indexOf(column, row)];
       pixel = merged(rays);
-      pixel.colour = pixel.colour + glow(column, row, pixel.depth);
+      pixel.radiance = pixel.radiance + glow(column, row, pixel.t);
       work(rays);
     }
   };
@@ -151,12 +147,12 @@ DemoPicture DemoRenderer::render(const DemoPixelWork& work) {
   DemoPicture picture;
   picture.width = width_;
   picture.height = height_;
-  for (const Pixel& pixel : pixels) {
-    picture.planes["R"].push_back(static_cast<float>(pixel.colour.x));
-    picture.planes["G"].push_back(static_cast<float>(pixel.colour.y));
-    picture.planes["B"].push_back(static_cast<float>(pixel.colour.z));
+  for (const DemoHit& pixel : pixels) {
+    picture.planes["R"].push_back(static_cast<float>(pixel.radiance.x));
+    picture.planes["G"].push_back(static_cast<float>(pixel.radiance.y));
+    picture.planes["B"].push_back(static_cast<float>(pixel.radiance.z));
     picture.planes["A"].push_back(1.0F);
-    picture.planes["Z"].push_back(static_cast<float>(pixel.depth));
+    picture.planes["Z"].push_back(static_cast<float>(pixel.t));
   }
   return picture;
 }

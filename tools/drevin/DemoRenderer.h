@@ -32,24 +32,19 @@ class DemoRenderer {
   /// Traces one ray a pixel. `threads` as for forDemoRows.
   DemoRenderer(const DemoCamera& camera, int width, int height, unsigned threads = 0);
 
-  /// The colour of the one ray of a pixel; of the nearest pixel for a place outside the picture.
-  const DemoVector& sketched(int column, int row) const;
+  /// What the one ray through a pixel's middle met; of the nearest pixel for a place outside the
+  /// picture.
+  const DemoHit& sketched(int column, int row) const;
   /// Light that the air before a depth scatters into the ray through a pixel's middle.
   DemoVector glow(int column, int row, double depth) const;
   /// Traces what needs more rays, hands the rays of each pixel to `work`, and returns the picture.
   DemoPicture render(const DemoPixelWork& work);
 
  private:
-  struct Pixel {
-    DemoVector colour;
-    double depth = 0.0;
-    int object = 0;
-  };
-
   DemoHit trace(const DemoRay& ray, int column, int row) const;
   DemoPixelRays raysOf(int column, int row) const;
   bool needsMore(int column, int row) const;
-  static Pixel merged(const DemoPixelRays& rays);
+  static DemoHit merged(const DemoPixelRays& rays);
   std::size_t indexOf(int column, int row) const;
 
   DemoCamera camera_;
@@ -57,7 +52,7 @@ class DemoRenderer {
   int height_;
   unsigned threads_;
   DemoLightGrid grid_;
-  std::vector<Pixel> sketch_;
+  std::vector<DemoHit> sketch_;
 };
 
 }  // namespace drevintool

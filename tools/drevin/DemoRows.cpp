@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <atomic>
+#include <exception>
+#include <mutex>
 #include <system_error>
 #include <thread>
 #include <vector>
@@ -12,9 +14,16 @@ namespace drevintool {
 
 void forDemoRows(int rows, const std::function<void(int)>& work, unsigned threads) {
   std::atomic<int> next{0};
+  std::once_flag once;
+  std::exception_ptr failure;
   const auto some = [&] {
-    for (int row = next++; row < rows && caughtSignal() == 0; row = next++)
-      work(row);
+    try {
+      for (int row = next++; row < rows && caughtSignal() == 0; row = next++)
+        work(row);
+    } catch (...) {
+      std::call_once(once, [&] { failure = std::current_exception(); });
+      next = rows;
+    }
   };
   std::vector<std::thread> helpers;
   const unsigned wanted = threads > 0 ? threads : std::thread::hardware_concurrency();
@@ -28,6 +37,7 @@ void forDemoRows(int rows, const std::function<void(int)>& work, unsigned thread
   some();
   for (std::thread& helper : helpers)
     helper.join();
+  if (failure) std::rethrow_exception(failure);
   throwIfInterrupted();
 }
 

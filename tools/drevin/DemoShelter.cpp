@@ -28,8 +28,8 @@ DemoVector metal(double across, double along) {
   const double brushed = 0.85 + 0.3 * demoNoise(across * 2400.0, along * 14.0);
   const double ridge = std::exp(-std::pow((across - 0.72) / 0.13, 2.0));
   const double edge = std::exp(-std::pow((across - 0.06) / 0.07, 2.0));
-  return (DemoVector{0.030, 0.032, 0.038} + DemoVector{0.55, 0.36, 0.20} * (0.55 * ridge) +
-          DemoVector{0.16, 0.34, 0.46} * (0.35 * edge)) *
+  return (DemoVector{0.050, 0.052, 0.058} + DemoVector{0.80, 0.56, 0.34} * (0.8 * ridge) +
+          DemoVector{0.16, 0.34, 0.46} * (0.8 * edge)) *
          brushed;
 }
 
@@ -58,11 +58,17 @@ DemoVector mirrored(const DemoVector& p) {
 }
 
 DemoPaneHit glass(const DemoVector& p) {
-  const double mist = demoFractal(p.x * 2.2 + 4.0, p.y * 1.6) * smoothStep(1.9, 0.9, p.y);
-  const double alpha = 0.30 + 0.16 * mist;
+  const double mist = demoFractal(p.x * 2.2 + 4.0, p.y * 1.6) * smoothStep(1.8, 0.9, p.y);
+  const double alpha = 0.30 + 0.12 * mist;
   const DemoVector tint{0.020, 0.034, 0.038};
   const DemoVector lit{0.090, 0.066, 0.052};
   return {alpha, mix(tint, lit, mist) * alpha + mirrored(p)};
+}
+
+// Lamps in drops sparkle, but less than the lamps themselves.
+DemoVector dimmed(const DemoVector& radiance) {
+  constexpr double kKnee = 5.0;
+  return radiance * (kKnee / (kKnee + std::max({radiance.x, radiance.y, radiance.z})));
 }
 
 // A drop is a small lens that shows the street upside down; its rim turns the light away.
@@ -76,7 +82,7 @@ void addDrop(const DemoRay& ray, const DemoRaindrop& drop, const DemoBackdrop& b
   const double glint = std::exp(-22.0 * (std::pow(drop.across + 0.35, 2.0) +  //
                                          std::pow(drop.up - 0.45, 2.0)));
   const DemoVector light =
-      (backdrop(bent) * through + DemoVector{1.0, 0.74, 0.46} * (0.9 * glint)) * kAlpha;
+      (dimmed(backdrop(bent)) * through + DemoVector{1.0, 0.74, 0.46} * (0.8 * glint)) * kAlpha;
   pane.alpha = mix(pane.alpha, kAlpha, drop.cover);
   pane.light = mix(pane.light, light, drop.cover);
 }

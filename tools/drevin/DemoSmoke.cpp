@@ -24,19 +24,20 @@ double phase(double cosine) {
 double demoSmokeDensity(const DemoVector& p) {
   if (p.y < 0.0 || p.y > kAround.high.y) return 0.0;
   const double rise = p.y;
-  const double sway = demoNoise(rise * 0.9 + 3.0, p.z * 0.4) - 0.5;
-  const double x = p.x - (0.15 + 0.16 * rise * std::sqrt(rise) * 0.8 + 0.5 * sway * rise * 0.5);
+  const double sway = demoNoise(rise * 0.9 + 3.0, 7.0) - 0.5;
+  const double x = p.x - (0.14 + 0.055 * rise * rise + 0.5 * sway * std::min(rise, 1.5));
   const double z = p.z - (16.0 - 0.30 * rise);
-  const double radius = 0.30 + 0.26 * rise;
+  const double radius = 0.26 + 0.24 * rise;
   const double r = std::hypot(x, z) / radius;
   if (r >= 1.0) return 0.0;
-  const double curl = demoFractal(x * 1.3 + 9.0, p.y * 0.9 + z * 0.7) - 0.5;
-  const double puffs = 0.5 * (demoFractal(x * 1.9 + curl * 1.6, p.y * 1.5 - 2.0) +
-                              demoFractal(z * 1.9 + 40.0 + curl * 1.6, p.y * 1.5 + x * 0.6));
-  const double wisps = smoothStep(0.34, 0.68, puffs);
-  const double ends = smoothStep(0.0, 0.25, rise) * smoothStep(4.5, 1.8, rise);
-  constexpr double kDensest = 1.5;
-  return kDensest * wisps * ends * smoothStep(1.0, 0.35, r);
+  // Noise is plane: two planes, bent by a third, stand for one that fills space.
+  const double bend = 2.2 * (demoFractal(x * 1.3 + 9.0, p.y * 0.9 + z * 0.8) - 0.5);
+  const double puffs = 2.0 * demoFractal(x * 2.3 + bend, p.y * 1.5 - bend + z * 0.4) *
+                       demoFractal(z * 1.7 + 40.0 - bend, p.y * 1.7 + x * 1.1 + bend);
+  const double ends = smoothStep(-0.1, 0.2, rise) * smoothStep(4.2, 0.8, rise);
+  const double edge = smoothStep(1.0, 0.1, r);
+  constexpr double kDensest = 6.0;
+  return kDensest * ends * smoothStep(0.36, 0.72, puffs + 0.30 * (edge - 0.6)) * std::sqrt(edge);
 }
 
 DemoSmoke::DemoSmoke(const std::vector<DemoLight>& lights) {
@@ -49,9 +50,9 @@ DemoSmoke::DemoSmoke(const std::vector<DemoLight>& lights) {
 }
 
 DemoVector DemoSmoke::scattered(const DemoVector& p, const DemoVector& along) const {
-  constexpr double kStrength = 5.0;  // steam thick enough to scatter light many times
+  constexpr double kStrength = 7.0;  // steam thick enough to scatter light many times
   const DemoVector toCamera = unit(along) * -1.0;
-  DemoVector sum{0.030, 0.029, 0.036};
+  DemoVector sum;
   for (const DemoLight& light : lights_) {
     const DemoVector from = p - light.position;
     const double distance2 = dot(from, from) + 0.25;
@@ -59,7 +60,11 @@ DemoVector DemoSmoke::scattered(const DemoVector& p, const DemoVector& along) co
     const double arriving = kPi * light.radius * light.radius / distance2;
     sum = sum + light.radiance * (kStrength * arriving * phase(cosine));
   }
-  return sum;
+  // The steam between a place and the lamps, told from one place on the way.
+  const DemoVector toLamps{0.22, 0.25, 0.18};
+  const double shade = std::exp(-0.7 * demoSmokeDensity(p + toLamps));
+  return sum * DemoVector{0.75, 0.95, 1.2} * mix(0.12, 1.0, shade) +
+         DemoVector{0.020, 0.028, 0.042};
 }
 
 void DemoSmoke::appendStretch(const DemoRay& ray, double from, double to,
