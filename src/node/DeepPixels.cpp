@@ -1,5 +1,8 @@
 #include "node/DeepPixels.h"
 
+#include <cmath>
+#include <limits>
+
 #include "node/HostConversions.h"
 
 namespace drevin {
@@ -26,9 +29,24 @@ dvDeepLayout deepLayout(const ChannelSet& channels) {
   return layout;
 }
 
+namespace {
+
+/// A depth that is not known counts as infinitely far.
+float placeOf(float depth) {
+  return std::isnan(depth) ? std::numeric_limits<float>::infinity() : depth;
+}
+
+}  // namespace
+
 dvHostPixel::dvHostPixel(const DeepPixel& pixel, const ChannelSet& channels)
     : pixel_(pixel), channels_(channels), count_(pixel.getSampleCount()) {
-  farFirst_ = count_ > 1 && hostValue(0, Chan_DeepFront) > hostValue(count_ - 1, Chan_DeepFront);
+  if (count_ < 2) return;
+  const float first = placeOf(hostValue(0, Chan_DeepFront));
+  const float last = placeOf(hostValue(count_ - 1, Chan_DeepFront));
+  // A point may stand where a volume begins: then the backs decide.
+  farFirst_ = first != last ? first > last
+                            : placeOf(hostValue(0, Chan_DeepBack)) >
+                                  placeOf(hostValue(count_ - 1, Chan_DeepBack));
 }
 
 float dvHostPixel::hostValue(std::size_t i, Channel z) const {

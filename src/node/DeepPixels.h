@@ -27,7 +27,7 @@ class dvHostPixel {
   /// A value of the sample at that place in the host's order as it stands.
   float hostValue(std::size_t i, DD::Image::Channel z) const;
   /// A value of the i-th nearest sample. Which end of the host's order is the nearest is the host's
-  /// affair; it shows in the fronts of the first and the last sample.
+  /// affair; it shows in the fronts, then the backs, of the first and the last sample.
   float nearestFirstValue(std::size_t i, DD::Image::Channel z) const {
     return hostValue(farFirst_ ? count_ - 1 - i : i, z);
   }

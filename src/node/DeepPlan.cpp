@@ -23,27 +23,46 @@ std::unique_ptr<Row> readRow(DD::Image::Iop& from, int y, const dvColumns& colum
   return row;
 }
 
-const float* matteRow(const Row* mattes, Channel channel) {
-  return mattes == nullptr || channel == Chan_Black ? nullptr : (*mattes)[channel];
+const float* matteRow(const Row& mattes, Channel channel) {
+  return channel == Chan_Black ? nullptr : mattes[channel];
 }
 
 }  // namespace
 
 dvDeepLine::dvDeepLine(const dvDeepPlan& plan, int y)
-    : y_(y), columns_(deepColumns(plan.frame, plan.left, plan.right)) {
+    : columns_(deepColumns(plan.frame, plan.left, plan.right)) {
+  source_.clampedY = y;
+  source_.recordsLeft = columns_.left;
   if (columns_.right <= columns_.left) return;
   readRecords(plan);
   if (!hasSamples()) return;
-  if (!plan.flatRead.empty()) flat_ = readRow(*plan.image, y, columns_, plan.flatRead);
-  if (plan.mattes != nullptr) {
-    const int reach = plan.frame.padding;
-    mattes_ = readRow(*plan.mattes, y, {plan.left - reach, plan.right + reach}, plan.mattesRead);
+  readFlat(plan);
+  if (plan.mattes != nullptr) readMattes(plan);
+}
+
+void dvDeepLine::readFlat(const dvDeepPlan& plan) {
+  if (!plan.flatRead.empty()) {
+    flat_ = readRow(*plan.image, source_.clampedY, columns_, plan.flatRead);
   }
+  for (const dvDeepChannel& channel : plan.channels) {
+    const bool flat = channel.place == dvDeepChannel::flat;
+    source_.flat.push_back(flat ? (*flat_)[static_cast<Channel>(channel.number)] : nullptr);
+  }
+}
+
+void dvDeepLine::readMattes(const dvDeepPlan& plan) {
+  const int reach = plan.frame.padding;
+  const dvColumns columns{plan.left - reach, plan.right + reach};
+  mattes_ = readRow(*plan.mattes, source_.clampedY, columns, plan.mattesRead);
+  source_.bloomMatte = matteRow(*mattes_, plan.matteChannels.bloom);
+  source_.defocusMatte = matteRow(*mattes_, plan.matteChannels.defocus);
+  source_.chromaticMatte = matteRow(*mattes_, plan.matteChannels.chromatic);
 }
 
 void dvDeepLine::readRecords(const dvDeepPlan& plan) {
   DeepPlane plane;
-  const Box box(columns_.left, y_, columns_.right, y_ + 1);
+  const int y = source_.clampedY;
+  const Box box(columns_.left, y, columns_.right, y + 1);
   if (!plan.deep->deepEngine(box, plan.samplesRead, plane)) return;
   records_.assign(plan.modes.size(), dvDeepRecordRow(plan.layout, plan.splatted));
   const ChannelSet& channels = plane.channels();
@@ -51,8 +70,8 @@ void dvDeepLine::readRecords(const dvDeepPlan& plan) {
   dvDeepSamples samples;
   std::vector<dvDeepPiece> pieces;
   for (int x = columns_.left; x < columns_.right; ++x) {
-    if (covered.contains(Box(x, y_, x + 1, y_ + 1))) {
-      const DD::Image::DeepPixel pixel = plane.getPixel(y_, x);
+    if (covered.contains(Box(x, y, x + 1, y + 1))) {
+      const DD::Image::DeepPixel pixel = plane.getPixel(y, x);
       readSamples(dvHostPixel(pixel, channels), plan.layout, samples);
       addPixel(plan, samples, pieces);
     } else {
@@ -70,19 +89,10 @@ void dvDeepLine::addPixel(const dvDeepPlan& plan, const dvDeepSamples& samples,
     records_[mode].addPixel(samples, pieces, plan.modes[mode]);
 }
 
-dvDeepSourceRow dvDeepLine::source(const dvDeepPlan& plan, int sourceY, std::size_t mode) const {
-  dvDeepSourceRow row;
+dvDeepSourceRow dvDeepLine::source(int sourceY, std::size_t mode) const {
+  dvDeepSourceRow row(source_);
   row.y = sourceY;
-  row.clampedY = y_;
   row.records = &records_[mode];
-  row.recordsLeft = columns_.left;
-  for (const dvDeepChannel& channel : plan.channels) {
-    const bool flat = channel.place == dvDeepChannel::flat;
-    row.flat.push_back(flat ? (*flat_)[static_cast<Channel>(channel.number)] : nullptr);
-  }
-  row.bloomMatte = matteRow(mattes_.get(), plan.matteChannels.bloom);
-  row.defocusMatte = matteRow(mattes_.get(), plan.matteChannels.defocus);
-  row.chromaticMatte = matteRow(mattes_.get(), plan.matteChannels.chromatic);
   return row;
 }
 
@@ -94,7 +104,7 @@ bool makeDeepRow(const dvDeepPlan& plan, std::size_t mode, int y, const dvDeepLi
     if (plan.aborted()) return false;
     const dvDeepLine* line = lineAt(std::max(0, std::min(sourceY, plan.formatHeight - 1)));
     if (line == nullptr || !line->hasSamples()) continue;
-    defocus.splatSourceRow(line->source(plan, sourceY, mode));
+    defocus.splatSourceRow(line->source(sourceY, mode));
   }
   for (std::size_t place = 0; place < plan.channels.size(); ++place)
     defocus.composite(place, target(place));

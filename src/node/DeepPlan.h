@@ -52,14 +52,18 @@ class dvDeepLine {
   /// How many pixels went through the merge.
   std::size_t mergedPixels() const { return mergedPixels_; }
   /// This row as seen from source row `sourceY`, for a mode of the plan.
-  dvDeepSourceRow source(const dvDeepPlan& plan, int sourceY, std::size_t mode) const;
+  dvDeepSourceRow source(int sourceY, std::size_t mode) const;
 
  private:
   void readRecords(const dvDeepPlan& plan);
+  void readFlat(const dvDeepPlan& plan);
+  void readMattes(const dvDeepPlan& plan);
   void addPixel(const dvDeepPlan& plan, const dvDeepSamples& samples,
                 std::vector<dvDeepPiece>& pieces);
 
-  int y_;
+  /// Without its records. Many threads read it: a host row may make what it lacks on the first
+  /// reading, so its values are looked up once.
+  dvDeepSourceRow source_;
   dvColumns columns_;  ///< of the records and the flat values
   std::vector<dvDeepRecordRow> records_;
   std::size_t mergedPixels_ = 0;

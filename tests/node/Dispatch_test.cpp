@@ -225,24 +225,6 @@ TEST(DefocusedOutput, nothingConnected_isBlack) {
   }
 }
 
-TEST(DeepInputConnected, rows_areTheInputsUntilDeepRowsExist) {
-  for (const int type : {0, 1, 2, 4}) {
-    LiteralScene scene = threeDepths();
-    scene.settings.outputType = type;
-    NodeBench bench(scene);
-    DeepStandIn deep({0, 0, 12, 6}, DD::Image::Mask_Deep | DD::Image::Mask_RGBA);
-    ASSERT_TRUE(bench.connect(dvInput::deep, &deep));
-    const embedded::RenderResult result = bench.render();
-    ASSERT_EQ(result.status, embedded::RenderStatus::Done);
-    for (int x = 0; x < 12; ++x) {
-      for (int channel = 1; channel <= 4; ++channel) {
-        EXPECT_EQ(pixel(result, channel, x, 3), scene.image.at(x, 3, channel));
-      }
-    }
-    bench.connect(dvInput::deep, nullptr);
-  }
-}
-
 TEST(DeepInputConnected, filterShape_isTheSame) {
   const LiteralScene scene = threeDepths();
   const embedded::RenderResult flat = renderAs(scene, 3);

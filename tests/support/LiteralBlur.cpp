@@ -30,12 +30,17 @@ float literalDepth(float raw, const LiteralSettings& settings) {
 }
 
 LiteralBlur literalCircle(float depth, const LiteralSettings& settings, const LiteralLens& lens) {
-  LiteralBlur blur;
   float z = depth;
   if (!settings.realWorldLens) {
     if (z < lens.focusNear) z = lens.focusNear;
     if (z > lens.focusFar) z = lens.focusFar;
   }
+  return literalUnclampedCircle(z, settings, lens);
+}
+
+LiteralBlur literalUnclampedCircle(float z, const LiteralSettings& settings,
+                                   const LiteralLens& lens) {
+  LiteralBlur blur;
   const float product = std::fabs(z - settings.focalPlane) * lens.invHalfFocusRegion;
   float ramp = 1.0F < product ? 1.0F : product;
   if (settings.focalPlane > z) {

@@ -19,6 +19,9 @@ float literalDepth(float raw, const LiteralSettings& settings);
 /// The blur of such a depth, clamped into the focus region in the artistic mode, before the rule
 /// for the infinitely far and the interface's scale.
 LiteralBlur literalCircle(float depth, const LiteralSettings& settings, const LiteralLens& lens);
+/// As above without the clamp to the focus region.
+LiteralBlur literalUnclampedCircle(float z, const LiteralSettings& settings,
+                                   const LiteralLens& lens);
 
 /// The whole conversion, without matte and least size.
 LiteralBlur literalBlur(float raw, const LiteralSettings& settings, const LiteralLens& lens,

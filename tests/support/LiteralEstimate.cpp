@@ -17,25 +17,37 @@ int wholePixels(float diameter) {
   return up < 2147483648.0F ? static_cast<int>(up) : std::numeric_limits<int>::max();
 }
 
+/// The diameter of a depth's blur; the infinitely far have none.
+int wholePixels(float depth, const LiteralBlur& blur, const LiteralSettings& settings) {
+  if (std::fabs(depth - std::numeric_limits<float>::max()) < 1e-5F) return 0;
+  return wholePixels(blur.coc * settings.contextScale);
+}
+
 }  // namespace
+
+int literalDeepDiameter(float depth, const LiteralSettings& settings, const LiteralLens& lens) {
+  return wholePixels(depth, literalUnclampedCircle(depth, settings, lens), settings);
+}
+
+LiteralEstimate literalEstimateOf(int largest, const LiteralSettings& settings) {
+  LiteralEstimate estimate;
+  estimate.largest = largest;
+  estimate.warned = settings.maxKernelSize < largest;
+  estimate.kernelSize = std::min(settings.maxKernelSize, largest);
+  estimate.padding = estimate.kernelSize / 2 + 2;
+  return estimate;
+}
 
 LiteralEstimate literalEstimate(const LiteralSettings& settings, const LiteralLens& lens,
                                 const LiteralPicture& image) {
-  LiteralEstimate estimate;
+  int largest = 0;
   for (int y = 0; y < image.formatHeight; ++y) {
     for (int x = 0; x < image.formatWidth; ++x) {
       const float d = literalDepth(image.at(x, y, settings.depthChannel), settings);
-      if (std::fabs(d - std::numeric_limits<float>::max()) < 1e-5F) {
-        continue;
-      }
-      const float c = literalCircle(d, settings, lens).coc * settings.contextScale;
-      estimate.largest = std::max(estimate.largest, wholePixels(c));
+      largest = std::max(largest, wholePixels(d, literalCircle(d, settings, lens), settings));
     }
   }
-  estimate.warned = settings.maxKernelSize < estimate.largest;
-  estimate.kernelSize = std::min(settings.maxKernelSize, estimate.largest);
-  estimate.padding = estimate.kernelSize / 2 + 2;
-  return estimate;
+  return literalEstimateOf(largest, settings);
 }
 
 }  // namespace drevin::test

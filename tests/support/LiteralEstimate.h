@@ -15,6 +15,13 @@ struct LiteralEstimate {
   bool warned = false;
 };
 
+/// The blur diameter of a deep depth in whole pixels, 0 where it is infinitely far; the depth is
+/// not clamped to the focus region.
+int literalDeepDiameter(float depth, const LiteralSettings& settings, const LiteralLens& lens);
+
+/// What a largest diameter comes to.
+LiteralEstimate literalEstimateOf(int largest, const LiteralSettings& settings);
+
 LiteralEstimate literalEstimate(const LiteralSettings& settings, const LiteralLens& lens,
                                 const LiteralPicture& image);
 

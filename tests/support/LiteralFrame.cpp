@@ -10,24 +10,29 @@
 
 namespace drevin::test {
 
-LiteralFrame::LiteralFrame(const LiteralScene& scene)
+LiteralFrame::LiteralFrame(const LiteralScene& scene) : LiteralFrame(scene, nullptr) {}
+
+LiteralFrame::LiteralFrame(const LiteralScene& scene, const LiteralEstimate& estimate)
+    : LiteralFrame(scene, &estimate) {}
+
+LiteralFrame::LiteralFrame(const LiteralScene& scene, const LiteralEstimate* estimate)
     : scene_(scene),
       lens_(literalLens(scene.settings, scene.image.formatWidth, scene.image.formatHeight)),
       processed_(scene.settings.bokehAll ? scene.channels : scene.settings.bokehChannels),
       kernelSize_(scene.settings.maxKernelSize) {
   if (scene.settings.outputType != 2 && scene.settings.outputType != 4) {
-    prepareKernels();
+    prepareKernels(estimate);
   }
 }
 
-void LiteralFrame::prepareKernels() {
+void LiteralFrame::prepareKernels(const LiteralEstimate* estimate) {
   const LiteralSettings& settings = scene_.settings;
   const bool toFormat = settings.outputType == 3;
   const int wanted = toFormat ? std::min(scene_.image.formatHeight, scene_.image.formatWidth)
                               : settings.maxKernelSize;
   hero_ = literalHero(settings, processed_, wanted, scene_.kernel ? &*scene_.kernel : nullptr);
   if (!toFormat) {
-    estimate_ = literalEstimate(settings, lens_, scene_.image);
+    estimate_ = estimate != nullptr ? *estimate : literalEstimate(settings, lens_, scene_.image);
     kernelSize_ = estimate_.kernelSize;
     padding_ = estimate_.padding;
     bank_ = literalBank(hero_, kernelSize_);

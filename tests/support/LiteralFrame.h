@@ -39,6 +39,8 @@ class LiteralFrame {
  public:
   /// `scene` must outlive the frame.
   explicit LiteralFrame(const LiteralScene& scene);
+  /// As above with the sizes of an estimate that was made elsewhere.
+  LiteralFrame(const LiteralScene& scene, const LiteralEstimate& estimate);
 
   /// Columns [left, right) of row y for every requested channel.
   LiteralRow row(int y, int left, int right) const;
@@ -53,7 +55,8 @@ class LiteralFrame {
   LiteralBox box() const;
 
  private:
-  void prepareKernels();
+  LiteralFrame(const LiteralScene& scene, const LiteralEstimate* estimate);
+  void prepareKernels(const LiteralEstimate* estimate);
   LiteralRow passThrough(int y, int left, int right) const;
   void defocus(int y, int left, int right, LiteralRow& out) const;
   void depthView(int y, int left, int right, LiteralRow& out) const;
