@@ -46,6 +46,8 @@ bool DeepOp::deepEngine(Box box, const ChannelSet& channels, DeepPlane& plane) {
     behind.error("%s", "out of memory");
   } catch (const std::exception& exception) {
     behind.error("%s", exception.what());
+  } catch (...) {
+    behind.error("%s", "unknown exception");
   }
   return !behind.aborted();
 }
