@@ -18,6 +18,7 @@ struct Place {
   std::array<std::int32_t, 4> numbers;
   std::size_t count;  // of the numbers that are stored
   std::uint64_t pixels;
+  std::uint64_t tablePixels;  // tiles at the edges may have a count for every pixel of a full tile
 };
 
 class DeepChunkScan {
@@ -69,7 +70,8 @@ class DeepChunkScan {
     const ExrWindow& window = part_.dataWindow;
     if (!part_.tiled) {
       const auto row = static_cast<std::int32_t>(window.minY + static_cast<std::int64_t>(block));
-      return {{row}, 1, static_cast<std::uint64_t>(window.width())};
+      const auto pixels = static_cast<std::uint64_t>(window.width());
+      return {{row}, 1, pixels, pixels};
     }
     const std::int64_t across = (window.width() + part_.tileWidth - 1) / part_.tileWidth;
     const std::int64_t column = static_cast<std::int64_t>(block) % across;
@@ -80,7 +82,8 @@ class DeepChunkScan {
         std::min<std::int64_t>(part_.tileHeight, window.height() - row * part_.tileHeight);
     return {{static_cast<std::int32_t>(column), static_cast<std::int32_t>(row), 0, 0},
             4,
-            static_cast<std::uint64_t>(width * height)};
+            static_cast<std::uint64_t>(width * height),
+            std::uint64_t{part_.tileWidth} * part_.tileHeight};
   }
 
   std::uint64_t samplesOf(std::size_t block, std::uint64_t offset) {
@@ -111,9 +114,10 @@ class DeepChunkScan {
     if (countBytes > bytes_.left() || packed > bytes_.left() - countBytes) {
       failBlock(block, "ends outside the file: damaged or unfinished");
     }
-    const std::uint64_t most = place.pixels * sizeof(std::uint32_t);
     const bool plain = part_.compression == 0;
-    const bool counts = plain ? countBytes == most : countBytes <= most;
+    const std::uint64_t least = plain ? place.pixels * sizeof(std::uint32_t) : 0;
+    const bool counts =
+        countBytes >= least && countBytes <= place.tablePixels * sizeof(std::uint32_t);
     const bool samples =
         plain ? packed == unpacked : unpacked / mostCompression(part_.compression) <= packed;
     if (!counts || !samples || unpacked % sampleBytes_ != 0) {

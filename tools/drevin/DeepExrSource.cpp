@@ -120,6 +120,11 @@ DeepSampleCounts DeepExrSource::counts() const {
   return counts_;
 }
 
+std::uint64_t DeepExrSource::bandReads() const {
+  const std::lock_guard<std::mutex> lock(mutex_);
+  return bandReads_;
+}
+
 std::optional<std::string> DeepExrSource::failure() const {
   const std::lock_guard<std::mutex> lock(mutex_);
   return failure_;
@@ -140,6 +145,7 @@ std::shared_ptr<const DeepBand> DeepExrSource::bandWith(int fileRow, const Chann
 }
 
 std::shared_ptr<const DeepBand> DeepExrSource::readBand(std::size_t number) {
+  ++bandReads_;
   try {
     return reader_->read((*plan_)[number], wanted_);
   } catch (const std::exception& error) {

@@ -44,6 +44,8 @@ class DeepExrSource : public embedded::DeepSource {
   bool hasAlpha() const { return channels_.hasAlpha; }
   /// Of the bands that were read so far, each counted once.
   DeepSampleCounts counts() const;
+  /// How often a band was read; more often than there are bands where they did not stay in memory.
+  std::uint64_t bandReads() const;
   /// The line of the first failure to read rows.
   std::optional<std::string> failure() const;
 
@@ -68,6 +70,7 @@ class DeepExrSource : public embedded::DeepSource {
   DD::Image::ChannelSet wanted_;  // all that were asked for so far
   std::vector<bool> counted_;
   DeepSampleCounts counts_;
+  std::uint64_t bandReads_ = 0;
   std::optional<std::string> failure_;
 };
 

@@ -73,6 +73,7 @@ void addDeepFacts(const DeepExrSource& deep, embedded::DeepOrder order, Json& en
   entry["deepOrder"] = order == embedded::DeepOrder::FarFirst ? "far-first" : "near-first";
   entry["samples"] = {
       {"read", counts.samples}, {"thick", counts.thick}, {"mostPerPixel", counts.mostPerPixel}};
+  entry["bandReads"] = deep.bandReads();
 }
 
 // Every picture that was given; null for "asked" if the node asked nothing of it.

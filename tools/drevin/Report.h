@@ -29,9 +29,9 @@ struct CommandRecord {
 /// format, box, every control with its value and state, file and request of each input, warnings of
 /// the command and of the node, threads, seconds (read, aperture, estimate, kernels, defocus,
 /// write, total) and the peak memory in bytes. A deep input has its part, the order in which its
-/// samples were served, and how many were read, how many of them are thick and how many the fullest
-/// pixel has; its samples are read while rows are made, and that time is part of theirs. The file
-/// appears when it is whole. Throws ToolError (OutputNotWritten).
+/// samples were served, how many were read, how many of them are thick, how many the fullest pixel
+/// has, and how often a band of rows was read; that happens while rows are made, and its time is
+/// part of theirs. The file appears when it is whole. Throws ToolError (OutputNotWritten).
 void writeReport(const RenderArguments& arguments, const Node& node, const InputPictures& pictures,
                  const embedded::RenderResult& result, const CommandRecord& record);
 
