@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <stdexcept>
 
 #include "Arguments.h"
 #include "DemoAperture.h"
@@ -128,6 +129,23 @@ TEST(DemoRows, everyRow_isWorkedOnOnce) {
   EXPECT_EQ(visits, std::vector<int>(100, 1));
 }
 
+TEST(DemoRows, everyNumberOfThreads_doesAllRows) {
+  for (const unsigned threads : {1U, 2U, 7U, 1000U}) {
+    std::vector<int> visits(10, 0);
+    forDemoRows(
+        10, [&](int row) { ++visits[static_cast<std::size_t>(row)]; }, threads);
+    EXPECT_EQ(visits, std::vector<int>(10, 1)) << threads;
+  }
+}
+
+TEST(DemoRows, failureOfARow_isThrownToTheCaller) {
+  const auto failing = [](int row) {
+    if (row == 3) throw std::runtime_error("row 3");
+  };
+  for (const unsigned threads : {1U, 4U})
+    EXPECT_THROW(forDemoRows(10, failing, threads), std::runtime_error) << threads;
+}
+
 TEST(DemoMattes, values_lieBetweenZeroAndOneAndUseBothEnds) {
   const DemoPicture mattes = makeDemoMattes(scene(), DemoCamera{});
   ASSERT_EQ(mattes.planes.size(), 3U);
@@ -225,6 +243,7 @@ TEST(DemoCommand, files_areAllWrittenAndReadBack) {
   EXPECT_EQ(street.width, 64);
   EXPECT_EQ(street.height, 36);
   EXPECT_EQ(street.channels.size(), 5U);
+  EXPECT_FALSE(testing::bytesOfFile(place + "/street.deep.exr").empty());
   EXPECT_EQ(readExr(place + "/mattes.exr").channels.size(), 3U);
   EXPECT_EQ(readExr(place + "/kernel.exr").channels.size(), 4U);
   EXPECT_EQ(testing::bytesOfFile(place + "/camera.txt"), cameraText(DemoCamera{}) + "\n");
@@ -244,14 +263,16 @@ TEST(DemoCommand, folderThatIsAFile_endsInOneLineAndCodeFour) {
 
 TEST(DemoSuggestions, everyCommand_isUnderstoodAndWritesItsOwnPicture) {
   std::vector<std::string> outputs;
-  for (const DemoSuggestion& suggestion : demoSuggestions("a folder", "fStop=2")) {
+  for (const DemoSuggestion& suggestion : demoSuggestions("a folder", DemoCamera{})) {
     std::vector<const char*> words{"drevin"};
     for (const std::string& word : suggestion.arguments)
       words.push_back(word.c_str());
     const Arguments arguments = parseArguments(static_cast<int>(words.size()), words.data());
     const auto* render = std::get_if<RenderArguments>(&arguments);
     ASSERT_NE(render, nullptr) << suggestion.purpose;
-    EXPECT_EQ(render->input, "a folder/street.exr");
+    const bool deep = !render->deep.empty();
+    EXPECT_EQ(deep ? render->deep : render->input,
+              deep ? "a folder/street.deep.exr" : "a folder/street.exr");
     outputs.push_back(render->output);
   }
   EXPECT_GE(outputs.size(), 5U);

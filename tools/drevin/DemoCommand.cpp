@@ -48,7 +48,7 @@ void printFiles(const std::string& directory, const DemoCamera& camera) {
   std::printf("%s\n", oneLine(inside(directory, kDemoStreet)).c_str());
   std::puts("  a night street: R, G, B, A, and Z in metres, infinite for the sky");
   std::printf("%s\n", oneLine(inside(directory, kDemoDeep)).c_str());
-  std::puts("  the same street as deep samples, with a wet pane of glass and steam");
+  std::puts("  the same street as deep samples, with wet glass and steam that the flat one lacks");
   std::printf("%s\n", oneLine(inside(directory, kDemoMattes)).c_str());
   std::puts("  matte.defocus, matte.bloom, matte.chromatic");
   std::printf("%s\n", oneLine(inside(directory, kDemoAperture)).c_str());
@@ -65,7 +65,7 @@ int runDemo(const std::string& directory, int width) {
   writeFiles(directory, camera, width);
   printFiles(directory, camera);
   std::puts("\nTry:");
-  for (const DemoSuggestion& suggestion : demoSuggestions(directory, cameraText(camera))) {
+  for (const DemoSuggestion& suggestion : demoSuggestions(directory, camera)) {
     std::printf("\n# %s\n%s\n", suggestion.purpose.c_str(),
                 shellLine(suggestion.arguments).c_str());
   }

@@ -5,6 +5,8 @@
 #include <string>
 #include <vector>
 
+#include "DemoCamera.h"
+
 namespace drevintool {
 
 /// The files of a demo folder.
@@ -19,10 +21,8 @@ struct DemoSuggestion {
   std::vector<std::string> arguments;  ///< of the command, "render" first
 };
 
-/// Renders of the scene in `directory` that each show one side of the node. `camera` is the value
-/// of --camera, with a focal plane of 3.85 m.
-std::vector<DemoSuggestion> demoSuggestions(const std::string& directory,
-                                            const std::string& camera);
+/// Renders of the scene in `directory`, as `camera` sees it, that each show one side of the node.
+std::vector<DemoSuggestion> demoSuggestions(const std::string& directory, const DemoCamera& camera);
 
 /// The command line for a shell, arguments quoted where they need it.
 std::string shellLine(const std::vector<std::string>& arguments);
