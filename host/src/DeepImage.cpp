@@ -26,7 +26,7 @@ DeepImage::DeepImage(const DD::Image::Format& format, const DD::Image::Box& box,
 }
 
 void DeepImage::setPixel(int x, int y, std::vector<float> samples) {
-  if (!box_.contains({x, y, x + 1, y + 1})) {
+  if (x < box_.x() || x >= box_.r() || y < box_.y() || y >= box_.t()) {
     throw std::invalid_argument("pixel " + std::to_string(x) + "," + std::to_string(y) +
                                 " is outside the deep picture");
   }

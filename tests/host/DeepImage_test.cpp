@@ -138,7 +138,8 @@ TEST(DeepImage, pixelsOutside_areRefusedByTheirPlace) {
   EXPECT_EQ(refusal(sample, 0, 6), "pixel 0,6 is outside the deep picture");
   EXPECT_EQ(refusal(sample, -2, 4), "pixel -2,4 is outside the deep picture");
   EXPECT_EQ(refusal(sample, 0, 3), "pixel 0,3 is outside the deep picture");
-  EXPECT_NE(refusal(sample, std::numeric_limits<int>::max(), 4), "");
+  EXPECT_EQ(refusal(sample, std::numeric_limits<int>::max(), 4),
+            "pixel 2147483647,4 is outside the deep picture");
   EXPECT_EQ(refusal(sample, -1, 4), "");
 }
 
