@@ -115,6 +115,14 @@ std::vector<std::string> renderArguments(const std::string& input, const std::st
   return arguments;
 }
 
+std::vector<std::string> deepArguments(const std::string& deep, const std::string& output,
+                                       const std::vector<std::string>& more) {
+  std::vector<std::string> arguments = {"render", "--quiet", "--plugin", builtPlugin(),
+                                        "--deep", deep,      "--output", output};
+  arguments.insert(arguments.end(), more.begin(), more.end());
+  return arguments;
+}
+
 std::string builtPlugin() {
   return DREVIN_PLUGIN_FILE;
 }

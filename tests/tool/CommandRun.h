@@ -39,6 +39,10 @@ bool isOneErrorLine(const std::string& error);
 std::vector<std::string> renderArguments(const std::string& input, const std::string& output,
                                          const std::vector<std::string>& more = {});
 
+/// Arguments "render --quiet --deep DEEP --output OUT" and what follows.
+std::vector<std::string> deepArguments(const std::string& deep, const std::string& output,
+                                       const std::vector<std::string>& more = {});
+
 /// The path of the plug-in that was built.
 std::string builtPlugin();
 

@@ -11,13 +11,17 @@ constexpr std::size_t kAddressSpace = DREVIN_SANITIZED ? 0 : std::size_t{1} << 3
 constexpr double kSeconds = DREVIN_SANITIZED ? 20.0 : 2.0;
 constexpr long kKibibytes = DREVIN_SANITIZED ? 2 << 20 : 200 << 10;
 
+using CommandLine = std::vector<std::string> (*)(const std::string&, const std::string&,
+                                                 const std::vector<std::string>&);
+
 // A result, or one line and exit code 3; soon, and in little memory.
-void expectResultOrOneLine(const std::string& file, const std::vector<std::string>& more) {
+void expectResultOrOneLine(CommandLine commandLine, const std::string& file,
+                           const std::vector<std::string>& more) {
   const ScratchFolder folder;
   RunOptions options;
   options.addressSpace = kAddressSpace;
   options.timeoutSeconds = 60.0;
-  const RunResult result = runCommand(renderArguments(file, folder.file("out.exr"), more), options);
+  const RunResult result = runCommand(commandLine(file, folder.file("out.exr"), more), options);
   EXPECT_LT(result.seconds, kSeconds) << file;
   EXPECT_LT(result.peakKibibytes, kKibibytes) << file;
   if (result.exitCode == 0) {
@@ -34,9 +38,26 @@ TEST(DamagedFiles, eachAsInput_isAResultOrOneLine) {
   SKIP_WITHOUT_PICTURES();
   ASSERT_GE(filesIn("damaged").size(), 13U);
   for (const std::string& file : filesIn("damaged")) {
-    expectResultOrOneLine(file, {"--set", "max_kernelsize=5"});
-    expectResultOrOneLine(file, {"--set", "max_kernelsize=5", "--set", "depthChannel=none"});
+    expectResultOrOneLine(renderArguments, file, {"--set", "max_kernelsize=5"});
+    expectResultOrOneLine(renderArguments, file,
+                          {"--set", "max_kernelsize=5", "--set", "depthChannel=none"});
   }
+}
+
+TEST(DamagedFiles, eachAsDeepInput_isAResultOrOneLine) {
+  SKIP_WITHOUT_PICTURES();
+  for (const std::string& file : filesIn("damaged"))
+    expectResultOrOneLine(deepArguments, file, {"--set", "max_kernelsize=5"});
+}
+
+TEST(DamagedFiles, unfinishedDeepTiles_areNumbered) {
+  SKIP_WITHOUT_PICTURES();
+  const ScratchFolder folder;
+  const std::string file = pictureFolder() + "/damaged/tiledDeepIncomplete.exr";
+  const RunResult result = runCommand(deepArguments(file, folder.file("out.exr")));
+  EXPECT_EQ(result.exitCode, 3);
+  EXPECT_EQ(result.error,
+            "drevin: error: " + file + ": block 2 of 4 is missing: the file is unfinished\n");
 }
 
 TEST(DamagedFiles, eachAsKernel_isAResultOrOneLine) {

@@ -15,8 +15,9 @@ std::string thickWarning(const DeepExrSource& deep, embedded::DeepOrder order) {
   if (counts.thick == 0 || order != embedded::DeepOrder::NearFirst) return {};
   return oneLine(deep.path()) + ": " + std::to_string(counts.thick) + " of " +
          std::to_string(counts.samples) +
-         " samples are thick; --deep-order far-first cuts them in depth order, as "
-         "general-purpose tools serve them";
+         " samples are thick; near-first order cuts them against nearer ones, which can give wild "
+         "values: --deep-order far-first cuts them in depth order, as general-purpose tools serve "
+         "them";
 }
 
 }  // namespace drevintool
