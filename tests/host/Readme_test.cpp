@@ -1,10 +1,13 @@
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <cstdio>
+#include <memory>
 #include <stdexcept>
 #include <string>
+#include <vector>
 
-// The example of host/README.md, word for word.
+// The examples of host/README.md, word for word.
 // [example]
 #include "EmbeddedHost/ImageInput.h"
 #include "EmbeddedHost/Plugin.h"
@@ -36,7 +39,58 @@ embedded::Image process(const std::string& plugin, const std::string& name,
 }
 // [example]
 
+// [example]
+#include "EmbeddedHost/DeepInput.h"
+
+/// What an operator with a deep input makes of one pixel: a card that stands in fog.
+embedded::RenderResult cardInFog(const DD::Image::Op::Description& deepReader) {
+  using namespace DD::Image;
+  auto picture = std::make_shared<embedded::DeepImage>(Format(1, 1), Box(0, 0, 1, 1),
+                                                       Mask_Red | Mask_Alpha | Mask_Deep);
+  // Red, alpha, front and back of each sample: the channels in ascending order.
+  picture->setPixel(0, 0,
+                    {0.75F, 1.0F, 5.0F, 5.0F,    // the card
+                     0.10F, 0.5F, 1.0F, 9.0F});  // the fog
+
+  embedded::DeepInput input(picture);
+  Node node(deepReader);  // destroyed before its input
+  node.connect(0, &input);
+  embedded::RenderOptions options;
+  options.channels = Mask_All;
+  return embedded::render(node, options);
+}
+// [example]
+
+#include "host/FlattenOp.h"
 #include "host/HostBench.h"
+
+namespace {
+
+std::string textOf(const std::string& file) {
+  std::FILE* stream = std::fopen(file.c_str(), "rb");
+  std::string all;
+  for (int c = stream == nullptr ? EOF : std::fgetc(stream); c != EOF; c = std::fgetc(stream))
+    all += static_cast<char>(c);
+  if (stream != nullptr) std::fclose(stream);
+  return all;
+}
+
+/// All that stands between a line `from` and the next line `to`.
+std::vector<std::string> between(const std::string& text, const std::string& from,
+                                 const std::string& to) {
+  std::vector<std::string> parts;
+  std::size_t begin = text.find("\n" + from + "\n");
+  while (begin != std::string::npos) {
+    const std::size_t first = begin + from.size() + 2;
+    const std::size_t end = text.find("\n" + to + "\n", first);
+    if (end == std::string::npos) break;
+    parts.push_back(text.substr(first, end - first));
+    begin = text.find("\n" + from + "\n", end + to.size() + 1);
+  }
+  return parts;
+}
+
+}  // namespace
 
 TEST(ReadmeExample, rendersThroughAPlugin) {
   const embedded::Image picture = smooth::markedImage(DD::Image::Box(0, 0, 4, 4));
@@ -48,22 +102,17 @@ TEST(ReadmeExample, rendersThroughAPlugin) {
                std::invalid_argument);
 }
 
-TEST(ReadmeExample, isTheOneInTheDocument) {
-  const auto between = [](const std::string& file, const std::string& from, const std::string& to) {
-    const std::string text = [&] {
-      std::FILE* stream = std::fopen(file.c_str(), "rb");
-      std::string all;
-      for (int c = stream == nullptr ? EOF : std::fgetc(stream); c != EOF; c = std::fgetc(stream))
-        all += static_cast<char>(c);
-      if (stream != nullptr) std::fclose(stream);
-      return all;
-    }();
-    const std::size_t begin = text.find(from);
-    if (begin == std::string::npos) return std::string();
-    const std::size_t first = begin + from.size();
-    return text.substr(first, text.find(to, first) - first);
-  };
-  const std::string tested = between(__FILE__, "// [example]\n", "// [example]\n");
-  ASSERT_GT(tested.size(), 500U);
-  EXPECT_EQ(between(HOST_README, "```cpp\n", "```"), tested);
+TEST(ReadmeExample, rendersADeepPicture) {
+  const embedded::RenderResult result = cardInFog(deep::FlattenOp::description);
+  ASSERT_EQ(result.status, embedded::RenderStatus::Done);
+  const float through = std::sqrt(0.5F);  // the fog in front of the card
+  EXPECT_NEAR(result.image.planes.at(DD::Image::Chan_Red)->at(0),
+              0.1F * (1.0F - through) / 0.5F + through * 0.75F, 1e-6F);
+}
+
+TEST(ReadmeExample, areThoseInTheDocument) {
+  const std::vector<std::string> tested = between(textOf(__FILE__), "// [example]", "// [example]");
+  ASSERT_EQ(tested.size(), 2U);
+  EXPECT_GT(tested[0].size(), 500U);
+  EXPECT_EQ(between(textOf(HOST_README), "```cpp", "```"), tested);
 }
