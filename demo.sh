@@ -31,18 +31,18 @@ cmake --build --preset release --target drevin Drevin
 
 drevin=build/release/bin/drevin
 "$drevin" demo "$folder" > /dev/null
-lens=(--input "$folder/street.exr" --camera "$(cat "$folder/camera.txt")"
-      --set realWorldLens=1 --set worldScale=m
+camera=$(cat "$folder/camera.txt")
+lens=(--input "$folder/street.exr" --set realWorldLens=1 --set worldScale=m
       --set correctiveSlices=3 --set overrideNearAndFarForSlices=1
-      --set depthSlicesNearAndFar=2.2,5.8)
+      --set "depthSlicesNearAndFar=2.2,5.8")
 
-# picture NAME OPTION...: renders one picture of the street.
+# picture NAME OPTION...: renders one picture of the street as $camera sees it.
 pictures=()
 picture() {
   local name=$1
   shift
   echo "Rendering $folder/$name.png"
-  "$drevin" render "${lens[@]}" "$@" --quiet --output "$folder/$name.png"
+  "$drevin" render "${lens[@]}" --camera "$camera" "$@" --quiet --output "$folder/$name.png"
   pictures+=("$folder/$name.png")
 }
 
@@ -56,7 +56,13 @@ picture artifacts --mattes "$folder/mattes.exr" --set kChrAbb=6 \
   --set bloomMatteChannel=matte.bloom
 picture focus --set "outputType=Focal Distance Visualization"
 
+# Thick samples, which the steam is made of, are cut in depth order from the far end only.
+deep=(--deep "$folder/street.deep.exr" --deep-order far-first)
+picture deep-lens "${deep[@]}"
+camera=${camera/focalPlane=3.85/focalPlane=5.6}
+picture deep-glass "${deep[@]}" --set depthSlicesNearAndFar=4.4,6.8
+
 echo
-echo "The scene is in $folder/street.exr; the pictures made of it:"
+echo "The scene is in $folder/street.exr and street.deep.exr; the pictures made of it:"
 printf '  %s\n' "${pictures[@]}"
 echo "More to try: $drevin demo $folder prints commands, $drevin controls lists every control."

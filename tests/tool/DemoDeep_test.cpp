@@ -52,7 +52,8 @@ const std::vector<Samples>& pixels() {
 }
 
 const Samples& pixelAt(int column, int row) {
-  return pixels()[static_cast<std::size_t>(row * kWidth + column)];
+  const int index = row * kWidth + column;
+  return pixels()[static_cast<std::size_t>(index)];
 }
 
 bool isThick(const DemoDeepSample& sample) {
@@ -300,8 +301,8 @@ ReadDeep readDeep(const std::string& path) {
   Imf::DeepScanLineInputFile file(path.c_str());
   ReadDeep read{file.header(), {}};
   const Imath::Box2i window = read.header.dataWindow();
-  const auto width = static_cast<std::size_t>(window.max.x + 1);
-  const std::size_t count = width * static_cast<std::size_t>(window.max.y + 1);
+  const std::size_t width = static_cast<std::size_t>(window.max.x) + 1;
+  const std::size_t count = width * (static_cast<std::size_t>(window.max.y) + 1);
   std::vector<unsigned> counts(count);
   Imf::DeepFrameBuffer frame;
   frame.insertSampleCountSlice(Imf::Slice(Imf::UINT, reinterpret_cast<char*>(counts.data()),

@@ -16,7 +16,9 @@ TEST(DemoRaindrops, drops_coverAPartOfThePaneAndFadeAtTheirRims) {
   int rims = 0;
   constexpr int kPlaces = 200;
   for (int i = 0; i < kPlaces * kPlaces; ++i) {
-    const auto drop = demoRaindrop((i % kPlaces) * 0.0023, (i / kPlaces) * 0.0023);
+    const int across = i % kPlaces;
+    const int up = i / kPlaces;
+    const auto drop = demoRaindrop(across * 0.0023, up * 0.0023);
     if (!drop) continue;
     ++wet;
     ASSERT_GE(drop->cover, 0.0);
@@ -83,7 +85,8 @@ TEST(DemoShelter, placesBesideIt_meetNeitherGlassNorFrame) {
 
 TEST(DemoShelter, frame_isBrightAndAtTheGlass) {
   double most = 0.0;
-  for (double x = 0.301; x < 1.3; x += 0.001) {
+  for (int i = 0; i < 1000; ++i) {
+    const double x = 0.301 + 0.001 * i;
     const DemoHit hit = traceShelterFrame(towards(x, 1.96, 5.57));
     ASSERT_NEAR(hit.t, kDemoPaneDepth, 0.05) << x;
     most = std::max(most, luminance(hit.radiance));

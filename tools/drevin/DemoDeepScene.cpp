@@ -67,8 +67,10 @@ std::vector<DemoLayer> DeepRows::layersOf(const DemoPixelRays& rays) const {
   const int side = shelter ? kDemoSide : rays.side;
   std::vector<DemoLayer> layers;
   for (int i = 0; i < side * side; ++i) {
-    const double x = rays.column + (i % side + 0.5) / side;
-    const double y = rays.row + (i / side + 0.5) / side;
+    const int across = i % side;
+    const int down = i / side;
+    const double x = rays.column + (across + 0.5) / side;
+    const double y = rays.row + (down + 0.5) / side;
     const DemoHit& scene = rays.hits[rays.side == 1 ? 0 : static_cast<std::size_t>(i)];
     appendRay(rayAt(x, y), scene, shelter, 1.0 / (side * side), layers);
   }

@@ -28,16 +28,14 @@ DemoVector capped(const DemoVector& radiance) {
 }
 
 // The brightest light, else what lies in the middle.
-const DemoHit& chosenOf(const DemoPixelRays& rays, std::size_t count) {
+const DemoHit& chosenOf(const DemoPixelRays& rays) {
   const DemoHit* chosen = nullptr;
-  for (std::size_t i = 0; i < count; ++i) {
-    const DemoHit& hit = rays.hits[i];
+  for (const DemoHit& hit : rays.hits) {
     const bool brighter =
         hit.light && (chosen == nullptr || luminance(hit.radiance) > luminance(chosen->radiance));
     if (brighter) chosen = &hit;
   }
-  const auto side = static_cast<std::size_t>(rays.side);
-  return chosen != nullptr ? *chosen : rays.hits[count / 2 + side / 2];
+  return chosen != nullptr ? *chosen : rays.hits[kDemoSide * kDemoSide / 2 + kDemoSide / 2];
 }
 
 }  // namespace
@@ -99,23 +97,24 @@ DemoPixelRays DemoRenderer::raysOf(int column, int row) const {
   }
   rays.side = kDemoSide;
   for (int i = 0; i < kDemoSide * kDemoSide; ++i) {
-    const double x = column + (i % kDemoSide + 0.5) / kDemoSide;
-    const double y = row + (i / kDemoSide + 0.5) / kDemoSide;
+    const int across = i % kDemoSide;
+    const int down = i / kDemoSide;
+    const double x = column + (across + 0.5) / kDemoSide;
+    const double y = row + (down + 0.5) / kDemoSide;
     rays.hits[static_cast<std::size_t>(i)] = trace(camera_.ray(x, y, width_, height_), column, row);
   }
   return rays;
 }
 
 DemoHit DemoRenderer::merged(const DemoPixelRays& rays) {
-  const auto count = static_cast<std::size_t>(rays.side * rays.side);
-  if (count == 1) return rays.hits[0];
-  const DemoHit& chosen = chosenOf(rays, count);
+  if (rays.side == 1) return rays.hits[0];
+  const DemoHit& chosen = chosenOf(rays);
   DemoVector sum;
   for (const DemoHit& hit : rays.hits) {
     const bool farther = hit.t > chosen.t * 1.1;
     sum = sum + (farther ? capped(hit.radiance) : hit.radiance);
   }
-  return {chosen.t, sum * (1.0 / static_cast<double>(count)), chosen.object, chosen.light};
+  return {chosen.t, sum * (1.0 / (kDemoSide * kDemoSide)), chosen.object, chosen.light};
 }
 
 bool DemoRenderer::needsMore(int column, int row) const {
