@@ -166,6 +166,28 @@ void writeDeepFixture(const std::string& path, const std::vector<DeepPartFixture
     writePart(file, static_cast<int>(number), parts[number]);
 }
 
+void writeUniformDeepFile(const std::string& path, int width, int height, int samples) {
+  const DeepPartFixture part = opaqueDeepPart(width, height, 100.0);
+  const Imf::Header header = headerOf(part);
+  Imf::MultiPartOutputFile file(path.c_str(), &header, 1);
+  Imf::DeepScanLineOutputPart output(file, 0);
+  std::vector<std::uint32_t> counts(widthOf(part), static_cast<std::uint32_t>(samples));
+  Imf::DeepFrameBuffer frame;
+  frame.insertSampleCountSlice(
+      Imf::Slice(Imf::UINT, reinterpret_cast<char*>(counts.data()), sizeof(std::uint32_t), 0));
+  std::vector<std::vector<std::uint32_t>> values;
+  std::vector<std::vector<std::uint32_t*>> pointers;
+  for (const DeepChannelFixture& channel : part.channels) {
+    values.emplace_back(static_cast<std::size_t>(samples), bitsFor(channel.type, 0.5));
+    pointers.emplace_back(widthOf(part), values.back().data());
+    frame.insert(channel.name,
+                 Imf::DeepSlice(channel.type, reinterpret_cast<char*>(pointers.back().data()),
+                                sizeof(char*), 0, sizeof(std::uint32_t)));
+  }
+  output.setFrameBuffer(frame);
+  output.writePixels(height);
+}
+
 DeepPartFixture opaqueDeepPart(int width, int height, double depth) {
   DeepPartFixture part;
   part.display = part.data = Imath::Box2i({0, 0}, {width - 1, height - 1});

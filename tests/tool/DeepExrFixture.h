@@ -38,6 +38,10 @@ struct DeepPartFixture {
 /// A file of one part or of several.
 void writeDeepFixture(const std::string& path, const std::vector<DeepPartFixture>& parts);
 
+/// Scanlines with the channels of opaqueDeepPart, every pixel with the same `samples` samples.
+/// Takes memory for one row only.
+void writeUniformDeepFile(const std::string& path, int width, int height, int samples);
+
 /// A part with A, B, G, R (half), Z (float) over the whole display window, each pixel with one
 /// opaque sample of that depth, red 0.75, green 0.5 and blue 0.25.
 DeepPartFixture opaqueDeepPart(int width, int height, double depth);

@@ -93,7 +93,8 @@ TEST(RealDeepPictures, everyOne_renders) {
   for (const std::string& file : filesIn("deep")) {
     const ScratchFolder folder;
     const RunResult result = runCommand(deepArguments(
-        file, folder.file("out.exr"), {"--set", "focalPlane=5", "--set", "max_kernelsize=9"}));
+        file, folder.file("out.exr"),
+        {"--deep-order", "far-first", "--set", "focalPlane=5", "--set", "max_kernelsize=9"}));
     ASSERT_EQ(result.exitCode, 0) << result.error;
     const ReadFile picture = readBack(folder.file("out.exr"));
     EXPECT_EQ(picture.names(), (Arguments{"A", "B", "G", "R"})) << file;
