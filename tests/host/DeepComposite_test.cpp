@@ -126,6 +126,13 @@ TEST(CombineSamples, channelsNamedAtRunTime_areColours) {
   EXPECT_EQ(found[7], 0.0F);
 }
 
+TEST(CombineSamples, coloursOnBothSidesOfTheDepths_stayApartFromThem) {
+  const ChannelMap wide(ChannelSet(getChannel("beauty.diffuse")) +
+                        ChannelSet(Mask_RGBA | Mask_Z | Mask_Deep));
+  const std::vector<float> sample = {1, 2, 3, 0.5F, 6, 6, 7, 8};
+  EXPECT_EQ(combined(wide, sample), sample);
+}
+
 TEST(CombineSamples, alphaOutOfRange_isLimited) {
   EXPECT_EQ(combined(map, {1, 2, 1.5F, 3, 3}), std::vector<float>({1, 2, 1, 3, 3}));
   EXPECT_EQ(combined(map, {1, 2, -0.5F, 3, 3}), std::vector<float>({1, 2, 0, 3, 3}));
@@ -179,9 +186,9 @@ TEST(CombineSamples, otherChannelsThanTheInput_areReadFromItOr0) {
 }
 
 TEST_P(CombineSamplesOrder, withoutBack_allArePoints) {
-  const ChannelMap flat(ChannelSet(Mask_Alpha | Mask_DeepFront));
-  EXPECT_EQ(combined(flat, {0.25F, 9, 0.5F, -3, 0.25F, -3}),
-            std::vector<float>({0.625F, -3, 0.25F, 9}));
+  const ChannelMap flat(ChannelSet(Mask_Red | Mask_Alpha | Mask_DeepFront));
+  EXPECT_EQ(combined(flat, {7, 0.25F, 9, 1, 0.5F, -3, 4, 0.25F, -3}),
+            std::vector<float>({3, 0.625F, -3, 7, 0.25F, 9}));
 }
 
 TEST_P(CombineSamplesOrder, withoutAlpha_areCopiedNearestFirst) {
@@ -198,6 +205,14 @@ TEST_P(CombineSamplesOrder, withoutAlpha_NaNDepthsAreCopiedAsTheFarthest) {
   EXPECT_EQ(found[3], 4.0F);
   EXPECT_TRUE(std::isnan(found[4]));
   EXPECT_EQ(found[5], 1.0F);
+}
+
+TEST_P(CombineSamplesOrder, withoutAlpha_manyTiesAreCopiedAsStored) {
+  const ChannelMap depths(ChannelSet(Mask_Red | Mask_Deep));
+  std::vector<float> values;
+  for (int i = 0; i < 100; ++i)
+    values.insert(values.end(), {static_cast<float>(i), 3, 4});
+  EXPECT_EQ(combined(depths, values), values);
 }
 
 TEST_P(CombineSamplesOrder, withoutFront_areCopiedByTheBackThatThereIs) {

@@ -175,7 +175,21 @@ TEST(NearestFirst, placesOfTheDepths_areAsGiven) {
   EXPECT_EQ(values, std::vector<float>({3, 20, 2, 5, 30, 2, 5, 10, 4}));
 }
 
-TEST(NearestFirst, noSamples_areSorted) {
-  embedded::sortNearestFirst(nullptr, 0, 3, 0, 1);
-  SUCCEED();
+TEST(NearestFirst, manyTies_stayAsTheyStand) {
+  std::vector<float> values = {7, 7, -1};
+  std::vector<float> sorted;
+  for (int i = 0; i < 100; ++i)
+    sorted.insert(sorted.end(), {2, 3, static_cast<float>(i)});
+  values.insert(values.end(), sorted.begin(), sorted.end());
+  sorted.insert(sorted.end(), {7, 7, -1});
+  embedded::sortNearestFirst(values.data(), 101, 3, 0, 1);
+  EXPECT_EQ(values, sorted);
+}
+
+TEST(NearestFirst, valuesBeyondTheCount_areLeftAlone) {
+  std::vector<float> values = {5, 5, 4, 4, 3, 3};
+  embedded::sortNearestFirst(values.data(), 0, 2, 0, 1);
+  EXPECT_EQ(values[0], 5.0F);
+  embedded::sortNearestFirst(values.data(), 2, 2, 0, 1);
+  EXPECT_EQ(values, std::vector<float>({4, 4, 5, 5, 3, 3}));
 }

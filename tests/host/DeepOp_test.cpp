@@ -4,6 +4,7 @@
 
 #include <vector>
 
+#include "EmbeddedHost/Render.h"
 #include "host/DeepOrderGuard.h"
 #include "host/DeepSources.h"
 
@@ -22,6 +23,7 @@ class PassOp : public DeepOnlyOp {
 
   std::vector<bool> validations;  ///< whether each was for real
   std::vector<RequestData> asked;
+  int reads = 0;
   bool leavePixelsOut = false;
   bool fail = false;
 
@@ -32,6 +34,7 @@ class PassOp : public DeepOnlyOp {
     _deepInfo = read_.deepInfo();
   }
   bool doDeepEngine(Box box, const ChannelSet& channels, DeepOutputPlane& plane) override {
+    ++reads;
     if (fail) return false;
     if (leavePixelsOut) {
       plane.addHole();
@@ -194,4 +197,16 @@ TEST(DeepOp, operatorThatFails_leavesThePlane) {
   DeepPlane plane;
   EXPECT_FALSE(chain.last.deepEngine(Box(0, 0, 6, 4), deep::alphaAndDepths, plane));
   EXPECT_TRUE(plane.box().empty());
+}
+
+TEST(DeepOp, abort_readsNothingMore) {
+  Chain chain;
+  chain.near.DeepOp::validate(true);
+  embedded::requestAbort();
+  DeepPlane plane;
+  EXPECT_FALSE(chain.near.deepEngine(Box(0, 0, 6, 4), deep::alphaAndDepths, plane));
+  embedded::clearAbort();
+  EXPECT_EQ(chain.near.reads, 0);
+  EXPECT_TRUE(chain.near.deepEngine(Box(0, 0, 6, 4), deep::alphaAndDepths, plane));
+  EXPECT_EQ(chain.near.reads, 1);
 }

@@ -78,6 +78,16 @@ TEST_P(DeepPixelOrder, unorderedTies_stayAsStored) {
             farFirst() ? std::vector<float>({1, 2, 3, 9}) : std::vector<float>({9, 1, 2, 3}));
 }
 
+TEST_P(DeepPixelOrder, manyUnorderedTies_stayAsStored) {
+  std::vector<Marked> samples;
+  std::vector<float> expected;
+  for (int i = 0; i < 100; ++i) {
+    expected.push_back(static_cast<float>(i));
+    samples.push_back({expected.back(), 6, 6});
+  }
+  EXPECT_EQ(marks(samples, DeepPixel::eUnordered), expected);
+}
+
 TEST_P(DeepPixelOrder, unorderedNaNDepths_areInfinitelyFar) {
   const std::vector<float> found = marks(
       {{4, notANumber, notANumber}, {3, infinite, infinite}, {2, 6, notANumber}, {1, 6, 1e30F}},

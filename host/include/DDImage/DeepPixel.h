@@ -34,8 +34,9 @@ class DD_EXPORT DeepPixel {
   const float& getUnorderedSample(std::size_t i, Channel z) const;
   /// One value of a sample by its place in the host's depth order; 0 for a channel that the samples
   /// do not have. Which end of that order is the nearest is the host's definition: see
-  /// embedded::DeepOrder. Unordered samples are sorted by front, then back; ties stay as stored. A
-  /// NaN depth is infinitely far.
+  /// embedded::DeepOrder. Samples stored in an order are believed, and read from one end or the
+  /// other; unordered ones are sorted by front, then back; ties stay as stored. A NaN depth is
+  /// infinitely far.
   const float& getOrderedSample(std::size_t depthIndex, Channel z) const;
 
  private:
