@@ -1,0 +1,46 @@
+#pragma once
+
+/// Splats ready to be added: what every source pixel or sample scatters, made once a frame.
+
+#include <cstddef>
+#include <cstdint>
+#include <vector>
+
+namespace drevin {
+
+/// One splat: the kernels of two neighbouring radii, each with its share, centred on a pixel.
+///
+///   colour[c](p) += (near * K_radius(p) + far * K_radius+1(p)) * value[c]
+///   weight(p)    += (near * K_radius(p) + far * K_radius+1(p))
+///
+/// The source's own weight is in the shares. A share of 0 adds nothing; no share is negative, and
+/// shares and values are finite: others are splatted by the row code.
+struct dvSplatRecord {
+  std::int32_t x = 0;       ///< column of the centre; may lie outside the picture
+  std::int32_t radius = 0;  ///< of the nearer size
+  float near = 0.0F;        ///< share of the kernel of `radius`
+  float far = 0.0F;         ///< share of the kernel of `radius` + 1
+};
+
+/// The splats that are centred on one row, slice by slice.
+struct dvSplatRow {
+  std::vector<std::uint32_t> sliceBegin;  ///< slices + 1 places in `records`
+  std::vector<dvSplatRecord> records;     ///< of a slice by ascending column
+  std::vector<float> values;              ///< one for each channel, record after record
+
+  std::size_t begin(std::size_t slice) const { return sliceBegin[slice]; }
+  std::size_t end(std::size_t slice) const { return sliceBegin[slice + 1]; }
+};
+
+/// The splats of a frame for channels that share kernels and places.
+struct dvSplatField {
+  int channels = 0;  ///< values that a record has
+  int slices = 1;
+  int bottom = 0;                ///< row of the centres in rows[0]
+  std::vector<dvSplatRow> rows;  ///< ascending
+
+  int top() const { return bottom + static_cast<int>(rows.size()); }
+  const dvSplatRow& row(int y) const { return rows[static_cast<std::size_t>(y - bottom)]; }
+};
+
+}  // namespace drevin
