@@ -219,6 +219,24 @@ TEST_F(DeepFaults, pixelWithTooManySamples_isNamedWithItsNumber) {
   expectDeepFault({deep_, "pixel 2,1", "65537", "65536"});
 }
 
+TEST_F(DeepFaults, pixelWithTooManyThickSamples_isNamedWithTheirNumber) {
+  for (const double thickness : {0.0, 1.0}) {
+    DeepPartFixture part = opaqueDeepPart(5, 3, 1.0);
+    part.channels = {{"A", Imf::HALF}, {"Z", Imf::FLOAT}, {"ZBack", Imf::FLOAT}};
+    part.samples = [thickness](int x, int y) {
+      const std::size_t count = x == 2 && y == 1 ? kMostThickSamples + 1 : 1;
+      return DeepPixelFixture(count, {0.0, 100.0, 100.0 + thickness});
+    };
+    writeDeep(part);
+    if (thickness > 0.0) {
+      expectDeepFault({deep_, "pixel 2,1", "2049 thick samples", "2048"});
+    } else {
+      const RunResult result = runCommand(deepArguments(deep_, output_));
+      EXPECT_EQ(result.exitCode, 0) << "points are no load: " << result.error;
+    }
+  }
+}
+
 TEST_F(DeepFaults, headersThatLie_areRefusedBeforeAllocating) {
   const std::string key("dataWindow\0box2i\0", 17);
   const std::vector<std::vector<std::int32_t>> windows = {{0, 0, 2147483646, 2147483646},

@@ -13,6 +13,9 @@ namespace drevintool {
 
 /// Most samples of one pixel; more of them are taken for damage.
 constexpr std::uint32_t kMostPixelSamples = 1U << 16;
+/// Most samples of one pixel that are thick: where each of them overlaps all others, cutting them
+/// makes pieces by the square of their number.
+constexpr std::uint32_t kMostThickSamples = 1U << 11;
 /// Most samples of one band.
 constexpr std::uint64_t kMostBandSamples = std::uint64_t{1} << 26;
 

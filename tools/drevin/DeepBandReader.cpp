@@ -66,7 +66,9 @@ class BandFilling {
     std::size_t total = 0;
     band_->starts.reserve(counts_.size() + 1);
     for (std::size_t pixel = 0; pixel < counts_.size(); ++pixel) {
-      if (counts_[pixel] > kMostPixelSamples) failPixel(pixel);
+      if (counts_[pixel] > kMostPixelSamples) {
+        failPixel(pixel, counts_[pixel], "samples", kMostPixelSamples);
+      }
       band_->starts.push_back(total);
       total += counts_[pixel];
       band_->counts.mostPerPixel =
@@ -89,17 +91,11 @@ class BandFilling {
     const std::size_t front = place(Chan_DeepFront);
     const std::size_t back = place(Chan_DeepBack);
     const std::size_t size = band_->channels.size();
-    const bool opaque = !channels_.hasAlpha && band_->channels.contains(Chan_Alpha);
-    const std::size_t alpha = opaque ? place(Chan_Alpha) : 0;
-    for (float *sample = band_->values.data(), *end = sample + band_->values.size(); sample != end;
-         sample += size) {
-      if (!channels_.hasBack) sample[back] = sample[front];
-      if (opaque) sample[alpha] = 1.0F;
-      if (sample[back] > sample[front]) ++band_->counts.thick;
-    }
     for (std::size_t pixel = 0; pixel < counts_.size(); ++pixel) {
-      embedded::sortNearestFirst(band_->values.data() + band_->starts[pixel] * size, counts_[pixel],
-                                 size, front, back);
+      float* samples = band_->values.data() + band_->starts[pixel] * size;
+      complete(samples, samples + counts_[pixel] * size);
+      countThick(pixel, samples);
+      embedded::sortNearestFirst(samples, counts_[pixel], size, front, back);
     }
     return band_;
   }
@@ -116,6 +112,26 @@ class BandFilling {
 
   std::size_t sampleBytes() const { return band_->channels.size() * sizeof(float); }
 
+  // Gives samples the back and the alpha that the file lacks.
+  void complete(float* sample, const float* end) const {
+    const bool opaque = !channels_.hasAlpha && band_->channels.contains(Chan_Alpha);
+    for (; sample != end; sample += band_->channels.size()) {
+      if (!channels_.hasBack) sample[place(Chan_DeepBack)] = sample[place(Chan_DeepFront)];
+      if (opaque) sample[place(Chan_Alpha)] = 1.0F;
+    }
+  }
+
+  void countThick(std::size_t pixel, const float* sample) {
+    const std::size_t front = place(Chan_DeepFront);
+    const std::size_t back = place(Chan_DeepBack);
+    std::uint32_t thick = 0;
+    for (std::uint32_t i = 0; i < counts_[pixel]; ++i, sample += band_->channels.size()) {
+      if (sample[back] > sample[front]) ++thick;
+    }
+    if (thick > kMostThickSamples) failPixel(pixel, thick, "thick samples", kMostThickSamples);
+    band_->counts.thick += thick;
+  }
+
   void point(ChannelPointers& entry) {
     const std::size_t size = band_->channels.size();
     float* first = band_->values.data() + place(entry.channel.number);
@@ -124,12 +140,13 @@ class BandFilling {
     }
   }
 
-  [[noreturn]] void failPixel(std::size_t pixel) const {
+  [[noreturn]] void failPixel(std::size_t pixel, std::uint32_t count, const std::string& what,
+                              std::uint32_t most) const {
     const auto column = static_cast<std::int64_t>(pixel % band_->width) + window_.min.x;
     const auto row = static_cast<std::int64_t>(pixel / band_->width) + window_.min.y;
     throw std::runtime_error("pixel " + std::to_string(column) + "," + std::to_string(row) +
-                             " has " + std::to_string(counts_[pixel]) + " samples, more than the " +
-                             std::to_string(kMostPixelSamples) + " that a pixel may have");
+                             " has " + std::to_string(count) + " " + what + ", more than the " +
+                             std::to_string(most) + " that a pixel may have");
   }
 
   const DeepChannels& channels_;

@@ -29,7 +29,7 @@ class DeepBandReader {
   /// Reads the band with `wanted` of the served channels, and front and back among them. Sample
   /// counts come first; they must be those that the band was planned with, and within
   /// kMostPixelSamples, before samples get memory. Where the part has no back it is the front;
-  /// where it has no alpha that is 1.
+  /// where it has no alpha that is 1. No pixel may have more than kMostThickSamples thick ones.
   std::shared_ptr<const DeepBand> read(const DeepBandRows& rows,
                                        const DD::Image::ChannelSet& wanted);
 
