@@ -34,6 +34,83 @@ struct dvDeepSourceRow {
 /// takes part. May be empty.
 dvColumns deepColumns(const dvSplatFrame& frame, int left, int right);
 
+/// Hands the records of a source row to `sink`, column by column, nearest sample first, and after
+/// each column's the background: the values of `channels` by pixel(number), then splat(source).
+///
+/// `columns` are those that are splatted; of them only those whose nearest column of the format is
+/// among `held`, the columns that the row holds, take part.
+class dvDeepSources {
+ public:
+  dvDeepSources(const std::vector<dvDeepChannel>& channels, const dvDeepBlur& background,
+                int formatWidth, const dvColumns& columns, const dvColumns& held)
+      : channels_(channels),
+        background_(background),
+        formatWidth_(formatWidth),
+        columns_(columns),
+        held_(held) {}
+
+  template <typename Sink>
+  void addRow(const dvDeepSourceRow& row, Sink& sink) const {
+    for (int x = columns_.left; x < columns_.right; ++x) {
+      const int clampedX = clampedColumn(x, formatWidth_);
+      if (clampedX >= held_.left && clampedX < held_.right) addPixel(row, x, clampedX, sink);
+    }
+  }
+
+ private:
+  template <typename Sink>
+  void addPixel(const dvDeepSourceRow& row, int x, int clampedX, Sink& sink) const {
+    dvSplatSource source;
+    source.clampedX = clampedX;
+    source.clampedY = row.clampedY;
+    source.x = x;
+    source.y = row.y;
+    const auto pixel = static_cast<std::size_t>(clampedX - row.recordsLeft);
+    const std::size_t end = row.records->recordsEnd(pixel);
+    for (std::size_t i = row.records->recordsBegin(pixel); i < end; ++i)
+      addRecord(row, i, source, sink);
+    const float background = row.records->background(pixel);
+    if (background != 0.0F) addBackground(source, background, sink);
+  }
+
+  template <typename Sink>
+  void addRecord(const dvDeepSourceRow& row, std::size_t record, dvSplatSource source,
+                 Sink& sink) const {
+    const dvDeepRecord& sample = row.records->record(record);
+    const float* values = row.records->values(record);
+    for (std::size_t c = 0; c < channels_.size(); ++c) {
+      const dvDeepChannel& channel = channels_[c];
+      sink.pixel(channel.number) = channel.place == dvDeepChannel::flat
+                                       ? row.flat[c][source.clampedX]
+                                       : values[channel.place];
+    }
+    source.coc = splattedCoc(sample.coc, matteValue(row.defocusMatte, source.x));
+    source.slice = sample.slice;
+    source.weight = sample.weight;
+    source.bloomMatte = matteValue(row.bloomMatte, source.x);
+    source.chromaticMatte = matteValue(row.chromaticMatte, source.x);
+    sink.splat(source);
+  }
+
+  template <typename Sink>
+  void addBackground(dvSplatSource source, float weight, Sink& sink) const {
+    for (const dvDeepChannel& channel : channels_)
+      sink.pixel(channel.number) = 0.0F;
+    source.coc = splattedCoc(background_.coc, 1.0F);
+    source.slice = background_.slice;
+    source.weight = weight;
+    source.bloomMatte = 0.0F;
+    source.chromaticMatte = 1.0F;
+    sink.splat(source);
+  }
+
+  std::vector<dvDeepChannel> channels_;
+  dvDeepBlur background_;
+  int formatWidth_;
+  dvColumns columns_;
+  dvColumns held_;
+};
+
 /// Makes one output row: hand over every source row from y - padding to y + padding in ascending
 /// order, then composite each channel.
 class dvDeepDefocus {
@@ -53,14 +130,9 @@ class dvDeepDefocus {
   void composite(std::size_t channelPlace, float* out) { splatter_.composite(channelPlace, out); }
 
  private:
-  void splatPixel(const dvDeepSourceRow& row, int x, int clampedX);
-  void splatRecord(const dvDeepSourceRow& row, std::size_t record, int x, dvSplatSource source);
-  void splatBackground(dvSplatSource source, float weight);
-
-  dvDeepBlur background_;
   dvColumns deepColumns_;
-  std::vector<dvDeepChannel> channels_;
   dvRowSplatter splatter_;
+  dvDeepSources sources_;
 };
 
 }  // namespace drevin

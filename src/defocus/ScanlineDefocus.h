@@ -26,6 +26,33 @@ struct dvSourceRow {
   const float* chromaticMatte = nullptr;  ///< as bloomMatte
 };
 
+/// Hands the pixels of a source row to `sink`, column by column: for each that the focus output
+/// shows, the values of the sink's channels by pixel(number), then splat(source).
+///
+/// `columns` are those that are splatted; the depth is read at the nearest column of the format.
+template <typename Sink>
+void addFlatSources(const dvSourceRow& row, const dvBlurSettings& settings, int formatWidth,
+                    const dvColumns& columns, Sink& sink) {
+  const std::vector<int>& channels = sink.channels();
+  dvSplatSource source;
+  source.clampedY = row.clampedY;
+  source.y = row.y;
+  for (int x = columns.left; x < columns.right; ++x) {
+    source.clampedX = clampedColumn(x, formatWidth);
+    const dvBlurRecord record =
+        blurRecord(row.depth[source.clampedX], matteValue(row.defocusMatte, x), settings);
+    if (!record.splatted) continue;
+    for (std::size_t i = 0; i < channels.size(); ++i)
+      sink.pixel(channels[i]) = row.colour[i][x];
+    source.x = x;
+    source.coc = record.coc;
+    source.slice = record.slice;
+    source.bloomMatte = matteValue(row.bloomMatte, x);
+    source.chromaticMatte = matteValue(row.chromaticMatte, x);
+    sink.splat(source);
+  }
+}
+
 /// Makes one output row: hand over every source row from y - padding to y + padding in ascending
 /// order, then composite each channel.
 class dvScanlineDefocus {
@@ -47,8 +74,6 @@ class dvScanlineDefocus {
   void composite(std::size_t channelPlace, float* out) { splatter_.composite(channelPlace, out); }
 
  private:
-  void splatPixel(const dvSourceRow& row, int x);
-
   const dvDefocusSettings& settings_;
   dvRowSplatter splatter_;
 };

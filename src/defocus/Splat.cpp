@@ -1,30 +1,14 @@
 #include "defocus/Splat.h"
 
 #include <algorithm>
-#include <cmath>
 #include <cstddef>
+#include <cstdlib>
+
+#include "defocus/KernelPair.h"
 
 namespace drevin {
 
 namespace {
-
-/// The bank entries whose mean size is the blur, and their shares.
-struct KernelPair {
-  std::size_t index[2];
-  float share[2];
-  int count;
-};
-
-KernelPair kernelPair(float coc, const dvKernelBank& bank) {
-  const float floored = std::floor(coc);
-  const std::size_t last = bank.size() - 1;
-  if (!(floored >= 0.0F && floored < static_cast<float>(bank.size()))) {
-    return {{last, last}, {1.0F, 0.0F}, 1};
-  }
-  const auto k = static_cast<std::size_t>(floored);
-  const float first = 1.0F - (coc - static_cast<float>(bank[k].width)) * 0.5F;
-  return {{k, std::min(k + 2, last)}, {first, 1.0F - first}, 2};
-}
 
 /// Columns of a kernel row that fall into the output span.
 struct Overlap {
@@ -99,7 +83,7 @@ class PixelSplat {
 
 /// Without chromatic shift a row out of reach of the larger kernel is out of reach of everything.
 bool rowOutOfReach(const dvSplatSettings& settings, const dvKernelBank& bank,
-                   const KernelPair& pair, const dvOutputSpan& out, const dvSplatSource& source) {
+                   const dvKernelPair& pair, const dvOutputSpan& out, const dvSplatSource& source) {
   if (settings.chromatic.amount != 0.0F) return false;
   const int reach = std::max(bank[pair.index[0]].centre, bank[pair.index[1]].centre);
   return !reaches(source.x, source.y, reach, out);
@@ -111,16 +95,14 @@ void convole(const dvSplatSettings& settings, const dvKernelBank& bank, const dv
              const dvSplatSource& source, const std::vector<int>& channels,
              dvAccumulatorRows& colour, dvAccumulatorRows& weight) {
   if (bank.empty() || source.slice >= colour.size() || source.slice >= weight.size()) return;
-  const KernelPair pair = kernelPair(source.coc, bank);
+  const dvKernelPair pair = kernelPair(source.coc, bank);
   if (rowOutOfReach(settings, bank, pair, out, source)) return;
   const PixelSplat splat(settings, out, source);
   const auto slice = static_cast<std::size_t>(source.slice);
   for (int pass = 0; pass < pair.count; ++pass) {
     const float share = pair.share[pass] * source.weight;
     if (share <= 0.0F) continue;
-    // Entries 0 and 1 are both 1 x 1; the first is never read.
-    const std::size_t index = pair.index[pass] == 0 ? 1 : pair.index[pass];
-    const dvChannelFloatBuffer& kernel = bank[std::min(index, bank.size() - 1)];
+    const dvChannelFloatBuffer& kernel = bank[pair.index[pass]];
     for (const int channel : channels) {
       const auto c = static_cast<std::size_t>(channel);
       splat.addChannel(kernel, channel, share, colour[slice][c], weight[slice][c]);
