@@ -14,11 +14,21 @@ namespace drevin {
 /// either end.
 constexpr int dvKernelPad = 32;
 
-/// Columns [begin, end) of a kernel row in which every value has the same bits; the longest such
-/// stretch, empty (begin == end) where none is worth knowing.
+/// Columns [begin, end) of a kernel row that share one non-zero value, bit for bit; the longest
+/// such stretch, empty (begin == end) in a row of zeros.
 struct dvConstantStretch {
   int begin = 0;
   int end = 0;
+};
+
+/// A kernel row seen from its splat: columns are counted from the centre, negative to the left.
+struct dvKernelRow {
+  std::ptrdiff_t centre = 0;  ///< place of the centre column's value in dvKernelTable::values()
+  int begin = 0;              ///< all values outside [begin, end) are zero
+  int end = 0;                ///< far below `begin` in a row of zeros
+  int constantBegin = 0;      ///< the longest stretch of one value; endless in a row of zeros, so
+  int constantEnd = 0;        ///< that it leaves that of another row as it is
+  float constantValue = 0.0F;
 };
 
 class dvKernelTable {
@@ -35,26 +45,38 @@ class dvKernelTable {
   /// Row r of the kernel, 0 to 2 * radius: 2 * radius + 1 values from index 0, dvKernelPad zeros
   /// before and after them.
   const float* row(int radius, int r) const {
-    const Kernel& kernel = kernels_[static_cast<std::size_t>(radius)];
-    return kernel.values.data() + static_cast<std::ptrdiff_t>(r) * kernel.stride + dvKernelPad;
+    return values_.data() + rowBegin(kernels_[static_cast<std::size_t>(radius)], radius, r);
   }
-  const dvConstantStretch& constant(int radius, int r) const {
-    return kernels_[static_cast<std::size_t>(radius)].constant[static_cast<std::size_t>(r)];
+  dvConstantStretch constant(int radius, int r) const;
+
+  /// The rows that splats of all radii, 0 to the largest, put `dy` rows above their centres, by
+  /// radius: row radius - dy of each kernel, and a row of zeros where a kernel does not reach so
+  /// far. dy from -largestRadius() to largestRadius(); the table must not be empty.
+  const dvKernelRow* rowsAt(int dy) const {
+    return rows_.data() + static_cast<std::ptrdiff_t>(dy + largestRadius()) * (largestRadius() + 1);
   }
+  /// A row of zeros that may be read wherever a row of the largest radius may.
+  const dvKernelRow& zeroRow() const { return zeroRow_; }
+  /// What the places in the rows count in.
+  const float* values() const { return values_.data(); }
 
   /// True if both tables hold the same bits.
   bool operator==(const dvKernelTable& other) const;
 
  private:
-  struct Kernel {
-    std::ptrdiff_t stride = 0;  ///< floats from row to row
-    std::vector<float> values;
-    std::vector<dvConstantStretch> constant;  ///< by row
-  };
+  /// Place of the first value of row 0; rows share the zeros between them.
+  using Kernel = std::ptrdiff_t;
 
-  static Kernel paddedKernel(const dvChannelFloatBuffer& entry, const float* plane);
+  static std::ptrdiff_t rowBegin(Kernel kernel, int radius, int r) {
+    return kernel + static_cast<std::ptrdiff_t>(r) * (2 * radius + 1 + dvKernelPad);
+  }
+  void append(const dvChannelFloatBuffer& entry, const float* plane);
+  void describeRows();
 
-  std::vector<Kernel> kernels_;  ///< by radius
+  std::vector<float> values_;
+  std::vector<Kernel> kernels_;    ///< by radius
+  std::vector<dvKernelRow> rows_;  ///< by dy, then by radius
+  dvKernelRow zeroRow_;
 };
 
 }  // namespace drevin

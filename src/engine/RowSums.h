@@ -1,0 +1,104 @@
+#pragma once
+
+/// The sums of one output row: splats of many source rows added kernel row by kernel row.
+
+#include <cstddef>
+#include <cstdint>
+#include <vector>
+
+#include "engine/KernelTable.h"
+#include "engine/RowCode.h"
+#include "engine/RowSplat.h"
+#include "engine/SplatRecords.h"
+
+namespace drevin {
+
+/// How splats are added.
+///
+///   Dense     every column of a kernel row
+///   Rims      a kernel row's constant stretch, as far as it fills whole cells, only by the places
+///             where it begins and ends; the rest like Dense
+///   Quickest  of each splat the one that is expected to take less time
+enum class dvRowShape { Quickest, Dense, Rims };
+
+/// Sums of `channels` value planes and one weight plane over the columns [left, right) of a row.
+///
+///   sum[p](c) = sum over splats of K(c) * values[p],   weight(c) = sum over splats of K(c)
+///
+///   K(c) = near * K_radius(dy, c - x) + far * K_radius+1(dy, c - x)
+///
+/// Products are added in single precision; every few source rows these sums are emptied into sums
+/// in double, so that their error does not grow with the number of splats. The constant stretches
+/// of Rims are added in double from the start, as differences that are summed up from the left.
+///
+/// A column that no kernel reaches with a value other than zero is exactly 0. Where the constant
+/// stretch of some splat lies, a value plane to which all splats there add 0 may be left with
+/// about 1e-16 of what splats to the left of it had added.
+///
+/// For one thread at a time. The instruction set is that of simdLevel() at construction; on it
+/// depends how products are rounded, and nothing else.
+/// Tests: RowSums_test.cpp
+class dvRowSums {
+ public:
+  /// channels >= 1; right <= left gives a row without columns.
+  dvRowSums(int channels, int left, int right, dvRowShape shape = dvRowShape::Quickest);
+
+  int left() const { return left_; }
+  int right() const { return right_; }
+
+  /// Back to sums of zero.
+  void clear();
+  /// Adds the records [begin, end) of a source row. `dy` is the output row less the row of the
+  /// centres. Radii are within the table: that of the kernel of every share that is not 0.
+  void add(const dvSplatRow& row, std::size_t begin, std::size_t end, int dy,
+           const dvKernelTable& kernels);
+  /// Call after each source row.
+  void endSourceRow();
+  /// Call after the last source row and before reading.
+  void finish();
+
+  /// Writes right - left sums of a plane: 0 to channels - 1 the values, `channels` the weight.
+  void store(int plane, float* out) const;
+  void store(int plane, double* out) const;
+
+ private:
+  struct alignas(64) FloatCell {
+    float columns[dvCellColumns] = {};
+  };
+  struct alignas(64) DoubleCell {
+    double columns[dvCellColumns] = {};
+  };
+
+  static constexpr int batchSize = 128;
+
+  /// Takes up to a batch of records from `begin` on, which it moves, and gives how many of them
+  /// reach `distance` rows.
+  int selectReaching(const dvSplatRow& row, std::size_t& begin, std::size_t end, int distance);
+  void prepare(const dvSplatRow& row, int selected, int dy, const dvKernelTable& kernels);
+  bool place(int x, const dvKernelRow& near, const dvKernelRow& far, dvRowSplat& splat) const;
+  void addBatch();
+  void emptyTouched();
+  void addInnerParts();
+  template <typename Value>
+  void storeAs(int plane, Value* out) const;
+
+  int channels_;
+  int left_;
+  int right_;
+  int cells_;
+  int leastInner_;  ///< columns from which an inner part is worth its trouble
+  const dvRowCode* code_;
+
+  std::vector<FloatCell> sums_;     ///< by cell and plane, since they were last emptied
+  std::vector<DoubleCell> totals_;  ///< likewise, of what was emptied
+  std::vector<double> edges_;       ///< by cell, cells_ + 1
+  dvCellSpan touched_;              ///< where sums_ may not be 0
+  bool edgesTouched_ = false;
+  int sourceRows_ = 0;  ///< since the sums were last emptied
+
+  std::uint32_t selected_[batchSize];
+  dvRowSplat splats_[batchSize];
+  int splatCount_ = 0;
+};
+
+}  // namespace drevin
