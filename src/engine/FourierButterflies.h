@@ -1,0 +1,251 @@
+#pragma once
+
+/// Discrete Fourier transforms of a handful of values in registers; for FourierPasses.cpp, which is
+/// compiled once for each instruction set.
+///
+///   X[k] = sum over n of  x[n] * exp(-2 pi i n k / R)
+
+namespace drevin {
+namespace DREVIN_SIMD_LEVEL {
+namespace {
+
+#define DREVIN_INLINE inline __attribute__((always_inline))
+
+#if defined(__AVX512F__)
+constexpr int width = 16;
+#elif defined(__AVX2__)
+constexpr int width = 8;
+#else
+constexpr int width = 4;
+#endif
+
+// NOLINTNEXTLINE(modernize-use-using): the attributes of a vector need a typedef.
+typedef float Vector __attribute__((vector_size(width * sizeof(float)), may_alias));
+
+struct Complex {
+  Vector re;
+  Vector im;
+};
+
+DREVIN_INLINE Complex operator+(const Complex& a, const Complex& b) {
+  return {a.re + b.re, a.im + b.im};
+}
+DREVIN_INLINE Complex operator-(const Complex& a, const Complex& b) {
+  return {a.re - b.re, a.im - b.im};
+}
+DREVIN_INLINE Complex operator*(const Complex& a, float factor) {
+  return {a.re * factor, a.im * factor};
+}
+DREVIN_INLINE Complex multiplied(const Complex& a, float re, float im) {
+  return {a.re * re - a.im * im, a.im * re + a.re * im};
+}
+/// a - i b and a + i b
+DREVIN_INLINE Complex minusTurned(const Complex& a, const Complex& b) {
+  return {a.re + b.im, a.im - b.re};
+}
+DREVIN_INLINE Complex plusTurned(const Complex& a, const Complex& b) {
+  return {a.re - b.im, a.im + b.re};
+}
+
+template <int Value>
+struct Index {
+  static constexpr int value = Value;
+};
+
+/// body(Index<Begin>) to body(Index<End - 1>): places in arrays stay known, arrays in registers.
+template <int Begin, int End, class Body>
+DREVIN_INLINE void unrolled(Body body) {
+  if constexpr (Begin < End) {
+    body(Index<Begin>{});
+    unrolled<Begin + 1, End>(body);
+  }
+}
+
+/// Series about 0 to full precision for |x| <= 2 pi.
+constexpr double sineOrCosine(double x, bool cosine) {
+  double term = cosine ? 1.0 : x;
+  double sum = term;
+  for (int n = cosine ? 1 : 2; n < 60; n += 2) {
+    term *= -x * x / (static_cast<double>(n) * static_cast<double>(n + 1));
+    sum += term;
+  }
+  return sum;
+}
+
+/// exp(-2 pi i power / order) = re + i im, from an angle of at most pi.
+template <int Order, int Power>
+struct Root {
+  static constexpr int nearest = 2 * Power > Order ? Power - Order : Power;
+  static constexpr double angle = 2.0 * 3.14159265358979323846 * nearest / Order;
+  static constexpr float re = static_cast<float>(sineOrCosine(angle, true));
+  static constexpr float im = static_cast<float>(-sineOrCosine(angle, false));
+};
+
+/// z * exp(-2 pi i power / order)
+template <int Order, int Power>
+DREVIN_INLINE Complex rotated(const Complex& z) {
+  constexpr int power = Power % Order;
+  using Factor = Root<Order, power>;
+  if constexpr (power == 0) {
+    return z;
+  } else if constexpr (4 * power == Order) {
+    return {z.im, -z.re};
+  } else if constexpr (2 * power == Order) {
+    return {-z.re, -z.im};
+  } else if constexpr (4 * power == 3 * Order) {
+    return {-z.im, z.re};
+  } else if constexpr (8 * power == Order) {
+    return Complex{z.re + z.im, z.im - z.re} * Factor::re;
+  } else if constexpr (8 * power == 3 * Order) {
+    return Complex{z.re - z.im, z.re + z.im} * Factor::re;
+  } else {
+    return multiplied(z, Factor::re, Factor::im);
+  }
+}
+
+constexpr int greatestDivisor(int a, int b) {
+  return b == 0 ? a : greatestDivisor(b, a % b);
+}
+
+/// The number below p * q that leaves the remainders a and b; p and q have no common divisor.
+constexpr int fromRemainders(int a, int p, int b, int q) {
+  int n = a;
+  while (n % q != b)
+    n += p;
+  return n;
+}
+
+/// Radices are split into P groups of Q; sides without common divisor need no rotation between.
+template <int P, int Q>
+struct Split {
+  static constexpr bool coprime = greatestDivisor(P, Q) == 1;
+  static constexpr int input(int p, int q) {
+    return coprime ? (Q * p + P * q) % (P * Q) : Q * p + q;
+  }
+  static constexpr int rotation(int p, int q) { return coprime ? 0 : p * q; }
+  static constexpr int output(int p, int q) {
+    return coprime ? fromRemainders(p, P, q, Q) : p + P * q;
+  }
+};
+
+template <int Radix>
+struct Factors;
+template <>
+struct Factors<6> : Split<2, 3> {
+  static constexpr int p = 2, q = 3;
+};
+template <>
+struct Factors<8> : Split<2, 4> {
+  static constexpr int p = 2, q = 4;
+};
+template <>
+struct Factors<9> : Split<3, 3> {
+  static constexpr int p = 3, q = 3;
+};
+template <>
+struct Factors<10> : Split<2, 5> {
+  static constexpr int p = 2, q = 5;
+};
+template <>
+struct Factors<12> : Split<4, 3> {
+  static constexpr int p = 4, q = 3;
+};
+template <>
+struct Factors<15> : Split<3, 5> {
+  static constexpr int p = 3, q = 5;
+};
+template <>
+struct Factors<16> : Split<4, 4> {
+  static constexpr int p = 4, q = 4;
+};
+
+/// In place.
+template <int Radix>
+DREVIN_INLINE void butterfly(Complex* z);
+
+template <>
+DREVIN_INLINE void butterfly<2>(Complex* z) {
+  const Complex difference = z[0] - z[1];
+  z[0] = z[0] + z[1];
+  z[1] = difference;
+}
+
+template <>
+DREVIN_INLINE void butterfly<3>(Complex* z) {
+  const Complex sum = z[1] + z[2];
+  const Complex turn = (z[1] - z[2]) * -Root<3, 1>::im;
+  const Complex middle = z[0] + sum * Root<3, 1>::re;
+  z[0] = z[0] + sum;
+  z[1] = minusTurned(middle, turn);
+  z[2] = plusTurned(middle, turn);
+}
+
+template <>
+DREVIN_INLINE void butterfly<4>(Complex* z) {
+  const Complex even = z[0] + z[2];
+  const Complex odd = z[1] + z[3];
+  const Complex evenTurn = z[0] - z[2];
+  const Complex oddTurn = z[1] - z[3];
+  z[0] = even + odd;
+  z[2] = even - odd;
+  z[1] = minusTurned(evenTurn, oddTurn);
+  z[3] = plusTurned(evenTurn, oddTurn);
+}
+
+template <>
+DREVIN_INLINE void butterfly<5>(Complex* z) {
+  using Near = Root<5, 1>;
+  using Far = Root<5, 2>;
+  const Complex near = z[1] + z[4];
+  const Complex far = z[2] + z[3];
+  const Complex nearTurn = z[1] - z[4];
+  const Complex farTurn = z[2] - z[3];
+  const Complex a = z[0] + near * Near::re + far * Far::re;
+  const Complex b = z[0] + near * Far::re + far * Near::re;
+  const Complex aTurn = nearTurn * -Near::im + farTurn * -Far::im;
+  const Complex bTurn = nearTurn * -Far::im - farTurn * -Near::im;
+  z[0] = z[0] + near + far;
+  z[1] = minusTurned(a, aTurn);
+  z[4] = plusTurned(a, aTurn);
+  z[2] = minusTurned(b, bTurn);
+  z[3] = plusTurned(b, bTurn);
+}
+
+template <int Radix>
+DREVIN_INLINE void butterfly(Complex* z) {
+  using F = Factors<Radix>;
+  constexpr int P = F::p;
+  constexpr int Q = F::q;
+  Complex grid[Q][P];
+  unrolled<0, Q>([&](auto q) __attribute__((always_inline)) {
+    unrolled<0, P>([&](auto p) __attribute__((always_inline)) {
+      grid[q.value][p.value] = z[F::input(p.value, q.value)];
+    });
+    butterfly<P>(grid[q.value]);
+  });
+  unrolled<0, P>([&](auto p) __attribute__((always_inline)) {
+    Complex line[Q];
+    unrolled<0, Q>([&](auto q) __attribute__((always_inline)) {
+      line[q.value] = rotated<Radix, F::rotation(p.value, q.value)>(grid[q.value][p.value]);
+    });
+    butterfly<Q>(line);
+    unrolled<0, Q>([&](auto q) __attribute__((always_inline)) {
+      z[F::output(p.value, q.value)] = line[q.value];
+    });
+  });
+}
+
+/// X of which only the first `Known` of the x are not zero, for few of them.
+template <int Radix, int Known>
+DREVIN_INLINE void butterflyOfFew(const Complex* x, Complex* z) {
+  unrolled<0, Radix>([&](auto k) __attribute__((always_inline)) {
+    z[k.value] = x[0];
+    unrolled<1, Known>([&](auto n) __attribute__((always_inline)) {
+      z[k.value] = z[k.value] + rotated<Radix, n.value * k.value>(x[n.value]);
+    });
+  });
+}
+
+}  // namespace
+}  // namespace DREVIN_SIMD_LEVEL
+}  // namespace drevin
