@@ -54,8 +54,14 @@ dvDeepSamples samplesOf(const std::uint8_t* bytes, std::size_t count) {
   return samples;
 }
 
+std::uint32_t bitsOf(float depth) {
+  std::uint32_t bits = 0;
+  std::memcpy(&bits, &depth, sizeof bits);
+  return bits;
+}
+
 bool sameBits(float a, float b) {
-  return std::memcmp(&a, &b, sizeof a) == 0;
+  return bitsOf(a) == bitsOf(b);
 }
 
 float placeOf(float depth) {

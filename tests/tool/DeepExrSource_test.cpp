@@ -40,6 +40,7 @@ Values samplesOf(DeepExrSource& source, int x, int y, const std::vector<Channel>
   Values samples;
   for (std::size_t i = 0; i < row.counts.at(0); ++i) {
     std::vector<float> sample;
+    sample.reserve(channels.size());
     for (const Channel channel : channels)
       sample.push_back(
           row.values.at(i * map.size() + static_cast<std::size_t>(map.chanNo(channel))));
@@ -66,7 +67,7 @@ class DeepSource : public ::testing::Test {
       open(parts, name, view);
     } catch (const ToolError& error) {
       EXPECT_EQ(error.code(), ExitCode::InputUnreadable);
-      const std::string line = error.what();
+      std::string line = error.what();
       EXPECT_EQ(line.find('\n'), std::string::npos) << line;
       EXPECT_NE(line.find(path_), std::string::npos) << line;
       return line;
@@ -380,6 +381,7 @@ TEST_F(DeepSource, manyThreads_readTheSameAndEachBandOnce) {
     DeepExrSource& source = open(fixture);
     std::vector<embedded::DeepRow> rows(200);
     std::vector<std::thread> threads;
+    threads.reserve(4);
     for (int thread = 0; thread < 4; ++thread) {
       threads.emplace_back([&source, &rows, thread] {
         for (int y = thread; y < 200; y += 4)

@@ -27,9 +27,12 @@ Box boxOf(const ExrWindow& data, const ExrWindow& display) {
 
 // What of the header still holds for a flat picture of other channels.
 std::shared_ptr<const HeaderAttributes> flatAttributes(const Imf::Header& header, bool multiPart) {
-  auto attributes = std::make_shared<HeaderAttributes>(HeaderAttributes{header, multiPart});
-  for (const char* name : {"deepImageState", "idManifest"}) {
-    if (attributes->header.find(name) != attributes->header.end()) attributes->header.erase(name);
+  auto attributes = std::make_shared<HeaderAttributes>();
+  attributes->multiPart = multiPart;
+  for (auto it = header.begin(); it != header.end(); ++it) {
+    const std::string name = it.name();
+    if (name == "deepImageState" || name == "idManifest") continue;
+    attributes->header.insert(name, it.attribute());
   }
   return attributes;
 }
