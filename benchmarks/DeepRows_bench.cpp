@@ -78,7 +78,7 @@ class DeepNode {
   double mergesPerPixel() const {
     const auto& drevin = dynamic_cast<const drevin::Drevin&>(node_->op());
     // The last column of an image takes no part.
-    return static_cast<double>(drevin.deepPicture().mergedPixels()) / ((width - 1) * height);
+    return static_cast<double>(drevin.mergedPixels()) / ((width - 1) * height);
   }
 
  private:

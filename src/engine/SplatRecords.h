@@ -32,15 +32,4 @@ struct dvSplatRow {
   std::size_t end(std::size_t slice) const { return sliceBegin[slice + 1]; }
 };
 
-/// The splats of a frame for channels that share kernels and places.
-struct dvSplatField {
-  int channels = 0;  ///< values that a record has
-  int slices = 1;
-  int bottom = 0;                ///< row of the centres in rows[0]
-  std::vector<dvSplatRow> rows;  ///< ascending
-
-  int top() const { return bottom + static_cast<int>(rows.size()); }
-  const dvSplatRow& row(int y) const { return rows[static_cast<std::size_t>(y - bottom)]; }
-};
-
 }  // namespace drevin

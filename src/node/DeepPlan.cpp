@@ -8,7 +8,6 @@
 namespace drevin {
 
 using DD::Image::Box;
-using DD::Image::Chan_Black;
 using DD::Image::Channel;
 using DD::Image::ChannelSet;
 using DD::Image::DeepPlane;
@@ -23,10 +22,6 @@ std::unique_ptr<Row> readRow(DD::Image::Iop& from, int y, const dvColumns& colum
   return row;
 }
 
-const float* matteRow(const Row& mattes, Channel channel) {
-  return channel == Chan_Black ? nullptr : mattes[channel];
-}
-
 }  // namespace
 
 dvDeepLine::dvDeepLine(const dvDeepPlan& plan, int y)
@@ -37,7 +32,11 @@ dvDeepLine::dvDeepLine(const dvDeepPlan& plan, int y)
   readRecords(plan);
   if (!hasSamples()) return;
   readFlat(plan);
-  if (plan.mattes != nullptr) readMattes(plan);
+  const int reach = plan.frame.padding;
+  mattes_ = dvMatteRows(plan.mattes, y, {plan.left - reach, plan.right + reach});
+  source_.bloomMatte = mattes_.bloom();
+  source_.defocusMatte = mattes_.defocus();
+  source_.chromaticMatte = mattes_.chromatic();
 }
 
 void dvDeepLine::readFlat(const dvDeepPlan& plan) {
@@ -48,15 +47,6 @@ void dvDeepLine::readFlat(const dvDeepPlan& plan) {
     const bool flat = channel.place == dvDeepChannel::flat;
     source_.flat.push_back(flat ? (*flat_)[static_cast<Channel>(channel.number)] : nullptr);
   }
-}
-
-void dvDeepLine::readMattes(const dvDeepPlan& plan) {
-  const int reach = plan.frame.padding;
-  const dvColumns columns{plan.left - reach, plan.right + reach};
-  mattes_ = readRow(*plan.mattes, source_.clampedY, columns, plan.mattesRead);
-  source_.bloomMatte = matteRow(*mattes_, plan.matteChannels.bloom);
-  source_.defocusMatte = matteRow(*mattes_, plan.matteChannels.defocus);
-  source_.chromaticMatte = matteRow(*mattes_, plan.matteChannels.chromatic);
 }
 
 void dvDeepLine::readRecords(const dvDeepPlan& plan) {
@@ -94,6 +84,16 @@ dvDeepSourceRow dvDeepLine::source(int sourceY, std::size_t mode) const {
   row.y = sourceY;
   row.records = &records_[mode];
   return row;
+}
+
+dvSplatLine splatLine(const dvDeepPlan& plan, const dvDeepLine& line, int sourceY, std::size_t mode,
+                      const dvLineSettings& settings) {
+  const dvColumns columns{plan.left - plan.frame.padding, plan.right + plan.frame.padding};
+  const dvDeepSources sources(plan.channels, plan.background, plan.frame.formatWidth, columns,
+                              deepColumns(plan.frame, plan.left, plan.right));
+  dvSplatLineMaker maker(settings, sourceY);
+  sources.addRow(line.source(sourceY, mode), maker);
+  return maker.line();
 }
 
 bool makeDeepRow(const dvDeepPlan& plan, std::size_t mode, int y, const dvDeepLineAt& lineAt,

@@ -2,6 +2,7 @@
 
 /// What the rows of a deep defocus have in common, and the source rows that they are made of.
 
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <vector>
@@ -10,23 +11,16 @@
 #include "DDImage/Iop.h"
 #include "DDImage/Row.h"
 #include "deep/DeepDefocus.h"
+#include "engine/SplatLine.h"
+#include "node/MatteRows.h"
 
 namespace drevin {
-
-/// The matte channels that are in use; Chan_Black for those that are not.
-struct dvMatteChannels {
-  DD::Image::Channel bloom = DD::Image::Chan_Black;
-  DD::Image::Channel defocus = DD::Image::Chan_Black;
-  DD::Image::Channel chromatic = DD::Image::Chan_Black;
-};
 
 /// Everything that the rows of one deep defocus read; fixed while they are made.
 struct dvDeepPlan {
   DD::Image::Iop* image = nullptr;    ///< the flat picture
-  DD::Image::Iop* mattes = nullptr;   ///< null if no matte is in use
   DD::Image::DeepOp* deep = nullptr;  ///< null: nothing is splatted
-  dvMatteChannels matteChannels;
-  DD::Image::ChannelSet mattesRead;   ///< of the mattes
+  dvMattes mattes;
   DD::Image::ChannelSet samplesRead;  ///< of the deep samples
   DD::Image::ChannelSet flatRead;     ///< of the flat picture: what the samples lack
   dvDeepLayout layout;                ///< of samplesRead
@@ -50,14 +44,13 @@ class dvDeepLine {
   /// True if the samples could be read; else the row contributes nothing.
   bool hasSamples() const { return !records_.empty(); }
   /// How many pixels went through the merge.
-  std::size_t mergedPixels() const { return mergedPixels_; }
+  std::uint64_t mergedPixels() const { return mergedPixels_; }
   /// This row as seen from source row `sourceY`, for a mode of the plan.
   dvDeepSourceRow source(int sourceY, std::size_t mode) const;
 
  private:
   void readRecords(const dvDeepPlan& plan);
   void readFlat(const dvDeepPlan& plan);
-  void readMattes(const dvDeepPlan& plan);
   void addPixel(const dvDeepPlan& plan, const dvDeepSamples& samples,
                 std::vector<dvDeepPiece>& pieces);
 
@@ -66,10 +59,14 @@ class dvDeepLine {
   dvDeepSourceRow source_;
   dvColumns columns_;  ///< of the records and the flat values
   std::vector<dvDeepRecordRow> records_;
-  std::size_t mergedPixels_ = 0;
+  std::uint64_t mergedPixels_ = 0;
   std::unique_ptr<DD::Image::Row> flat_;
-  std::unique_ptr<DD::Image::Row> mattes_;
+  dvMatteRows mattes_;
 };
+
+/// The splats of source row `sourceY`, which shows the line, for a mode of the plan.
+dvSplatLine splatLine(const dvDeepPlan& plan, const dvDeepLine& line, int sourceY, std::size_t mode,
+                      const dvLineSettings& settings);
 
 /// The line of a row of the format; null if it is not to be had.
 using dvDeepLineAt = std::function<const dvDeepLine*(int y)>;

@@ -105,29 +105,11 @@ dvDeepPlan Drevin::deepPlan(int left, int right, const ChannelSet& channels,
   if (plan.deep != nullptr) plan.samplesRead = samplesFor(channels, *plan.deep);
   plan.layout = deepLayout(plan.samplesRead);
   planChannels(channels, plan);
-  if (!matteChannels_.empty()) plan.mattes = input(dvInput::mattes);
-  plan.mattesRead = matteChannels_;
-  if (bloomMatteUsed_) plan.matteChannels.bloom = settings_.bloomMatteChannel;
-  if (defocusMatteUsed_) plan.matteChannels.defocus = settings_.defocusMatteChannel;
-  if (chromaticMatteUsed_) {
-    plan.matteChannels.chromatic = settings_.chromaticAberrationMatteChannel;
-  }
+  plan.mattes = mattes();
   for (const dvDeepMode mode : modes)
     plan.modes.push_back(deepSettings(mode));
   plan.background = deepBlur(dvInfinitelyFar, deepSettings(dvDeepMode::Both));
   return plan;
-}
-
-void Drevin::makeDeepPicture() {
-  deepPicture_.clear();
-  if (!settings_.deepInput || kernelBank_.empty() || aborted()) return;
-  ChannelSet processed(requestedChannels_);
-  processed &= kernelChannels_;
-  Box box(requestedBox_);
-  box.intersect(info_);
-  progressMessage("Deep defocus");
-  deepPicture_.make(deepPlan(box.x(), box.r(), processed, deepModes()), box,
-                    [this](double done) { progressFraction(done); });
 }
 
 void Drevin::deepDefocus(int y, int x, int r, const ChannelSet& channels, Row& out, int mode) {
@@ -136,12 +118,12 @@ void Drevin::deepDefocus(int y, int x, int r, const ChannelSet& channels, Row& o
   processed &= kernelChannels_;
   if (processed.empty() || kernelBank_.empty()) return;
   const auto wanted = static_cast<dvDeepMode>(mode);
-  if (deepPicture_.has(y, x, r, processed, wanted)) {
-    deepPicture_.copy(y, x, r, processed, wanted, out);
+  if (picture_.has(y, x, r, processed, wanted)) {
+    picture_.copy(y, x, r, processed, wanted, out);
     return;
   }
   const dvDeepPlan plan = deepPlan(x, r, processed, {wanted});
-  // The rows below and above the picture repeat its first and last one, which are read once.
+  // Source rows below and above the picture repeat its first and last one, which are read once.
   std::unique_ptr<dvDeepLine> line;
   int lineY = 0;
   const auto lineAt = [&](int row) {

@@ -132,7 +132,7 @@ const DD::Image::MetaData::Bundle& Drevin::_fetchMetaData(const char* /*key*/) {
 
 void Drevin::_open() {
   initialize();
-  makeDeepPicture();
+  preparePicture();
 }
 
 void Drevin::engine(int y, int x, int r, ChannelMask channels, Row& out) {

@@ -2,6 +2,8 @@
 
 /// The node: a lens defocus from a depth channel, as an operator of the compositing host.
 
+#include <atomic>
+#include <cstdint>
 #include <vector>
 
 #include "DDImage/Hash.h"
@@ -11,13 +13,12 @@
 #include "DDImage/Row.h"
 #include "kernel/KernelBank.h"
 #include "kernel/KernelImage.h"
-#include "node/DeepPicture.h"
+#include "node/DeepPlan.h"
 #include "node/DrevinSettings.h"
+#include "node/FlatPlan.h"
+#include "node/PreparedPicture.h"
 
 namespace drevin {
-
-class dvScanlineDefocus;
-struct dvSplatFrame;
 
 /// Numbers of the node's inputs.
 struct dvInput {
@@ -85,7 +86,7 @@ class Drevin : public DD::Image::Iop {
   // Rows of deep inputs (DeepRows.cpp) ----------------------------------------------------------
 
   /// Deep defocus of columns [x, r) of row y; mode 0 takes all samples, 1 those in front of the
-  /// focal plane, 2 those behind it. From the picture made at opening where it has the row.
+  /// focal plane, 2 those behind it.
   void deepDefocus(int y, int x, int r, const DD::Image::ChannelSet& channels, DD::Image::Row& out,
                    int mode);
   void deepDepthVisualization(int y, int x, int r, const DD::Image::ChannelSet& channels,
@@ -100,7 +101,9 @@ class Drevin : public DD::Image::Iop {
   const DD::Image::ChannelSet& matteChannels() const { return matteChannels_; }
   int padding() const { return padding_; }
   int kernelSize() const { return kernelSize_; }
-  const dvDeepPicture& deepPicture() const { return deepPicture_; }
+  const dvPreparedPicture& picture() const { return picture_; }
+  /// Deep pixels that went through the merge for the picture.
+  std::uint64_t mergedPixels() const { return mergedPixels_; }
 
  protected:
   void _validate(bool for_real) override;
@@ -128,8 +131,10 @@ class Drevin : public DD::Image::Iop {
   template <typename Estimate>
   void scanDeepDepth(Estimate& estimate);
 
+  // Prepared.cpp
+  void preparePicture();
+
   // DeepRows.cpp
-  void makeDeepPicture();
   /// The modes that the settings ask for.
   std::vector<dvDeepMode> deepModes() const;
   dvDeepPlan deepPlan(int left, int right, const DD::Image::ChannelSet& channels,
@@ -142,7 +147,8 @@ class Drevin : public DD::Image::Iop {
 
   // FlatRows.cpp
   dvSplatFrame splatFrame() const;
-  void splatSourceRow(int sy, const DD::Image::ChannelSet& channels, dvScanlineDefocus& defocus);
+  dvMattes mattes() const;
+  dvFlatPlan flatPlan(int left, int right, const DD::Image::ChannelSet& channels);
   void passInputThrough(int y, int x, int r, const DD::Image::ChannelSet& channels,
                         DD::Image::Row& out);
 
@@ -159,7 +165,8 @@ class Drevin : public DD::Image::Iop {
   DD::Image::ChannelSet kernelChannels_;     ///< channels that the kernels were built for
   DD::Image::Box requestedBox_;              ///< of the output, since the last validation
   DD::Image::ChannelSet requestedChannels_;  ///< as requestedBox_
-  dvDeepPicture deepPicture_;
+  dvPreparedPicture picture_;
+  std::atomic<std::uint64_t> mergedPixels_{0};
 };
 
 /// Thread body: builds bank entries threadIndex, threadIndex + threadCount, ... of a Drevin.

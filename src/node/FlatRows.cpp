@@ -1,7 +1,5 @@
 /// Output rows of flat inputs: host rows in, imaging code, host rows out.
 
-#include <algorithm>
-
 #include "defocus/DepthView.h"
 #include "kernel/FilterShapeView.h"
 #include "node/Drevin.h"
@@ -11,48 +9,8 @@ namespace drevin {
 
 using DD::Image::Channel;
 using DD::Image::ChannelSet;
-using DD::Image::Iop;
 using DD::Image::Mask_RGB;
 using DD::Image::Row;
-
-namespace {
-
-/// Host rows of one source row, as the defocus reads them.
-class SourceRow {
- public:
-  explicit SourceRow(const dvScanlineDefocus& defocus)
-      : columns_(defocus.sourceColumns()),
-        depthColumns_(defocus.depthColumns()),
-        colour_(columns_.left, columns_.right),
-        depth_(depthColumns_.left, depthColumns_.right),
-        mattes_(columns_.left, columns_.right) {}
-
-  void readImage(Iop& image, int y, const ChannelSet& channels, Channel depthChannel) {
-    colour_.get(image, y, columns_.left, columns_.right, channels);
-    depth_.get(image, y, depthColumns_.left, depthColumns_.right, ChannelSet(depthChannel));
-    foreach (z, channels)
-      source_.colour.push_back(colour_[z]);
-    source_.depth = depth_[depthChannel];
-  }
-
-  void readMattes(Iop& mattes, int y, const ChannelSet& channels) {
-    mattes_.get(mattes, y, columns_.left, columns_.right, channels);
-  }
-
-  const float* matte(Channel channel) const { return mattes_[channel]; }
-
-  dvSourceRow& source() { return source_; }
-
- private:
-  dvColumns columns_;
-  dvColumns depthColumns_;
-  Row colour_;
-  Row depth_;
-  Row mattes_;
-  dvSourceRow source_;
-};
-
-}  // namespace
 
 void Drevin::passInputThrough(int y, int x, int r, const ChannelSet& channels, Row& out) {
   if (channels.empty()) return;
@@ -61,29 +19,36 @@ void Drevin::passInputThrough(int y, int x, int r, const ChannelSet& channels, R
   out.copy(row, channels, x, r);
 }
 
-void Drevin::splatSourceRow(int sy, const ChannelSet& channels, dvScanlineDefocus& defocus) {
-  const DD::Image::Box& box = input0().info();
-  const int clampedY = std::max(box.y(), std::min(sy, box.t()));
-  SourceRow row(defocus);
-  row.readImage(input0(), clampedY, channels, settings_.depthChannel);
-  row.source().y = sy;
-  row.source().clampedY = clampedY;
-  Iop* mattes = input(dvInput::mattes);
-  if (mattes != nullptr && !matteChannels_.empty()) {
-    row.readMattes(*mattes, clampedY, matteChannels_);
-    const DrevinSettings& s = settings_;
-    if (bloomMatteUsed_) row.source().bloomMatte = row.matte(s.bloomMatteChannel);
-    if (defocusMatteUsed_) row.source().defocusMatte = row.matte(s.defocusMatteChannel);
-    if (chromaticMatteUsed_) {
-      row.source().chromaticMatte = row.matte(s.chromaticAberrationMatteChannel);
-    }
-  }
-  defocus.splatSourceRow(row.source());
+dvMattes Drevin::mattes() const {
+  dvMattes mattes;
+  if (!matteChannels_.empty()) mattes.from = input(dvInput::mattes);
+  mattes.read = matteChannels_;
+  if (bloomMatteUsed_) mattes.bloom = settings_.bloomMatteChannel;
+  if (defocusMatteUsed_) mattes.defocus = settings_.defocusMatteChannel;
+  if (chromaticMatteUsed_) mattes.chromatic = settings_.chromaticAberrationMatteChannel;
+  return mattes;
 }
 
 dvSplatFrame Drevin::splatFrame() const {
   return {splatSettings(settings_, format()), &kernelBank_, settings_.correctiveSlices, padding_,
           format().w()};
+}
+
+dvFlatPlan Drevin::flatPlan(int left, int right, const ChannelSet& channels) {
+  dvFlatPlan plan;
+  plan.image = &input0();
+  plan.depth = settings_.depthChannel;
+  plan.channels = channels;
+  plan.numbers = channelNumbers(channels);
+  plan.mattes = mattes();
+  plan.settings = {blurSettings(settings_, kernelSize_, sliceBoundaries_), splatFrame()};
+  // The row above the topmost is read too: it repeats the topmost.
+  plan.firstRow = input0().info().y();
+  plan.lastRow = input0().info().t();
+  plan.left = left;
+  plan.right = right;
+  plan.aborted = [this] { return aborted(); };
+  return plan;
 }
 
 void Drevin::defocus(int y, int x, int r, const ChannelSet& channels, Row& out) {
@@ -93,17 +58,14 @@ void Drevin::defocus(int y, int x, int r, const ChannelSet& channels, Row& out) 
   ChannelSet processed(channels);
   processed &= kernelChannels_;
   if (processed.empty() || kernelBank_.empty()) return;
-  const dvDefocusSettings settings{blurSettings(settings_, kernelSize_, sliceBoundaries_),
-                                   splatFrame()};
-  const std::vector<int> numbers = channelNumbers(processed);
-  dvScanlineDefocus scanline(settings, {x, y, r}, numbers);
-  for (int sy = y - padding_; sy <= y + padding_; ++sy) {
-    if (aborted()) return;
-    splatSourceRow(sy, processed, scanline);
+  if (picture_.has(y, x, r, processed, dvDeepMode::Both)) {
+    picture_.copy(y, x, r, processed, dvDeepMode::Both, out);
+    return;
   }
-  for (std::size_t i = 0; i < numbers.size(); ++i) {
-    scanline.composite(i, out.writable(static_cast<Channel>(numbers[i])));
-  }
+  const dvFlatPlan plan = flatPlan(x, r, processed);
+  makeFlatRow(plan, y, [&](std::size_t place) {
+    return out.writable(static_cast<Channel>(plan.numbers[place]));
+  });
 }
 
 void Drevin::depthVisualization(int y, int x, int r, const ChannelSet& channels, Row& out) {

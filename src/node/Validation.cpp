@@ -128,7 +128,7 @@ void Drevin::resetKernels() {
   kernelChannels_.clear();
   requestedBox_.clear();
   requestedChannels_.clear();
-  deepPicture_.clear();
+  picture_.clear();
 }
 
 }  // namespace drevin

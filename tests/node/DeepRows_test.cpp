@@ -256,7 +256,7 @@ RenderResult renderApart(const LiteralDeepScene& scene, int focusOutput, const C
   bench.node().set("focusOutput", focusOutput);
   bench.node().options.channels = channels;
   RenderResult result = bench.render();
-  if (merged != nullptr) *merged = bench.drevin().deepPicture().mergedPixels();
+  if (merged != nullptr) *merged = bench.drevin().mergedPixels();
   return result;
 }
 
@@ -310,7 +310,7 @@ TEST(DeepFrontAndBack, unwantedSide_isNeverMade) {
     bench.render();
     const auto wanted = static_cast<dvDeepMode>(focusOutput);
     const auto other = wanted == dvDeepMode::Front ? dvDeepMode::Back : dvDeepMode::Front;
-    const dvDeepPicture& picture = bench.drevin().deepPicture();
+    const dvPreparedPicture& picture = bench.drevin().picture();
     EXPECT_TRUE(picture.has(3, 0, width, DD::Image::Mask_RGBA, wanted));
     EXPECT_FALSE(picture.has(3, 0, width, DD::Image::Mask_RGBA, other));
     EXPECT_FALSE(picture.has(3, 0, width, DD::Image::Mask_RGBA, dvDeepMode::Both));
@@ -325,8 +325,7 @@ TEST(DeepPicture, everyPixelInReach_isMergedOncePerFrame) {
     DeepBench bench(evenScene({redPoint(12.0F, 0.5F, 0.5F)}, multiplier));
     bench.render();
     // All columns but the last.
-    EXPECT_EQ(bench.drevin().deepPicture().mergedPixels(),
-              static_cast<std::uint64_t>((width - 1) * height))
+    EXPECT_EQ(bench.drevin().mergedPixels(), static_cast<std::uint64_t>((width - 1) * height))
         << multiplier;
   }
 }
@@ -345,7 +344,7 @@ TEST(DeepPicture, region_mergesWhatReachesItAlone) {
   bench.node().options.region = Box(20, 20, 30, 25);
   bench.render();
   const int reach = bench.drevin().padding();
-  EXPECT_EQ(bench.drevin().deepPicture().mergedPixels(),
+  EXPECT_EQ(bench.drevin().mergedPixels(),
             static_cast<std::uint64_t>((10 + 2 * reach) * (5 + 2 * reach)));
 }
 
@@ -355,7 +354,7 @@ TEST(DeepPicture, tallPictures_areMergedOnceAcrossBands) {
   scene.deep = evenDeepImage({0, 0, 7, 150}, {redPoint(12.0F, 0.5F, 0.5F)});
   DeepBench bench(scene);
   bench.render();
-  EXPECT_EQ(bench.drevin().deepPicture().mergedPixels(), 6U * 150U);
+  EXPECT_EQ(bench.drevin().mergedPixels(), 6U * 150U);
 }
 
 TEST(DeepPicture, anyThreadCount_isBitIdentical) {
@@ -414,8 +413,7 @@ TEST(DeepPicture, rowsThatItLacks_areMadeAlike) {
   part.node().options.region = Box(0, 0, width, 1);
   RenderSession session(part.node().node(), part.node().options);
   for (int y = 1; y < height; ++y) {
-    ASSERT_FALSE(
-        part.drevin().deepPicture().has(y, 0, width, DD::Image::Mask_RGBA, dvDeepMode::Both));
+    ASSERT_FALSE(part.drevin().picture().has(y, 0, width, DD::Image::Mask_RGBA, dvDeepMode::Both));
     Row row(0, width);
     ASSERT_TRUE(session.row(y, 0, width, DD::Image::Mask_RGBA, row));
     for (int x = 0; x < width; ++x)

@@ -1,0 +1,46 @@
+#pragma once
+
+/// A rectangle of output pixels and pictures of it.
+
+#include <cstddef>
+#include <vector>
+
+namespace drevin {
+
+/// Columns [left, right) and rows [bottom, top).
+struct dvFrameBox {
+  int left = 0;
+  int bottom = 0;
+  int right = 0;
+  int top = 0;
+
+  int width() const { return right > left ? right - left : 0; }
+  int height() const { return top > bottom ? top - bottom : 0; }
+  bool empty() const { return width() == 0 || height() == 0; }
+  bool contains(int x, int y) const { return x >= left && x < right && y >= bottom && y < top; }
+};
+
+/// One value for each pixel of a box.
+template <typename Value>
+class dvFramePlane {
+ public:
+  dvFramePlane() = default;
+  explicit dvFramePlane(const dvFrameBox& box)
+      : box_(box),
+        values_(static_cast<std::size_t>(box.width()) * static_cast<std::size_t>(box.height())) {}
+
+  const dvFrameBox& box() const { return box_; }
+  /// Row y of the box; its first value is that of column box().left.
+  Value* row(int y) { return values_.data() + offset(y); }
+  const Value* row(int y) const { return values_.data() + offset(y); }
+
+ private:
+  std::ptrdiff_t offset(int y) const {
+    return static_cast<std::ptrdiff_t>(y - box_.bottom) * box_.width();
+  }
+
+  dvFrameBox box_;
+  std::vector<Value> values_;
+};
+
+}  // namespace drevin

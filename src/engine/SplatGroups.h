@@ -1,0 +1,26 @@
+#pragma once
+
+/// Channels that are splatted alike: with the same kernels, at the same places. They share one
+/// weight.
+
+#include <memory>
+#include <vector>
+
+#include "defocus/ChromaticShift.h"
+#include "engine/KernelTable.h"
+
+namespace drevin {
+
+struct dvSplatGroup {
+  std::vector<std::size_t> places;  ///< of its channels in the list of splatted channels
+  float shift = 0.0F;               ///< of its channels, as channelShift gives it
+  std::shared_ptr<const dvKernelTable> kernels;
+};
+
+/// Groups `channels` (ascending numbers, each with planes in the bank) by kernel bits and shift; in
+/// the order of their first channels.
+std::vector<dvSplatGroup> splatGroups(const dvKernelBank& bank,
+                                      const dvChromaticAberration& aberration,
+                                      const std::vector<int>& channels);
+
+}  // namespace drevin

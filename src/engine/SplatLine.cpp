@@ -1,0 +1,126 @@
+#include "engine/SplatLine.h"
+
+#include <cmath>
+#include <utility>
+
+#include "defocus/KernelPair.h"
+#include "kernel/KernelImage.h"
+
+namespace drevin {
+
+namespace {
+
+/// The two kernels as neighbouring radii: a pair that the end of the bank has made one size counts
+/// as the nearer.
+dvSplatRecord recordOf(const std::int32_t (&radius)[2], const float (&share)[2], int x) {
+  dvSplatRecord record;
+  record.x = x;
+  record.radius = radius[0];
+  const float near = share[0] > 0.0F ? share[0] : 0.0F;
+  const float far = share[1] > 0.0F ? share[1] : 0.0F;
+  const bool oneSize = radius[1] == radius[0];
+  record.near = oneSize ? near + far : near;
+  record.far = oneSize ? 0.0F : far;
+  return record;
+}
+
+}  // namespace
+
+dvSplatLineMaker::dvSplatLineMaker(const dvLineSettings& settings, int sourceY)
+    : settings_(settings),
+      sourceY_(sourceY),
+      pixel_(static_cast<std::size_t>(dvChannelCount), 0.0F),
+      values_(settings.channels.size()),
+      groups_(settings.groups.size()) {}
+
+dvSplatLineMaker::Kernels dvSplatLineMaker::kernelsOf(const dvSplatSource& source) const {
+  const dvKernelBank& bank = *settings_.bank;
+  const dvKernelPair pair = kernelPair(source.coc, bank);
+  Kernels kernels{};
+  for (int i = 0; i < 2; ++i) {
+    kernels.radius[i] = bank[pair.index[i < pair.count ? i : 0]].centre;
+    kernels.share[i] = i < pair.count ? pair.share[i] * source.weight : 0.0F;
+  }
+  return kernels;
+}
+
+void dvSplatLineMaker::fillValues(const dvSplatSource& source) {
+  const dvBloom& bloom = settings_.splat.bloom;
+  const float amount = bloomAmount(bloom, source.clampedX, source.clampedY);
+  for (std::size_t i = 0; i < values_.size(); ++i) {
+    const int channel = settings_.channels[i];
+    const float value = pixel(channel);
+    values_[i] = value;
+    if (channel < 1 || channel > 3) continue;
+    const float light = bloomedLight(bloom, value, amount, source.bloomMatte);
+    values_[i] = settings_.splat.bloomOnly ? light : value + light;
+  }
+}
+
+void dvSplatLineMaker::splat(const dvSplatSource& source) {
+  if (source.slice >= settings_.slices || settings_.bank->empty()) return;
+  const Kernels kernels = kernelsOf(source);
+  if (kernels.share[0] <= 0.0F && kernels.share[1] <= 0.0F) return;
+  fillValues(source);
+  for (std::size_t g = 0; g < groups_.size(); ++g)
+    addToGroup(settings_.groups[g], source, kernels, groups_[g]);
+}
+
+void dvSplatLineMaker::addToGroup(const dvSplatGroup& group, const dvSplatSource& source,
+                                  const Kernels& kernels, std::map<int, Centred>& rows) {
+  const float distance =
+      group.shift == 0.0F ? 0.0F : shiftDistance(group.shift, source.coc, source.chromaticMatte);
+  const int x = shiftedPlace(source.x, distance);
+  Centred& centred = rows[shiftedPlace(source.y, distance)];
+  bool finite = std::isfinite(kernels.share[0]) && std::isfinite(kernels.share[1]);
+  for (const std::size_t place : group.places)
+    finite = finite && std::isfinite(values_[place]);
+  const auto slice = static_cast<std::uint32_t>(source.slice);
+  if (!finite) {
+    dvSpecialSplat special{
+        slice, x, {kernels.radius[0], kernels.radius[1]}, {kernels.share[0], kernels.share[1]}, {}};
+    for (const std::size_t place : group.places)
+      special.values.push_back(values_[place]);
+    centred.specials.push_back(std::move(special));
+    return;
+  }
+  centred.pending.push_back({slice, recordOf(kernels.radius, kernels.share, x)});
+  for (const std::size_t place : group.places)
+    centred.values.push_back(values_[place]);
+}
+
+dvSplatRow dvSplatLineMaker::sorted(const Centred& centred, std::size_t slices) {
+  dvSplatRow row;
+  row.sliceBegin.assign(slices + 1, 0);
+  for (const Pending& pending : centred.pending)
+    ++row.sliceBegin[pending.slice + 1];
+  for (std::size_t slice = 0; slice < slices; ++slice)
+    row.sliceBegin[slice + 1] += row.sliceBegin[slice];
+  std::vector<std::uint32_t> next(row.sliceBegin.begin(), row.sliceBegin.end() - 1);
+  row.records.resize(centred.pending.size());
+  row.values.resize(centred.values.size());
+  const std::size_t channels =
+      centred.pending.empty() ? 0 : centred.values.size() / centred.pending.size();
+  for (std::size_t i = 0; i < centred.pending.size(); ++i) {
+    const std::size_t place = next[centred.pending[i].slice]++;
+    row.records[place] = centred.pending[i].record;
+    for (std::size_t c = 0; c < channels; ++c)
+      row.values[place * channels + c] = centred.values[i * channels + c];
+  }
+  return row;
+}
+
+dvSplatLine dvSplatLineMaker::line() {
+  dvSplatLine line;
+  line.sourceY = sourceY_;
+  for (std::map<int, Centred>& rows : groups_) {
+    std::vector<dvCentredSplats> centred;
+    for (auto& [y, splats] : rows)
+      centred.push_back({y, sorted(splats, settings_.slices), std::move(splats.specials)});
+    line.groups.push_back(std::move(centred));
+    rows.clear();
+  }
+  return line;
+}
+
+}  // namespace drevin

@@ -1,0 +1,96 @@
+#pragma once
+
+/// A source row as splats: every source pixel or sample turned into kernels, shares and values
+/// once, however many output rows it reaches.
+
+#include <cstdint>
+#include <map>
+#include <vector>
+
+#include "defocus/Splat.h"
+#include "engine/SplatGroups.h"
+#include "engine/SplatRecords.h"
+
+namespace drevin {
+
+/// A splat that sums cannot treat like others: a share or a value that is not finite reaches every
+/// pixel of the kernel's square, zero kernel values included.
+struct dvSpecialSplat {
+  std::uint32_t slice = 0;
+  std::int32_t x = 0;
+  std::int32_t radius[2] = {0, 0};
+  float share[2] = {0.0F, 0.0F};  ///< 0 or less: not splatted
+  std::vector<float> values;      ///< one for each channel of the group
+};
+
+/// Splats of a source row that are centred on one row.
+struct dvCentredSplats {
+  int centreY = 0;
+  dvSplatRow row;
+  std::vector<dvSpecialSplat> specials;
+};
+
+/// What a source row adds, for each group. Without a chromatic shift each group has one entry, on
+/// the row itself.
+struct dvSplatLine {
+  int sourceY = 0;
+  std::vector<std::vector<dvCentredSplats>> groups;
+};
+
+/// What the splats of all lines have in common.
+struct dvLineSettings {
+  dvSplatSettings splat;
+  const dvKernelBank* bank = nullptr;
+  std::size_t slices = 1;
+  std::vector<int> channels;  ///< splatted, ascending numbers
+  std::vector<dvSplatGroup> groups;
+};
+
+/// Collects the sources of one row; takes the place of the row code's splatter.
+///
+/// Sources in no slice, and shares of 0 or less, are dropped. The values have their bloom.
+class dvSplatLineMaker {
+ public:
+  /// `settings` must outlive this.
+  dvSplatLineMaker(const dvLineSettings& settings, int sourceY);
+
+  const std::vector<int>& channels() const { return settings_.channels; }
+  /// Value to splat of a channel number, for the splats that follow.
+  float& pixel(int channel) { return pixel_[static_cast<std::size_t>(channel)]; }
+  /// Adds one source pixel with the values of pixel(); its own `pixel` is not read. Sources of a
+  /// slice come by ascending column.
+  void splat(const dvSplatSource& source);
+
+  /// The line; this is then empty.
+  dvSplatLine line();
+
+ private:
+  struct Pending {
+    std::uint32_t slice;
+    dvSplatRecord record;
+  };
+  /// Of one group, centred on one row.
+  struct Centred {
+    std::vector<Pending> pending;
+    std::vector<float> values;
+    std::vector<dvSpecialSplat> specials;
+  };
+  struct Kernels {
+    std::int32_t radius[2];
+    float share[2];
+  };
+
+  Kernels kernelsOf(const dvSplatSource& source) const;
+  void addToGroup(const dvSplatGroup& group, const dvSplatSource& source, const Kernels& kernels,
+                  std::map<int, Centred>& rows);
+  void fillValues(const dvSplatSource& source);
+  static dvSplatRow sorted(const Centred& centred, std::size_t slices);
+
+  const dvLineSettings& settings_;
+  int sourceY_;
+  std::vector<float> pixel_;                    ///< by channel number
+  std::vector<float> values_;                   ///< of the current source, by channel place
+  std::vector<std::map<int, Centred>> groups_;  ///< by centre row
+};
+
+}  // namespace drevin

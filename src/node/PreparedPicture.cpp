@@ -1,0 +1,157 @@
+#include "node/PreparedPicture.h"
+
+#include <algorithm>
+#include <optional>
+
+namespace drevin {
+
+using DD::Image::Box;
+using DD::Image::Channel;
+using DD::Image::ChannelSet;
+using DD::Image::Row;
+
+namespace {
+
+/// Bytes that a band's sums and records may take.
+constexpr double bandBytes = 640e6;
+constexpr int leastBandRows = 64;
+
+/// Rows of a band: all, or as many as the memory allows. A splat is 16 bytes and its values; a
+/// pixel has two sums of a byte's eight and one value for each channel.
+int bandRows(const dvFrameBox& box, int padding, std::size_t channels, std::size_t modes) {
+  const double values = 4.0 * static_cast<double>(channels);
+  const double rowBytes =
+      (box.width() + 2.0 * padding) * (16.0 + values) * static_cast<double>(modes) +
+      box.width() * (32.0 + values);
+  const double rows = bandBytes / rowBytes - 2.0 * padding;
+  return static_cast<int>(std::clamp(rows, static_cast<double>(leastBandRows), 1e6));
+}
+
+/// The source rows of a picture while its bands are made.
+class SourceRows {
+ public:
+  SourceRows(const dvLineSource& source, const dvFrameBox& box, int padding)
+      : source_(source),
+        first_(box.bottom - padding),
+        end_(box.top + padding),
+        lines_(source.modes.size()) {
+    for (auto& mode : lines_)
+      mode.resize(static_cast<std::size_t>(end_ - first_));
+  }
+
+  /// Reads the rows that source rows below `end` show and that have not been read.
+  void readUpTo(int end, dvParallel& parallel) {
+    const int last = rowOf(end - 1);
+    const int begin = std::max(nextRow_.value_or(rowOf(first_)), rowOf(first_));
+    parallel.forEach(last - begin + 1, [&](int /*worker*/, int item) { read(begin + item); });
+    nextRow_ = std::max(begin, last + 1);
+  }
+
+  /// Source rows [begin, end) of a mode.
+  dvSplatLines lines(std::size_t mode, int begin, int end) const {
+    dvSplatLines lines;
+    for (int y = begin; y < end; ++y) {
+      const std::optional<dvSplatLine>& line = lines_[mode][static_cast<std::size_t>(y - first_)];
+      lines.push_back(line ? &*line : nullptr);
+    }
+    return lines;
+  }
+
+  void forgetBelow(int y) {
+    for (auto& mode : lines_) {
+      for (int i = forgotten_; i < y - first_; ++i)
+        mode[static_cast<std::size_t>(i)].reset();
+    }
+    forgotten_ = std::max(forgotten_, y - first_);
+  }
+
+ private:
+  int rowOf(int sourceY) const {
+    return std::max(source_.firstRow, std::min(sourceY, source_.lastRow));
+  }
+
+  /// All source rows that show a row: one, but for the first and the last.
+  std::vector<int> sourceRowsOf(int row) const {
+    const int begin = row == source_.firstRow ? first_ : std::max(first_, row);
+    const int end = row == source_.lastRow ? end_ : std::min(end_, row + 1);
+    std::vector<int> rows;
+    for (int y = begin; y < end; ++y)
+      rows.push_back(y);
+    return rows;
+  }
+
+  void read(int row) {
+    const std::vector<int> rows = sourceRowsOf(row);
+    auto made = source_.read(row, rows);
+    for (std::size_t mode = 0; mode < made.size(); ++mode) {
+      for (std::size_t i = 0; i < rows.size(); ++i)
+        lines_[mode][static_cast<std::size_t>(rows[i] - first_)] = std::move(made[mode][i]);
+    }
+  }
+
+  const dvLineSource& source_;
+  int first_;
+  int end_;
+  std::vector<std::vector<std::optional<dvSplatLine>>> lines_;  ///< by mode and source row
+  std::optional<int> nextRow_;
+  int forgotten_ = 0;
+};
+
+}  // namespace
+
+void dvPreparedPicture::make(const dvLineSettings& settings, const dvLineSource& source,
+                             int padding, const Box& box, dvParallel& parallel,
+                             const std::function<void(double)>& progress) {
+  clear();
+  const dvFrameBox wanted{box.x(), box.y(), box.r(), box.t()};
+  if (wanted.empty() || settings.channels.empty()) return;
+  for (const dvDeepMode mode : source.modes)
+    modes_[mode].assign(settings.channels.size(), dvFramePlane<float>(wanted));
+  SourceRows rows(source, wanted, padding);
+  dvFrameMaker maker(settings, padding, parallel);
+  const int step = bandRows(wanted, padding, settings.channels.size(), source.modes.size());
+  for (int y = wanted.bottom; y < wanted.top && !parallel.aborted(); y += step) {
+    const dvFrameBox band{wanted.left, y, wanted.right, std::min(y + step, wanted.top)};
+    rows.readUpTo(band.top + padding, parallel);
+    for (std::size_t mode = 0; mode < source.modes.size(); ++mode) {
+      const auto lines = rows.lines(mode, band.bottom - padding, band.top + padding);
+      maker.make(band, lines, modes_[source.modes[mode]], [&](double done) {
+        const double modesDone =
+            (static_cast<double>(mode) + done) / static_cast<double>(source.modes.size());
+        progress((band.bottom - wanted.bottom + modesDone * band.height()) / wanted.height());
+      });
+    }
+    rows.forgetBelow(band.top - padding);
+  }
+  if (parallel.aborted()) return clear();
+  box_ = wanted;
+  channels_ = settings.channels;
+}
+
+void dvPreparedPicture::clear() {
+  box_ = {};
+  channels_.clear();
+  modes_.clear();
+}
+
+bool dvPreparedPicture::has(int y, int x, int r, const ChannelSet& channels,
+                            dvDeepMode mode) const {
+  const bool inside = y >= box_.bottom && y < box_.top && x >= box_.left && r <= box_.right;
+  if (!inside || modes_.count(mode) == 0) return false;
+  foreach (z, channels) {
+    if (!std::binary_search(channels_.begin(), channels_.end(), static_cast<int>(z))) return false;
+  }
+  return true;
+}
+
+void dvPreparedPicture::copy(int y, int x, int r, const ChannelSet& channels, dvDeepMode mode,
+                             Row& out) const {
+  const dvFramePlanes& planes = modes_.at(mode);
+  foreach (z, channels) {
+    const auto place = std::lower_bound(channels_.begin(), channels_.end(), static_cast<int>(z));
+    const float* row = planes[static_cast<std::size_t>(place - channels_.begin())].row(y);
+    std::copy(row + (x - box_.left), row + (r - box_.left), out.writable(z) + x);
+  }
+}
+
+}  // namespace drevin
