@@ -10,8 +10,6 @@ constexpr int lastRadix = 16;
 
 // NOLINTNEXTLINE(modernize-use-using): the attributes of a vector need a typedef.
 typedef Vector AnyVector __attribute__((aligned(sizeof(float)), may_alias));
-// NOLINTNEXTLINE(modernize-use-using)
-typedef int Bits __attribute__((vector_size(sizeof(Vector)), may_alias));
 
 DREVIN_INLINE Vector& lanes(float* at) {
   return *reinterpret_cast<Vector*>(at);
@@ -350,42 +348,17 @@ void turn(const float* from, float* to) {
   }
 }
 
-/// One part, real or imaginary, of every position: all lanes.
-bool loadLanes(const float* row, std::ptrdiff_t stride, int rows, float* at) {
-  Bits any{};
-  for (int y = 0; y < rows; ++y, at += dvStripStep, row += stride) {
-    for (int lane = 0; lane < dvStripLanes; lane += width) {
-      const Vector values = *reinterpret_cast<const AnyVector*>(row + lane);
-      lanes(at + lane) = values;
-      any |= reinterpret_cast<const Bits&>(values);
-    }
-  }
-  int found = 0;
-  for (int lane = 0; lane < width; ++lane)
-    found |= any[lane];
-  return found != 0;
-}
-
-/// The lanes before `columns` only.
-bool loadSome(const float* row, std::ptrdiff_t stride, int columns, int rows, float* at) {
+/// One part, real or imaginary, of every position.
+bool loadPart(const float* row, std::ptrdiff_t stride, int columns, int rows, float* at) {
   bool any = false;
-  for (int y = 0; y < rows; ++y, at += dvStripStep, row += stride) {
+  for (int y = 0; y < rows; ++y, at += dvStripStep) {
     for (int lane = 0; lane < dvStripLanes; ++lane) {
-      at[lane] = lane < columns ? row[lane] : 0.0F;
+      at[lane] = row != nullptr && lane < columns ? row[lane] : 0.0F;
       any |= at[lane] != 0.0F;
     }
+    if (row != nullptr) row += stride;
   }
   return any;
-}
-
-bool loadPart(const float* row, std::ptrdiff_t stride, int columns, int rows, float* at) {
-  if (row != nullptr && columns >= dvStripLanes) return loadLanes(row, stride, rows, at);
-  if (row != nullptr) return loadSome(row, stride, columns, rows, at);
-  for (int y = 0; y < rows; ++y, at += dvStripStep) {
-    for (int lane = 0; lane < dvStripLanes; lane += width)
-      lanes(at + lane) = Vector{};
-  }
-  return false;
 }
 
 bool load(const float* a, const float* b, std::ptrdiff_t stride, int columns, int rows,
@@ -395,24 +368,9 @@ bool load(const float* a, const float* b, std::ptrdiff_t stride, int columns, in
   return real || imaginary;
 }
 
-void add(const float* block, int rows, int columns, float* to, std::ptrdiff_t stride) {
-  for (int y = 0; y < rows; ++y, block += dvStripStep, to += stride) {
-    if (columns == dvStripLanes) {
-      // The next block's pixels: the rows are too many for the processor to foresee them.
-      __builtin_prefetch(to + 2 * dvStripLanes, 1);
-      for (int lane = 0; lane < dvStripLanes; lane += width)
-        *reinterpret_cast<AnyVector*>(to + lane) +=
-            *reinterpret_cast<const AnyVector*>(block + lane);
-    } else {
-      for (int lane = 0; lane < columns; ++lane)
-        to[lane] += block[lane];
-    }
-  }
-}
-
 }  // namespace
 
-const dvFourierPasses fourierPasses = {load, forward, forwardMultiply, inverse, turn, add};
+const dvFourierPasses fourierPasses = {load, forward, forwardMultiply, inverse, turn};
 
 }  // namespace DREVIN_SIMD_LEVEL
 }  // namespace drevin

@@ -48,7 +48,7 @@ struct dvStripFactors {
 struct dvFourierPasses {
   /// Fills `rows` positions of `strip` from real rows `stride` floats apart: real parts from `a`,
   /// imaginary ones from `b`, zeros where that is null; lanes from `columns` on are zero. Returns
-  /// whether any value is not zero; -0 may count.
+  /// whether any value is not zero.
   bool (*load)(const float* a, const float* b, std::ptrdiff_t stride, int columns, int rows,
                float* strip);
   /// Transforms a line that is `head` for `support` positions, then zero, into `strip`, which is
@@ -62,8 +62,6 @@ struct dvFourierPasses {
   void (*inverse)(const dvFourierSteps& steps, float* strip);
   /// Transposes a block: lanes become positions. Not in place.
   void (*turn)(const float* from, float* to);
-  /// Adds `columns` lanes, of one part, of `rows` positions to rows `stride` floats apart.
-  void (*add)(const float* block, int rows, int columns, float* to, std::ptrdiff_t stride);
 };
 
 namespace baseline {

@@ -8,8 +8,32 @@
 
 namespace drevin {
 
-dvFrameMaker::dvFrameMaker(const dvLineSettings& settings, int padding, dvParallel& parallel)
-    : settings_(settings), padding_(padding), parallel_(parallel) {}
+namespace {
+
+/// Lays the sums of a slice under what is there, as far as there is room.
+void compositeSlice(const std::vector<std::vector<double>>& sums, int width,
+                    const std::vector<float*>& colours, double* coverage) {
+  const std::vector<double>& weights = sums.back();
+  for (int i = 0; i < width; ++i) {
+    const auto column = static_cast<std::size_t>(i);
+    const double room = 1.0 - coverage[i];
+    double weight = weights[column];
+    double share = 1.0;
+    if (room < weight) {
+      share = room / weight;
+      weight = room;
+    }
+    for (std::size_t c = 0; c < colours.size(); ++c)
+      colours[c][i] += static_cast<float>(share * sums[c][column]);
+    coverage[i] += weight;
+  }
+}
+
+}  // namespace
+
+dvFrameMaker::dvFrameMaker(const dvLineSettings& settings, int padding, dvParallel& parallel,
+                           dvTileChoice choice)
+    : settings_(settings), padding_(padding), parallel_(parallel), choice_(choice) {}
 
 void dvFrameMaker::make(const dvFrameBox& box, const dvSplatLines& lines, dvFramePlanes& planes,
                         const std::function<void(double)>& progress) {
@@ -24,26 +48,59 @@ void dvFrameMaker::make(const dvFrameBox& box, const dvSplatLines& lines, dvFram
 
 void dvFrameMaker::makeGroup(std::size_t group, dvFramePlanes& planes,
                              const std::function<void(double)>& progress) {
-  coverage_ = dvFramePlane<double>(box_);
-  const int channels = static_cast<int>(settings_.groups[group].places.size());
-  std::vector<Scratch> scratches(static_cast<std::size_t>(parallel_.workers()));
-  for (Scratch& scratch : scratches) {
-    scratch.sums = std::make_unique<dvRowSums>(channels, box_.left, box_.right);
-    scratch.planes.assign(static_cast<std::size_t>(channels) + 1,
+  Group made;
+  made.place = group;
+  made.spectra = std::make_unique<dvSpectrumCache>(*settings_.groups[group].kernels);
+  made.coverage = dvFramePlane<double>(box_);
+  made.scratches.resize(static_cast<std::size_t>(parallel_.workers()));
+  const std::size_t channels = settings_.groups[group].places.size();
+  for (Scratch& scratch : made.scratches) {
+    scratch.sums = std::make_unique<dvRowSums>(static_cast<int>(channels), box_.left, box_.right);
+    scratch.planes.assign(channels + 1,
                           std::vector<double>(static_cast<std::size_t>(box_.width())));
   }
-  for (std::size_t slice = 0; slice < settings_.slices; ++slice) {
-    if (sliceIsEmpty(group, slice)) continue;
-    parallel_.forEach(box_.height(), [&](int worker, int item) {
-      Scratch& scratch = scratches[static_cast<std::size_t>(worker)];
-      sumRow(group, slice, box_.bottom + item, scratch);
-      compositeRow(group, box_.bottom + item, scratch, planes);
-    });
+  for (std::size_t slice = 0; slice < settings_.slices && !parallel_.aborted(); ++slice) {
+    if (!sliceIsEmpty(group, slice)) makeSlice(made, slice, planes);
     progress(static_cast<double>(slice + 1) / static_cast<double>(settings_.slices));
   }
-  parallel_.forEach(box_.height(), [&](int /*worker*/, int item) {
-    normaliseRow(group, box_.bottom + item, planes);
+  parallel_.forEach(box_.height(),
+                    [&](int /*worker*/, int item) { finishRow(made, box_.bottom + item, planes); });
+}
+
+void dvFrameMaker::makeSlice(Group& group, std::size_t slice, dvFramePlanes& planes) {
+  const dvSplatGroup& settings = settings_.groups[group.place];
+  dvSliceTiles tiles(settings, group.place, slice, *lines_, box_.bottom - padding_,
+                     box_.left - padding_, box_.right + padding_);
+  // A shift may carry a kernel out of the rows that its source reaches, and is cut off there.
+  if (settings.shift == 0.0F) tiles.choose(choice_, parallel_);
+  std::vector<dvFramePlane<float>> transformed;
+  DirectRows direct;
+  const bool hasTransforms = tiles.hasTransforms();
+  if (hasTransforms) {
+    group.transformed = true;
+    transformed.assign(settings.places.size() + 1, dvFramePlane<float>(box_));
+    tiles.sum(*group.spectra, parallel_, transformed);
+    direct = directRows(tiles);
+  }
+  parallel_.forEach(box_.height(), [&](int worker, int item) {
+    Scratch& scratch = group.scratches[static_cast<std::size_t>(worker)];
+    const int y = box_.bottom + item;
+    sumRow(group, slice, hasTransforms ? &direct : nullptr, y, scratch);
+    for (std::size_t plane = 0; plane < transformed.size(); ++plane) {
+      const float* row = transformed[plane].row(y);
+      for (std::size_t i = 0; i < scratch.planes[plane].size(); ++i)
+        scratch.planes[plane][i] += static_cast<double>(row[i]);
+    }
+    compositeRow(group, y, scratch, planes);
   });
+}
+
+dvFrameMaker::DirectRows dvFrameMaker::directRows(const dvSliceTiles& tiles) const {
+  DirectRows rows(lines_->size());
+  parallel_.forEach(static_cast<int>(rows.size()), [&](int /*worker*/, int item) {
+    rows[static_cast<std::size_t>(item)] = tiles.directRow(static_cast<std::size_t>(item));
+  });
+  return rows;
 }
 
 bool dvFrameMaker::sliceIsEmpty(std::size_t group, std::size_t slice) const {
@@ -69,56 +126,93 @@ void dvFrameMaker::forEachReaching(std::size_t group, int y, const Add& add) con
     for (const dvCentredSplats& splats : line->groups[group]) {
       // A chromatic shift may put a centre anywhere.
       const std::int64_t dy = static_cast<std::int64_t>(y) - splats.centreY;
-      if (std::abs(dy) <= largest) add(splats, static_cast<int>(dy));
+      if (std::abs(dy) <= largest) add(splats, i, static_cast<int>(dy));
     }
   }
 }
 
-void dvFrameMaker::sumRow(std::size_t group, std::size_t slice, int y, Scratch& scratch) const {
-  const dvKernelTable& kernels = *settings_.groups[group].kernels;
+void dvFrameMaker::sumRow(const Group& group, std::size_t slice, const DirectRows* direct, int y,
+                          Scratch& scratch) const {
+  const dvKernelTable& kernels = *settings_.groups[group.place].kernels;
   dvRowSums& sums = *scratch.sums;
   sums.clear();
-  forEachReaching(group, y, [&](const dvCentredSplats& splats, int dy) {
-    sums.add(splats.row, splats.row.begin(slice), splats.row.end(slice), dy, kernels);
+  forEachReaching(group.place, y, [&](const dvCentredSplats& splats, std::size_t line, int dy) {
+    const dvSplatRow& row = direct != nullptr ? (*direct)[line] : splats.row;
+    const std::size_t place = direct != nullptr ? 0 : slice;
+    sums.add(row, row.begin(place), row.end(place), dy, kernels);
     sums.endSourceRow();
   });
   sums.finish();
   for (std::size_t plane = 0; plane < scratch.planes.size(); ++plane)
     sums.store(static_cast<int>(plane), scratch.planes[plane].data());
-  forEachReaching(group, y, [&](const dvCentredSplats& splats, int dy) {
-    addSpecialSplats(splats.specials, static_cast<std::uint32_t>(slice), dy, kernels, box_.left,
-                     box_.right, scratch.planes);
+  addSpecials(group, slice, y, box_.left, box_.right, scratch.planes);
+}
+
+void dvFrameMaker::addSpecials(const Group& group, std::size_t slice, int y, int left, int right,
+                               std::vector<std::vector<double>>& sums) const {
+  const dvKernelTable& kernels = *settings_.groups[group.place].kernels;
+  forEachReaching(group.place, y, [&](const dvCentredSplats& splats, std::size_t /*line*/, int dy) {
+    addSpecialSplats(splats.specials, static_cast<std::uint32_t>(slice), dy, kernels, left, right,
+                     sums);
   });
 }
 
-void dvFrameMaker::compositeRow(std::size_t group, int y, const Scratch& scratch,
-                                dvFramePlanes& planes) {
-  double* coverage = coverage_.row(y);
-  const double* weights = scratch.planes.back().data();
-  const std::vector<std::size_t>& places = settings_.groups[group].places;
-  for (int i = 0; i < box_.width(); ++i) {
-    const double room = 1.0 - coverage[i];
-    double weight = weights[i];
-    double share = 1.0;
-    if (room < weight) {
-      share = room / weight;
-      weight = room;
-    }
-    for (std::size_t c = 0; c < places.size(); ++c)
-      planes[places[c]].row(y)[i] +=
-          static_cast<float>(share * scratch.planes[c][static_cast<std::size_t>(i)]);
-    coverage[i] += weight;
-  }
+void dvFrameMaker::compositeRow(Group& group, int y, const Scratch& scratch,
+                                dvFramePlanes& planes) const {
+  const std::vector<std::size_t>& places = settings_.groups[group.place].places;
+  std::vector<float*> colours;
+  for (const std::size_t place : places)
+    colours.push_back(planes[place].row(y));
+  compositeSlice(scratch.planes, box_.width(), colours, group.coverage.row(y));
 }
 
-void dvFrameMaker::normaliseRow(std::size_t group, int y, dvFramePlanes& planes) const {
-  const double* coverage = coverage_.row(y);
-  for (const std::size_t place : settings_.groups[group].places) {
+void dvFrameMaker::finishRow(Group& group, int y, dvFramePlanes& planes) const {
+  double* coverage = group.coverage.row(y);
+  const int width = box_.width();
+  for (int i = 0; i < width && group.transformed;) {
+    const int end = std::min(i + dvRepairColumns, width);
+    const bool low = std::any_of(coverage + i, coverage + end,
+                                 [](double covered) { return covered < dvRepairCoverage; });
+    if (low) repairSpan(group, y, box_.left + i, box_.left + end, planes);
+    i = end;
+  }
+  for (const std::size_t place : settings_.groups[group.place].places) {
     float* values = planes[place].row(y);
-    for (int i = 0; i < box_.width(); ++i) {
+    for (int i = 0; i < width; ++i) {
       if (coverage[i] > 0.0)
         values[i] = static_cast<float>(static_cast<double>(values[i]) / coverage[i]);
     }
+  }
+}
+
+void dvFrameMaker::repairSpan(Group& group, int y, int left, int right,
+                              dvFramePlanes& planes) const {
+  const dvSplatGroup& settings = settings_.groups[group.place];
+  const int width = right - left;
+  dvRowSums sums(static_cast<int>(settings.places.size()), left, right, dvRowShape::Dense);
+  std::vector<std::vector<double>> row(settings.places.size() + 1,
+                                       std::vector<double>(static_cast<std::size_t>(width)));
+  std::vector<float*> colours;
+  for (const std::size_t place : settings.places) {
+    colours.push_back(planes[place].row(y) + (left - box_.left));
+    std::fill_n(colours.back(), width, 0.0F);
+  }
+  double* coverage = group.coverage.row(y) + (left - box_.left);
+  std::fill_n(coverage, width, 0.0);
+  for (std::size_t slice = 0; slice < settings_.slices; ++slice) {
+    sums.clear();
+    forEachReaching(
+        group.place, y, [&](const dvCentredSplats& splats, std::size_t /*line*/, int dy) {
+          const int reach = settings.kernels->largestRadius();
+          const dvRecordRange range = splats.row.within(slice, left - reach, right + reach);
+          sums.add(splats.row, range.begin, range.end, dy, *settings.kernels);
+          sums.endSourceRow();
+        });
+    sums.finish();
+    for (std::size_t plane = 0; plane < row.size(); ++plane)
+      sums.store(static_cast<int>(plane), row[plane].data());
+    addSpecials(group, slice, y, left, right, row);
+    compositeSlice(row, width, colours, coverage);
   }
 }
 

@@ -22,6 +22,12 @@ struct dvSplatRecord {
   float far = 0.0F;         ///< share of the kernel of `radius` + 1
 };
 
+/// Places [begin, end) in the records of a row.
+struct dvRecordRange {
+  std::size_t begin = 0;
+  std::size_t end = 0;
+};
+
 /// The splats that are centred on one row, slice by slice.
 struct dvSplatRow {
   std::vector<std::uint32_t> sliceBegin;  ///< slices + 1 places in `records`
@@ -30,6 +36,8 @@ struct dvSplatRow {
 
   std::size_t begin(std::size_t slice) const { return sliceBegin[slice]; }
   std::size_t end(std::size_t slice) const { return sliceBegin[slice + 1]; }
+  /// Those of a slice whose centres are in the columns [left, right).
+  dvRecordRange within(std::size_t slice, std::int64_t left, std::int64_t right) const;
 };
 
 }  // namespace drevin

@@ -69,6 +69,8 @@ class Drevin : public DD::Image::Iop {
   // Rows of flat inputs (FlatRows.cpp) ----------------------------------------------------------
 
   void defocus(int y, int x, int r, const DD::Image::ChannelSet& channels, DD::Image::Row& out);
+  /// As above, always row by row: the form that the prepared picture is held to.
+  void defocusRow(int y, int x, int r, const DD::Image::ChannelSet& channels, DD::Image::Row& out);
   void depthVisualization(int y, int x, int r, const DD::Image::ChannelSet& channels,
                           DD::Image::Row& out);
   void kernelVisualization(int y, int x, int r, const DD::Image::ChannelSet& channels,

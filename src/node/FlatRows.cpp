@@ -62,7 +62,11 @@ void Drevin::defocus(int y, int x, int r, const ChannelSet& channels, Row& out) 
     picture_.copy(y, x, r, processed, dvDeepMode::Both, out);
     return;
   }
-  const dvFlatPlan plan = flatPlan(x, r, processed);
+  defocusRow(y, x, r, processed, out);
+}
+
+void Drevin::defocusRow(int y, int x, int r, const ChannelSet& channels, Row& out) {
+  const dvFlatPlan plan = flatPlan(x, r, channels);
   makeFlatRow(plan, y, [&](std::size_t place) {
     return out.writable(static_cast<Channel>(plan.numbers[place]));
   });

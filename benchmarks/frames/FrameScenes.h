@@ -1,0 +1,26 @@
+#pragma once
+
+/// The pictures of the frame table.
+
+#include <string>
+
+#include "EmbeddedHost/ImageInput.h"
+
+namespace drevin::bench {
+
+/// Focal plane and width of the focus region of all scenes, in which depths lie.
+constexpr float frameFocalPlane = 10.0F;
+constexpr float frameFocusRegion = 8.0F;
+
+/// A picture of that kind, RGBA and depth, lights up to 500:
+///
+///   uniform  everything at the far end of the focus region
+///   ramp     depth from the near end to the far end along a tilted axis
+///   scene    two fifths far background, two fifths sloping ground and things in front, a fifth in
+///            focus
+///   random   every pixel anywhere in the focus region
+///
+/// Throws std::invalid_argument for another kind.
+embedded::Image frameScene(const std::string& kind, int width, int height);
+
+}  // namespace drevin::bench
