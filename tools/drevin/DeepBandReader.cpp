@@ -134,9 +134,10 @@ class BandFilling {
 
   void point(ChannelPointers& entry) {
     const std::size_t size = band_->channels.size();
-    float* first = band_->values.data() + place(entry.channel.number);
+    const std::size_t value = place(entry.channel.number);
     for (std::size_t pixel = 0; pixel < counts_.size(); ++pixel) {
-      entry.toSamples[pixel] = counts_[pixel] == 0 ? nullptr : first + band_->starts[pixel] * size;
+      if (counts_[pixel] == 0) continue;
+      entry.toSamples[pixel] = &band_->values[band_->starts[pixel] * size + value];
     }
   }
 
