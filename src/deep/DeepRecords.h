@@ -39,7 +39,7 @@ dvDeepBlur deepBlur(float depth, const dvDeepSettings& settings);
 /// One composited sample.
 struct dvDeepRecord {
   float coc = 0.0F;     ///< px, before the defocus matte
-  float weight = 0.0F;  ///< share of the pixel, (1 - coverage in front) * alpha, above 0
+  float weight = 0.0F;  ///< share of the pixel, (1 - coverage in front) * alpha; above 0, or NaN
   std::uint64_t slice = 0;
 };
 
@@ -52,7 +52,7 @@ class dvDeepRecordRow {
 
   /// Composites the next pixel to the right from its merged pieces, nearest first:
   ///   w = (1 - A) * a,  A += w     until 1 - A < 1e-6
-  /// over the pieces that the mode takes. Pieces in no slice and of weight 0 or less leave no
+  /// over the pieces that the mode takes. Pieces in no slice or of weight 0 or less leave no
   /// record but count in A. Values are divided by alpha.
   void addPixel(const dvDeepSamples& samples, const std::vector<dvDeepPiece>& pieces,
                 const dvDeepSettings& settings);

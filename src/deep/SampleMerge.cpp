@@ -1,8 +1,8 @@
 #include "deep/SampleMerge.h"
 
 #include <algorithm>
-#include <cmath>
-#include <limits>
+
+#include "defocus/FloatRules.h"
 
 namespace drevin {
 
@@ -36,10 +36,6 @@ void addRemainder(const dvDeepSamples& samples, std::size_t k, std::vector<dvDee
   if (back > next) pieces.push_back(cutPiece(samples, k, next, back));
 }
 
-float placeOf(float depth) {
-  return std::isnan(depth) ? std::numeric_limits<float>::infinity() : depth;
-}
-
 }  // namespace
 
 float addSample(const dvDeepSamples& samples, std::size_t& index,
@@ -64,10 +60,10 @@ void combineSamples(const dvDeepSamples& samples, std::vector<dvDeepPiece>& piec
 
 void sortPieces(std::vector<dvDeepPiece>& pieces) {
   std::stable_sort(pieces.begin(), pieces.end(), [](const dvDeepPiece& a, const dvDeepPiece& b) {
-    const float frontA = placeOf(a.front);
-    const float frontB = placeOf(b.front);
+    const float frontA = sortedDepth(a.front);
+    const float frontB = sortedDepth(b.front);
     if (frontA != frontB) return frontA < frontB;
-    return placeOf(a.back) < placeOf(b.back);
+    return sortedDepth(a.back) < sortedDepth(b.back);
   });
 }
 

@@ -29,6 +29,11 @@ inline bool isInfinitelyFar(float depth) {
   return std::fabs(depth - dvInfinitelyFar) < 1e-5F;
 }
 
+/// A depth for putting things in order: NaN counts as infinite.
+inline float sortedDepth(float depth) {
+  return std::isnan(depth) ? std::numeric_limits<float>::infinity() : depth;
+}
+
 /// Truncates toward zero. Values that an int cannot hold, and NaN, give the least int, a place that
 /// no kernel reaches.
 inline int truncateToInt(float value) {

@@ -14,7 +14,7 @@ namespace drevin {
 ///   weight(p)    += (near * K_radius(p) + far * K_radius+1(p))
 ///
 /// The source's own weight is in the shares. A share of 0 adds nothing; no share is negative, and
-/// shares and values are finite: others are splatted by the row code.
+/// shares and values are finite: others are special splats (SplatLine.h).
 struct dvSplatRecord {
   std::int32_t x = 0;       ///< column of the centre; may lie outside the picture
   std::int32_t radius = 0;  ///< of the nearer size

@@ -1,8 +1,6 @@
 #include "node/DeepPixels.h"
 
-#include <cmath>
-#include <limits>
-
+#include "defocus/FloatRules.h"
 #include "node/HostConversions.h"
 
 namespace drevin {
@@ -29,24 +27,15 @@ dvDeepLayout deepLayout(const ChannelSet& channels) {
   return layout;
 }
 
-namespace {
-
-/// A depth that is not known counts as infinitely far.
-float placeOf(float depth) {
-  return std::isnan(depth) ? std::numeric_limits<float>::infinity() : depth;
-}
-
-}  // namespace
-
 dvHostPixel::dvHostPixel(const DeepPixel& pixel, const ChannelSet& channels)
     : pixel_(pixel), channels_(channels), count_(pixel.getSampleCount()) {
   if (count_ < 2) return;
-  const float first = placeOf(hostValue(0, Chan_DeepFront));
-  const float last = placeOf(hostValue(count_ - 1, Chan_DeepFront));
+  const float first = sortedDepth(hostValue(0, Chan_DeepFront));
+  const float last = sortedDepth(hostValue(count_ - 1, Chan_DeepFront));
   // A point may stand where a volume begins: then the backs decide.
   farFirst_ = first != last ? first > last
-                            : placeOf(hostValue(0, Chan_DeepBack)) >
-                                  placeOf(hostValue(count_ - 1, Chan_DeepBack));
+                            : sortedDepth(hostValue(0, Chan_DeepBack)) >
+                                  sortedDepth(hostValue(count_ - 1, Chan_DeepBack));
 }
 
 float dvHostPixel::hostValue(std::size_t i, Channel z) const {

@@ -155,16 +155,18 @@ void Drevin::integrateFrontAndBack(int y, int x, int r, const ChannelSet& channe
   ChannelSet processed(channels);
   processed &= kernelChannels_;
   const dvFocusOutput wanted = focusOutput(settings_);
-  // Where alpha was not asked for, the front row has none, and covers nothing.
-  const float* cover = front[Chan_Alpha];
+  // Where alpha was not asked for, the front covers nothing.
+  const float* cover = channels.contains(Chan_Alpha) ? front[Chan_Alpha] : nullptr;
   foreach (z, processed) {
     if (wanted != dvFocusOutput::Both) {
       out.copy(wanted == dvFocusOutput::Front ? front : back, ChannelSet(z), x, r);
       continue;
     }
     float* target = out.writable(z);
-    for (int i = x; i < r; ++i)
-      target[i] = front[z][i] + (1.0F - cover[i]) * back[z][i];
+    for (int i = x; i < r; ++i) {
+      const float room = cover == nullptr ? 1.0F : 1.0F - cover[i];
+      target[i] = front[z][i] + room * back[z][i];
+    }
   }
 }
 
@@ -173,7 +175,7 @@ void Drevin::deepDepthVisualization(int y, int x, int r, const ChannelSet& chann
   shown &= Mask_RGB;
   ChannelSet passed(channels);
   passed -= Mask_RGB;
-  auto* deep = dynamic_cast<DeepOp*>(node_input(dvInput::deep));
+  auto* deep = dynamic_cast<DeepOp*>(node_input(dvInput::deep, OUTPUT_OP, nullptr));
   ChannelSet read;
   deep_in_channels(read);
   DeepPlane plane;

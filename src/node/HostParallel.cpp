@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <atomic>
+#include <exception>
+#include <mutex>
 #include <utility>
 
 #include "DDImage/Thread.h"
@@ -12,16 +14,34 @@ using DD::Image::Thread;
 
 namespace {
 
-struct Work {
-  const dvParallel& parallel;
-  const std::function<void(int, int)>& function;
-  int items;
-  std::atomic<int> next{0};
+/// What leaves a worker must not leave a thread of the host: it is kept for the caller.
+class Work {
+ public:
+  Work(const dvParallel& parallel, const std::function<void(int, int)>& function, int items)
+      : parallel_(parallel), function_(function), items_(items) {}
 
   void run(int worker) {
-    for (int item = next++; item < items && !parallel.aborted(); item = next++)
-      function(worker, item);
+    try {
+      for (int item = next_++; item < items_ && !parallel_.aborted(); item = next_++)
+        function_(worker, item);
+    } catch (...) {
+      next_ = items_;
+      const std::lock_guard<std::mutex> lock(mutex_);
+      if (!failure_) failure_ = std::current_exception();
+    }
   }
+
+  void rethrow() const {
+    if (failure_) std::rethrow_exception(failure_);
+  }
+
+ private:
+  const dvParallel& parallel_;
+  const std::function<void(int, int)>& function_;
+  int items_;
+  std::atomic<int> next_{0};
+  std::mutex mutex_;
+  std::exception_ptr failure_;
 };
 
 void runWorker(unsigned index, unsigned /*count*/, void* work) {
@@ -34,12 +54,13 @@ dvHostParallel::dvHostParallel(std::function<bool()> aborted)
     : workers_(std::max(1, static_cast<int>(Thread::numCPUs))), aborted_(std::move(aborted)) {}
 
 void dvHostParallel::forEach(int items, const std::function<void(int worker, int item)>& work) {
-  Work shared{*this, work, items};
+  Work shared(*this, work, items);
   if (items > 1 && Thread::spawn(runWorker, static_cast<unsigned>(workers_), &shared)) {
     Thread::wait(&shared);
   } else {
     shared.run(0);
   }
+  shared.rethrow();
 }
 
 }  // namespace drevin

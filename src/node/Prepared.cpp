@@ -1,5 +1,7 @@
 /// The picture that is made when the node opens.
 
+#include <algorithm>
+
 #include "node/Drevin.h"
 #include "node/HostConversions.h"
 #include "node/HostParallel.h"
@@ -15,7 +17,7 @@ dvLineSettings lineSettings(const dvSplatFrame& frame, const std::vector<int>& c
   dvLineSettings settings;
   settings.splat = frame.splat;
   settings.bank = frame.bank;
-  settings.slices = static_cast<std::size_t>(frame.slices);
+  settings.slices = static_cast<std::size_t>(std::max(0, frame.slices));
   settings.channels = channels;
   settings.groups = splatGroups(*frame.bank, frame.splat.chromatic, channels);
   return settings;

@@ -1,6 +1,7 @@
 #include "node/PreparedPicture.h"
 
 #include <algorithm>
+#include <atomic>
 #include <optional>
 
 namespace drevin {
@@ -12,19 +13,19 @@ using DD::Image::Row;
 
 namespace {
 
-/// Bytes that a band's sums and records may take.
-constexpr double bandBytes = 640e6;
-constexpr int leastBandRows = 64;
+/// Output rows of which a band has at least this many, and source rows that are read at a time.
+constexpr int bandStep = 32;
 
-/// Rows of a band: all, or as many as the memory allows. A splat is 16 bytes and its values; a
-/// pixel has two sums of a byte's eight and one value for each channel.
-int bandRows(const dvFrameBox& box, int padding, std::size_t channels, std::size_t modes) {
-  const double values = 4.0 * static_cast<double>(channels);
-  const double rowBytes =
-      (box.width() + 2.0 * padding) * (16.0 + values) * static_cast<double>(modes) +
-      box.width() * (32.0 + values);
-  const double rows = bandBytes / rowBytes - 2.0 * padding;
-  return static_cast<int>(std::clamp(rows, static_cast<double>(leastBandRows), 1e6));
+std::size_t bytesOf(const dvSplatLine& line) {
+  std::size_t bytes = 0;
+  for (const std::vector<dvCentredSplats>& group : line.groups) {
+    for (const dvCentredSplats& splats : group) {
+      bytes += splats.row.records.size() * sizeof(dvSplatRecord) +
+               splats.row.values.size() * sizeof(float) +
+               splats.row.sliceBegin.size() * sizeof(std::uint32_t);
+    }
+  }
+  return bytes;
 }
 
 /// The source rows of a picture while its bands are made.
@@ -38,6 +39,9 @@ class SourceRows {
     for (auto& mode : lines_)
       mode.resize(static_cast<std::size_t>(end_ - first_));
   }
+
+  /// Memory of the rows that are held.
+  std::size_t bytes() const { return bytes_; }
 
   /// Reads the rows that source rows below `end` show and that have not been read.
   void readUpTo(int end, dvParallel& parallel) {
@@ -59,8 +63,11 @@ class SourceRows {
 
   void forgetBelow(int y) {
     for (auto& mode : lines_) {
-      for (int i = forgotten_; i < y - first_; ++i)
-        mode[static_cast<std::size_t>(i)].reset();
+      for (int i = forgotten_; i < y - first_; ++i) {
+        std::optional<dvSplatLine>& line = mode[static_cast<std::size_t>(i)];
+        if (line) bytes_ -= bytesOf(*line);
+        line.reset();
+      }
     }
     forgotten_ = std::max(forgotten_, y - first_);
   }
@@ -84,8 +91,10 @@ class SourceRows {
     const std::vector<int> rows = sourceRowsOf(row);
     auto made = source_.read(row, rows);
     for (std::size_t mode = 0; mode < made.size(); ++mode) {
-      for (std::size_t i = 0; i < rows.size(); ++i)
+      for (std::size_t i = 0; i < rows.size(); ++i) {
+        bytes_ += bytesOf(made[mode][i]);
         lines_[mode][static_cast<std::size_t>(rows[i] - first_)] = std::move(made[mode][i]);
+      }
     }
   }
 
@@ -93,6 +102,7 @@ class SourceRows {
   int first_;
   int end_;
   std::vector<std::vector<std::optional<dvSplatLine>>> lines_;  ///< by mode and source row
+  std::atomic<std::size_t> bytes_{0};
   std::optional<int> nextRow_;
   int forgotten_ = 0;
 };
@@ -101,7 +111,7 @@ class SourceRows {
 
 void dvPreparedPicture::make(const dvLineSettings& settings, const dvLineSource& source,
                              int padding, const Box& box, dvParallel& parallel,
-                             const std::function<void(double)>& progress) {
+                             const std::function<void(double)>& progress, std::size_t bandBytes) {
   clear();
   const dvFrameBox wanted{box.x(), box.y(), box.r(), box.t()};
   if (wanted.empty() || settings.channels.empty()) return;
@@ -109,10 +119,13 @@ void dvPreparedPicture::make(const dvLineSettings& settings, const dvLineSource&
     modes_[mode].assign(settings.channels.size(), dvFramePlane<float>(wanted));
   SourceRows rows(source, wanted, padding);
   dvFrameMaker maker(settings, padding, parallel);
-  const int step = bandRows(wanted, padding, settings.channels.size(), source.modes.size());
-  for (int y = wanted.bottom; y < wanted.top && !parallel.aborted(); y += step) {
-    const dvFrameBox band{wanted.left, y, wanted.right, std::min(y + step, wanted.top)};
-    rows.readUpTo(band.top + padding, parallel);
+  dvFrameBox band = wanted;
+  for (band.top = wanted.bottom; band.top < wanted.top && !parallel.aborted();) {
+    band.bottom = band.top;
+    while (band.top < wanted.top && (band.top == band.bottom || rows.bytes() < bandBytes)) {
+      band.top = std::min(band.top + bandStep, wanted.top);
+      rows.readUpTo(band.top + padding, parallel);
+    }
     for (std::size_t mode = 0; mode < source.modes.size(); ++mode) {
       const auto lines = rows.lines(mode, band.bottom - padding, band.top + padding);
       maker.make(band, lines, modes_[source.modes[mode]], [&](double done) {

@@ -29,14 +29,18 @@ struct dvLineSource {
       read;
 };
 
+/// Memory of the splats that are held at a time, bytes.
+constexpr std::size_t dvBandBytes = std::size_t{192} << 20;
+
 class dvPreparedPicture {
  public:
-  /// Makes the columns and rows of `box`, in bands of rows where the whole would take much memory.
-  /// Every row is read once. Calls `progress` on this thread with the share that is done. After an
-  /// abort there is no picture.
+  /// Makes the columns and rows of `box`, in bands of rows: a band grows until the splats that
+  /// reach it take `bandBytes`. So memory follows the band and the reach of the blur, however many
+  /// samples a picture has. Every row is read once. Calls `progress` on this thread with the share
+  /// that is done. After an abort there is no picture.
   void make(const dvLineSettings& settings, const dvLineSource& source, int padding,
             const DD::Image::Box& box, dvParallel& parallel,
-            const std::function<void(double)>& progress);
+            const std::function<void(double)>& progress, std::size_t bandBytes = dvBandBytes);
   void clear();
 
   /// Whether columns [x, r) of row y are there for the mode and all of `channels`.

@@ -64,6 +64,14 @@ std::shared_ptr<embedded::DeepImage> hostDeepImage(const LiteralDeepImage& image
   return made;
 }
 
+OrderGuard::OrderGuard(bool farFirst) : before_(embedded::deepOrder()) {
+  embedded::setDeepOrder(farFirst ? embedded::DeepOrder::FarFirst : embedded::DeepOrder::NearFirst);
+}
+
+OrderGuard::~OrderGuard() {
+  embedded::setDeepOrder(before_);
+}
+
 DeepBench::DeepBench(const LiteralDeepScene& scene)
     : deep_(hostDeepImage(scene.deep, scene.flat.image.formatWidth, scene.flat.image.formatHeight)),
       node_(scene.flat) {

@@ -15,13 +15,13 @@ namespace drevin::test {
 /// Serves deep pixels in an order for as long as it lives.
 class OrderGuard {
  public:
-  explicit OrderGuard(bool farFirst) {
-    embedded::setDeepOrder(farFirst ? embedded::DeepOrder::FarFirst
-                                    : embedded::DeepOrder::NearFirst);
-  }
-  ~OrderGuard() { embedded::setDeepOrder(embedded::DeepOrder::NearFirst); }
+  explicit OrderGuard(bool farFirst);
+  ~OrderGuard();
   OrderGuard(const OrderGuard&) = delete;
   OrderGuard& operator=(const OrderGuard&) = delete;
+
+ private:
+  embedded::DeepOrder before_;
 };
 
 /// A sample of red (green and blue are its half and its quarter), premultiplied.

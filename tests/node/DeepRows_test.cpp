@@ -4,6 +4,7 @@
 
 #include <cmath>
 #include <cstring>
+#include <limits>
 #include <stdexcept>
 #include <thread>
 
@@ -243,7 +244,6 @@ TEST(DeepRows, lensBloomOutput_showsTheBloomOfTheSamplesAlone) {
 }
 
 // Front and back apart
-// -----------------------------------------------------------------------------
 
 LiteralDeepScene frontAndBack() {
   return evenScene({redPoint(8.0F, 0.25F, 0.5F), redPoint(12.0F, 0.5F, 0.75F)});
@@ -318,7 +318,6 @@ TEST(DeepFrontAndBack, unwantedSide_isNeverMade) {
 }
 
 // Merged once
-// --------------------------------------------------------------------------------------
 
 TEST(DeepPicture, everyPixelInReach_isMergedOncePerFrame) {
   for (const float multiplier : {1.0F, 6.0F, 14.0F}) {
@@ -422,7 +421,6 @@ TEST(DeepPicture, rowsThatItLacks_areMadeAlike) {
 }
 
 // Depth orders
-// -------------------------------------------------------------------------------------
 
 TEST(DeepOrders, pointSamples_giveTheSamePicture) {
   for (unsigned seed = 0; seed < 10; ++seed) {
@@ -434,6 +432,7 @@ TEST(DeepOrders, pointSamples_giveTheSamePicture) {
         pixel.push_back(redPoint(draw.chance(0.2) ? 9.0F : draw.real(7.0F, 13.0F),
                                  draw.real(0.0F, 0.5F), draw.real(0.1F, 1.0F)));
     }
+    const OrderGuard nearFirst(false);
     DeepBench near(scene);
     const RenderResult expected = near.render();
     const OrderGuard guard(true);
@@ -445,6 +444,7 @@ TEST(DeepOrders, pointSamples_giveTheSamePicture) {
 TEST(DeepOrders, volumeSamples_giveOtherPictures) {
   const LiteralDeepScene scene =
       evenScene({redSample(8.0F, 10.0F, 0.2F, 0.4F), redSample(9.0F, 11.0F, 0.1F, 0.4F)});
+  const OrderGuard nearFirst(false);
   DeepBench near(scene);
   const RenderResult nearResult = near.render();
   const OrderGuard guard(true);
@@ -457,6 +457,7 @@ TEST(DeepOrders, views_areTheSame) {
   for (const int type : {2, 4}) {
     LiteralDeepScene scene = randomDeepScene(77);
     scene.flat.settings.outputType = type;
+    const OrderGuard nearFirst(false);
     DeepBench near(scene);
     const RenderResult expected = near.render();
     const OrderGuard guard(true);
@@ -466,7 +467,32 @@ TEST(DeepOrders, views_areTheSame) {
 }
 
 // Size estimate
-// ------------------------------------------------------------------------------------
+
+/// A deep operator of which some rows fail without a message.
+class FailingDeep : public DeepStandIn {
+ public:
+  FailingDeep(const Box& box, int failingFrom)
+      : DeepStandIn(box, DD::Image::Mask_Deep | DD::Image::Mask_RGBA), failingFrom_(failingFrom) {}
+
+  float depth = 12.0F;
+
+ protected:
+  bool doDeepEngine(Box box, const ChannelSet& channels,
+                    DD::Image::DeepOutputPlane& plane) override {
+    if (box.y() >= failingFrom_) return false;
+    plane = DD::Image::DeepOutputPlane(channels, box, DD::Image::DeepPixel::eZAscending);
+    for (int i = 0; i < box.w() * box.h(); ++i) {
+      DD::Image::DeepOutPixel pixel;
+      for (const DD::Image::Channel z : channels)
+        pixel.push_back(ChannelSet(DD::Image::Mask_Deep).contains(z) ? depth : 1.0F);
+      plane.addPixel(pixel);
+    }
+    return true;
+  }
+
+ private:
+  int failingFrom_;
+};
 
 TEST(DeepEstimate, backOfTheFarthestSample_sizesTheBankInEitherOrder) {
   // Ramp 1/2 at the farthest back; the nearest sample's full blur does not count.
@@ -509,33 +535,25 @@ TEST(DeepEstimate, blurAboveTheMaximum_warnsWithTheDiameterFound) {
   EXPECT_EQ(bench.drevin().padding(), 27);
 }
 
+TEST(DeepEstimate, rowsThatCannotBeFetched_areLeftOut) {
+  LiteralScene scene = plainScene(width, height, 10.0F);
+  scene.settings.multiplier = 20.0F;
+  NodeBench bench(scene);
+  FailingDeep deep({0, 0, width, height}, 8);
+  deep.depth = 11.0F;
+  ASSERT_TRUE(bench.connect(dvInput::deep, &deep));
+  bench.open();
+  EXPECT_EQ(bench.drevin().kernelSize(), 10) << "half of the ramp, as in the rows that are there";
+  bench.connect(dvInput::deep, nullptr);
+}
+
+TEST(DeepEstimate, infinitelyFarSamples_raiseNothing) {
+  DeepBench bench(evenScene({redPoint(std::numeric_limits<float>::max(), 0.1F, 1.0F)}, 20.0F));
+  bench.node().open();
+  EXPECT_EQ(bench.drevin().kernelSize(), 0);
+}
+
 // Failures
-// -----------------------------------------------------------------------------------------
-
-/// A deep operator of which some rows fail without a message.
-class FailingDeep : public DeepStandIn {
- public:
-  FailingDeep(const Box& box, int failingFrom)
-      : DeepStandIn(box, DD::Image::Mask_Deep | DD::Image::Mask_RGBA), failingFrom_(failingFrom) {}
-
- protected:
-  bool doDeepEngine(Box box, const ChannelSet& channels,
-                    DD::Image::DeepOutputPlane& plane) override {
-    if (box.y() >= failingFrom_) return false;
-    plane = DD::Image::DeepOutputPlane(channels, box, DD::Image::DeepPixel::eZAscending);
-    for (int i = 0; i < box.w() * box.h(); ++i) {
-      DD::Image::DeepOutPixel pixel;
-      for (const DD::Image::Channel z : channels)
-        pixel.push_back(z == DD::Image::Chan_DeepFront || z == DD::Image::Chan_DeepBack ? 12.0F
-                                                                                        : 1.0F);
-      plane.addPixel(pixel);
-    }
-    return true;
-  }
-
- private:
-  int failingFrom_;
-};
 
 TEST(DeepFailure, rowsThatCannotBeFetched_contributeNothing) {
   LiteralScene scene = plainScene(width, height, 10.0F);
@@ -610,7 +628,6 @@ TEST(DeepFailure, abortAtAnyTime_endsTheRender) {
 }
 
 // Views
-// --------------------------------------------------------------------------------------------
 
 TEST(DeepViews, emptyPixel_showsTheBackground) {
   LiteralDeepScene scene = evenScene({});
