@@ -14,11 +14,11 @@ double transformWork(int side, int planes) {
 }  // namespace
 
 double fourierAddCost(int side, int planes) {
-  return 0.2 * transformWork(side, planes);
+  return 0.06 * transformWork(side, planes);
 }
 
 double fourierFinishCost(int side, int planes) {
-  return 0.45 * transformWork(side, planes);
+  return 0.12 * transformWork(side, planes);
 }
 
 double directCost(int radius, int planes) {
