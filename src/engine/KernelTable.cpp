@@ -40,60 +40,67 @@ dvConstantStretch longestConstant(const float* row, const dvConstantStretch& par
   return longest;
 }
 
+dvKernelRow rowOfZeros(std::ptrdiff_t centre) {
+  constexpr int far = std::numeric_limits<int>::max() / 2;
+  return {centre, far, -far, -far, far, 0.0F};
+}
+
+dvKernelRow described(const float* values, int radius, std::ptrdiff_t centre) {
+  const dvConstantStretch part = nonZeroPart(values, 2 * radius + 1);
+  if (part.begin == part.end) return rowOfZeros(centre);
+  const dvConstantStretch constant = longestConstant(values, part);
+  return {centre,
+          part.begin - radius,
+          part.end - radius,
+          constant.begin - radius,
+          constant.end - radius,
+          values[constant.begin]};
+}
+
+/// Entries 0 and 1 are the same kernel of one pixel; of each pair of equal side the odd index is
+/// always there.
+std::size_t entryOf(int radius) {
+  return 2 * static_cast<std::size_t>(radius) + 1;
+}
+
 }  // namespace
 
 dvKernelTable::dvKernelTable(const dvKernelBank& bank, int channel) {
-  // Entries 0 and 1 are the same kernel of one pixel; of each pair of equal side the odd index is
-  // always there.
-  for (std::size_t index = 1; index < bank.size(); index += 2) {
-    const float* plane = bank[index].plane(channel);
-    if (plane == nullptr) break;
-    append(bank[index], plane);
-  }
-  if (!empty()) describeRows();
-}
-
-void dvKernelTable::append(const dvChannelFloatBuffer& entry, const float* plane) {
-  const int side = entry.width;
-  values_.resize(std::max<std::size_t>(values_.size(), dvKernelPad), 0.0F);
-  kernels_.push_back(static_cast<Kernel>(values_.size()));
-  for (int r = 0; r < side; ++r) {
-    const float* from = plane + static_cast<std::ptrdiff_t>(r) * side;
-    values_.insert(values_.end(), from, from + side);
-    values_.insert(values_.end(), dvKernelPad, 0.0F);
-  }
-}
-
-void dvKernelTable::describeRows() {
-  constexpr int far = std::numeric_limits<int>::max() / 2;
-  const int largest = largestRadius();
-  zeroRow_ = {static_cast<std::ptrdiff_t>(values_.size()) + largest, far, -far, -far, far, 0.0F};
-  values_.insert(values_.end(), 2 * kernels_.size() - 1 + dvKernelPad, 0.0F);
-
-  rows_.assign(static_cast<std::size_t>(2 * largest + 1) * kernels_.size(), zeroRow_);
-  dvKernelRow* described = rows_.data();
-  for (int dy = -largest; dy <= largest; ++dy) {
-    for (int radius = 0; radius <= largest; ++radius, ++described) {
-      if (std::abs(dy) > radius) continue;
-      const float* values = row(radius, radius - dy);
-      const dvConstantStretch part = nonZeroPart(values, 2 * radius + 1);
-      if (part.begin == part.end) continue;
-      const dvConstantStretch constant = longestConstant(values, part);
-      *described = {
-          values - values_.data() + radius, part.begin - radius,   part.end - radius,
-          constant.begin - radius,          constant.end - radius, values[constant.begin]};
+  while (entryOf(largestRadius_ + 1) < bank.size() &&
+         bank[entryOf(largestRadius_ + 1)].plane(channel) != nullptr)
+    ++largestRadius_;
+  if (empty()) return;
+  const auto zeros = 2 * (static_cast<std::size_t>(largestRadius_) + dvKernelPad) + 1;
+  zeroRow_ = rowOfZeros(largestRadius_ + dvKernelPad);
+  values_.assign(zeros, 0.0F);
+  for (int dy = -largestRadius_; dy <= largestRadius_; ++dy) {
+    for (int radius = 0; radius <= largestRadius_; ++radius) {
+      if (std::abs(dy) > radius) {
+        rows_.push_back(zeroRow_);
+      } else {
+        appendRow(bank[entryOf(radius)], channel, dy);
+      }
     }
   }
 }
 
+void dvKernelTable::appendRow(const dvChannelFloatBuffer& entry, int channel, int dy) {
+  const int radius = entry.centre;
+  const float* values =
+      entry.plane(channel) + static_cast<std::ptrdiff_t>(radius - dy) * entry.width;
+  rows_.push_back(described(values, radius, static_cast<std::ptrdiff_t>(values_.size()) + radius));
+  values_.insert(values_.end(), values, values + entry.width);
+  values_.insert(values_.end(), dvKernelPad, 0.0F);
+}
+
 dvConstantStretch dvKernelTable::constant(int radius, int r) const {
-  const dvKernelRow& described = rowsAt(radius - r)[radius];
-  if (described.begin >= described.end) return {};
-  return {described.constantBegin + radius, described.constantEnd + radius};
+  const dvKernelRow& row = rowsAt(radius - r)[radius];
+  if (row.begin >= row.end) return {};
+  return {row.constantBegin + radius, row.constantEnd + radius};
 }
 
 bool dvKernelTable::operator==(const dvKernelTable& other) const {
-  return kernels_.size() == other.kernels_.size() &&
+  return largestRadius_ == other.largestRadius_ &&
          std::equal(values_.begin(), values_.end(), other.values_.begin(), other.values_.end(),
                     sameBits);
 }

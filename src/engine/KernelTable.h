@@ -38,14 +38,14 @@ class dvKernelTable {
   /// the channel, gives an empty table.
   dvKernelTable(const dvKernelBank& bank, int channel);
 
-  bool empty() const { return kernels_.empty(); }
+  bool empty() const { return largestRadius_ < 0; }
   /// -1 for an empty table.
-  int largestRadius() const { return static_cast<int>(kernels_.size()) - 1; }
+  int largestRadius() const { return largestRadius_; }
 
   /// Row r of the kernel, 0 to 2 * radius: 2 * radius + 1 values from index 0, dvKernelPad zeros
   /// before and after them.
   const float* row(int radius, int r) const {
-    return values_.data() + rowBegin(kernels_[static_cast<std::size_t>(radius)], radius, r);
+    return values_.data() + rowsAt(radius - r)[radius].centre - radius;
   }
   dvConstantStretch constant(int radius, int r) const;
 
@@ -64,17 +64,12 @@ class dvKernelTable {
   bool operator==(const dvKernelTable& other) const;
 
  private:
-  /// Place of the first value of row 0; rows share the zeros between them.
-  using Kernel = std::ptrdiff_t;
+  void appendRow(const dvChannelFloatBuffer& entry, int channel, int dy);
 
-  static std::ptrdiff_t rowBegin(Kernel kernel, int radius, int r) {
-    return kernel + static_cast<std::ptrdiff_t>(r) * (2 * radius + 1 + dvKernelPad);
-  }
-  void append(const dvChannelFloatBuffer& entry, const float* plane);
-  void describeRows();
-
+  int largestRadius_ = -1;
+  /// Row after row with dvKernelPad zeros between them; rows for the same dy side by side, since
+  /// splats of many radii are added to one output row.
   std::vector<float> values_;
-  std::vector<Kernel> kernels_;    ///< by radius
   std::vector<dvKernelRow> rows_;  ///< by dy, then by radius
   dvKernelRow zeroRow_;
 };

@@ -2,13 +2,14 @@
 
 #include "engine/Simd.h"
 
-// The copies of ScatterSplats.cpp.
-#define DREVIN_ROW_CODE(level)                                                         \
-  namespace level {                                                                    \
-  void scatterSplats(const dvRowSplat* splats, int count, int channels, float* sums);  \
-  void scatterEdges(const dvRowSplat* splats, int count, int channels, double* edges); \
-  void emptySums(float* sums, double* totals, std::ptrdiff_t count);                   \
-  constexpr dvRowCode rowCode{scatterSplats, scatterEdges, emptySums};                 \
+// The copies of ScatterRuns.cpp, GatherRuns.cpp and RowEdges.cpp.
+#define DREVIN_ROW_CODE(level)                                                    \
+  namespace level {                                                               \
+  void scatterRuns(const dvRowRun* runs, int count, const dvRowTarget& target);   \
+  void gatherRuns(const dvRowRun* runs, int count, const dvRowTarget& target);    \
+  void addInnerEdges(const dvRowRun* runs, int count, const dvRowTarget& target); \
+  void emptySums(float* sums, double* totals, std::ptrdiff_t count);              \
+  constexpr dvRowCode rowCode{scatterRuns, gatherRuns, addInnerEdges, emptySums}; \
   }
 
 namespace drevin {

@@ -17,120 +17,82 @@ int cellsOf(int left, int right) {
   return right <= left ? 0 : (right - left + dvCellColumns - 1) / dvCellColumns;
 }
 
-int leastInnerOf(dvRowShape shape) {
+dvRowChoice choiceOf(dvRowShape shape, dvRowOrder order) {
+  const dvRowTimes& times = rowTimes(simdLevel());
   switch (shape) {
     case dvRowShape::Dense:
-      break;
+      return {std::numeric_limits<int>::max(), order, times};
     case dvRowShape::Rims:
-      return dvCellColumns;
+      return {dvCellColumns, order, times};
     case dvRowShape::Quickest:
-      return 3 * dvCellColumns;
+      break;
   }
-  return std::numeric_limits<int>::max();
+  return {leastInnerPart(times), order, times};
 }
 
 }  // namespace
 
-dvRowSums::dvRowSums(int channels, int left, int right, dvRowShape shape)
+dvRowSums::dvRowSums(int channels, int left, int right, dvRowShape shape, dvRowOrder order)
     : channels_(channels),
       left_(left),
       right_(right),
       cells_(cellsOf(left, right)),
-      leastInner_(leastInnerOf(shape)),
+      choice_(choiceOf(shape, order)),
       code_(&rowCode(simdLevel())),
-      sums_(static_cast<std::size_t>(cells_) * static_cast<std::size_t>(channels + 1)),
+      batch_(channels, left),
+      sums_(static_cast<std::size_t>(cells_) * (static_cast<std::size_t>(channels) + 1)),
       totals_(sums_.size()),
-      edges_(static_cast<std::size_t>(cells_ + 1) *
-             static_cast<std::size_t>(channels + dvEdgeExtras)),
-      touched_{cells_, 0} {}
+      edges_((static_cast<std::size_t>(cells_) + 1) *
+             (static_cast<std::size_t>(channels) + dvEdgeExtras)),
+      touched_{cells_, 0},
+      used_{cells_, 0} {}
 
 void dvRowSums::clear() {
-  std::fill(sums_.begin(), sums_.end(), FloatCell{});
-  std::fill(totals_.begin(), totals_.end(), DoubleCell{});
-  std::fill(edges_.begin(), edges_.end(), 0.0);
-  touched_ = {cells_, 0};
+  const std::size_t planes = static_cast<std::size_t>(channels_) + 1;
+  const auto cell = [&](auto& cells, int place) {
+    return cells.begin() + static_cast<std::ptrdiff_t>(static_cast<std::size_t>(place) * planes);
+  };
+  if (touched_.begin < touched_.end)
+    std::fill(cell(sums_, touched_.begin), cell(sums_, touched_.end), FloatCell{});
+  if (used_.begin < used_.end)
+    std::fill(cell(totals_, used_.begin), cell(totals_, used_.end), DoubleCell{});
+  if (edgesTouched_) std::fill(edges_.begin(), edges_.end(), 0.0);
+  touched_ = used_ = {cells_, 0};
   edgesTouched_ = false;
   sourceRows_ = 0;
 }
 
 void dvRowSums::add(const dvSplatRow& row, std::size_t begin, std::size_t end, int dy,
-                    const dvKernelTable& kernels) {
+                    const dvKernelTable& kernels, const dvRowReach* reach) {
   if (cells_ == 0 || kernels.empty() || std::abs(dy) > kernels.largestRadius()) return;
   while (begin < end) {
-    const int reaching = selectReaching(row, begin, end, std::abs(dy));
-    prepare(row, reaching, dy, kernels);
-    addBatch();
+    begin = batch_.collect(row, begin, end, std::abs(dy), reach);
+    batch_.cut(dy, kernels, choice_);
+    addRuns(batch_.scattered(), code_->scatterRuns);
+    addRuns(batch_.gathered(), code_->gatherRuns);
   }
 }
 
-// Without a branch that depends on the record: which of them reach is not predictable.
-int dvRowSums::selectReaching(const dvSplatRow& row, std::size_t& begin, std::size_t end,
-                              int distance) {
-  const std::size_t stop = std::min(end, begin + batchSize);
-  int count = 0;
-  for (; begin < stop; ++begin) {
-    const dvSplatRecord& record = row.records[begin];
-    selected_[count] = static_cast<std::uint32_t>(begin);
-    const bool near = (record.near > 0.0F) & (record.radius >= distance);
-    const bool far = (record.far > 0.0F) & (record.radius + 1 >= distance);
-    count += static_cast<int>(near | far);
-  }
-  return count;
-}
-
-void dvRowSums::prepare(const dvSplatRow& row, int selected, int dy, const dvKernelTable& kernels) {
-  const dvKernelRow* kernelRows = kernels.rowsAt(dy);
-  splatCount_ = 0;
-  for (int i = 0; i < selected; ++i) {
-    const dvSplatRecord& record = row.records[selected_[i]];
-    const dvKernelRow& near = record.near > 0.0F ? kernelRows[record.radius] : kernels.zeroRow();
-    const dvKernelRow& far = record.far > 0.0F ? kernelRows[record.radius + 1] : kernels.zeroRow();
-    dvRowSplat& splat = splats_[splatCount_];
-    splat.near = kernels.values() + near.centre;
-    splat.far = kernels.values() + far.centre;
-    splat.values = row.values.data() +
-                   static_cast<std::size_t>(selected_[i]) * static_cast<std::size_t>(channels_);
-    splat.nearShare = record.near;
-    splat.farShare = record.far;
-    splat.inner = record.near * near.constantValue + record.far * far.constantValue;
-    splatCount_ += static_cast<int>(place(record.x, near, far, splat));
-  }
-}
-
-// False if nothing of the kernel row lies in the sums.
-bool dvRowSums::place(int x, const dvKernelRow& near, const dvKernelRow& far,
-                      dvRowSplat& splat) const {
-  const std::int64_t centre = static_cast<std::int64_t>(x) - left_;
-  const std::int64_t columns = static_cast<std::int64_t>(cells_) * dvCellColumns;
-  const auto within = [&](std::int64_t column) {
-    return static_cast<int>(std::clamp<std::int64_t>(column, 0, columns));
-  };
-  splat.begin = within(centre + std::min(near.begin, far.begin));
-  splat.end = within(centre + std::max(near.end, far.end));
-  if (splat.begin >= splat.end) return false;
-  splat.x = static_cast<int>(centre);
-  const int innerBegin = within(centre + std::max(near.constantBegin, far.constantBegin));
-  const int innerEnd = within(centre + std::min(near.constantEnd, far.constantEnd));
-  splat.innerBegin = (innerBegin + dvCellColumns - 1) / dvCellColumns * dvCellColumns;
-  splat.innerEnd = innerEnd / dvCellColumns * dvCellColumns;
-  if (splat.innerEnd - splat.innerBegin < leastInner_) {
-    splat.innerBegin = splat.innerEnd = splat.end;
-  }
-  return true;
-}
-
-void dvRowSums::addBatch() {
+void dvRowSums::addRuns(const std::vector<dvRowRun>& runs, AddRuns addColumns) {
+  if (runs.empty()) return;
   bool inner = false;
-  for (int i = 0; i < splatCount_; ++i) {
-    const dvRowSplat& splat = splats_[i];
-    touched_.begin = std::min(touched_.begin, splat.begin / dvCellColumns);
-    touched_.end = std::max(touched_.end, (splat.end - 1) / dvCellColumns + 1);
-    inner |= splat.innerBegin < splat.innerEnd;
+  for (const dvRowRun& run : runs) {
+    touch(run);
+    inner |= run.innerBegin < run.innerEnd;
   }
-  code_->scatterSplats(splats_, splatCount_, channels_, sums_.data()->columns);
+  const dvRowTarget target{sums_.data()->columns, edges_.data(), channels_, cells_};
+  const int count = static_cast<int>(runs.size());
+  addColumns(runs.data(), count, target);
   if (!inner) return;
-  code_->scatterEdges(splats_, splatCount_, channels_, edges_.data());
+  code_->addInnerEdges(runs.data(), count, target);
   edgesTouched_ = true;
+}
+
+void dvRowSums::touch(const dvRowRun& run) {
+  const int first = run.records[0].x + run.begin;
+  const int last = run.records[run.count - 1].x + run.end - 1;
+  touched_.begin = std::min(touched_.begin, std::max(first, 0) / dvCellColumns);
+  touched_.end = std::max(touched_.end, std::min(last / dvCellColumns + 1, cells_));
 }
 
 void dvRowSums::endSourceRow() {
@@ -145,6 +107,7 @@ void dvRowSums::emptyTouched() {
   const std::size_t count = static_cast<std::size_t>(touched_.end - touched_.begin) * planes;
   code_->emptySums(sums_[first].columns, totals_[first].columns,
                    static_cast<std::ptrdiff_t>(count * dvCellColumns));
+  used_ = {std::min(used_.begin, touched_.begin), std::max(used_.end, touched_.end)};
   touched_ = {cells_, 0};
 }
 
@@ -161,12 +124,16 @@ void dvRowSums::addInnerParts() {
     for (std::size_t p = 0; p < cellEdges; ++p)
       running[p] += edges_[cell * cellEdges + p];
     // Where no splat's inner part lies, what rounding left of the ended ones is dropped.
-    if (running[planes] == 0.0) std::fill(running.begin(), running.end(), 0.0);
+    if (running[planes] == 0.0) {
+      std::fill(running.begin(), running.end(), 0.0);
+      continue;
+    }
     for (std::size_t p = 0; p < planes; ++p) {
       for (double& column : totals_[cell * planes + p].columns)
         column += running[p];
     }
   }
+  used_ = {0, cells_};
   std::fill(edges_.begin(), edges_.end(), 0.0);
   edgesTouched_ = false;
 }

@@ -3,12 +3,12 @@
 /// The sums of one output row: splats of many source rows added kernel row by kernel row.
 
 #include <cstddef>
-#include <cstdint>
 #include <vector>
 
 #include "engine/KernelTable.h"
+#include "engine/RowBatch.h"
 #include "engine/RowCode.h"
-#include "engine/RowSplat.h"
+#include "engine/RowReach.h"
 #include "engine/SplatRecords.h"
 
 namespace drevin {
@@ -41,7 +41,8 @@ enum class dvRowShape { Quickest, Dense, Rims };
 class dvRowSums {
  public:
   /// channels >= 1; right <= left gives a row without columns.
-  dvRowSums(int channels, int left, int right, dvRowShape shape = dvRowShape::Quickest);
+  dvRowSums(int channels, int left, int right, dvRowShape shape = dvRowShape::Quickest,
+            dvRowOrder order = dvRowOrder::Quickest);
 
   int left() const { return left_; }
   int right() const { return right_; }
@@ -51,7 +52,7 @@ class dvRowSums {
   /// Adds the records [begin, end) of a source row. `dy` is the output row less the row of the
   /// centres. Radii are within the table: that of the kernel of every share that is not 0.
   void add(const dvSplatRow& row, std::size_t begin, std::size_t end, int dy,
-           const dvKernelTable& kernels);
+           const dvKernelTable& kernels, const dvRowReach* reach = nullptr);
   /// Call after each source row.
   void endSourceRow();
   /// Call after the last source row and before reading.
@@ -62,6 +63,10 @@ class dvRowSums {
   void store(int plane, double* out) const;
 
  private:
+  struct CellSpan {
+    int begin;
+    int end;
+  };
   struct alignas(64) FloatCell {
     float columns[dvCellColumns] = {};
   };
@@ -69,14 +74,9 @@ class dvRowSums {
     double columns[dvCellColumns] = {};
   };
 
-  static constexpr int batchSize = 128;
-
-  /// Takes up to a batch of records from `begin` on, which it moves, and gives how many of them
-  /// reach `distance` rows.
-  int selectReaching(const dvSplatRow& row, std::size_t& begin, std::size_t end, int distance);
-  void prepare(const dvSplatRow& row, int selected, int dy, const dvKernelTable& kernels);
-  bool place(int x, const dvKernelRow& near, const dvKernelRow& far, dvRowSplat& splat) const;
-  void addBatch();
+  using AddRuns = void (*)(const dvRowRun* runs, int count, const dvRowTarget& target);
+  void addRuns(const std::vector<dvRowRun>& runs, AddRuns addColumns);
+  void touch(const dvRowRun& run);
   void emptyTouched();
   void addInnerParts();
   template <typename Value>
@@ -86,19 +86,17 @@ class dvRowSums {
   int left_;
   int right_;
   int cells_;
-  int leastInner_;  ///< columns from which an inner part is worth its trouble
+  dvRowChoice choice_;
   const dvRowCode* code_;
+  dvRowBatch batch_;
 
   std::vector<FloatCell> sums_;     ///< by cell and plane, since they were last emptied
   std::vector<DoubleCell> totals_;  ///< likewise, of what was emptied
   std::vector<double> edges_;       ///< by cell, cells_ + 1
-  dvCellSpan touched_;              ///< where sums_ may not be 0
+  CellSpan touched_;                ///< where sums_ may not be 0
+  CellSpan used_;                   ///< likewise totals_
   bool edgesTouched_ = false;
   int sourceRows_ = 0;  ///< since the sums were last emptied
-
-  std::uint32_t selected_[batchSize];
-  dvRowSplat splats_[batchSize];
-  int splatCount_ = 0;
 };
 
 }  // namespace drevin

@@ -140,11 +140,13 @@ LiteralSums literalSums(const RowScene& scene) {
   return sums;
 }
 
-std::vector<std::vector<double>> rowSums(const RowScene& scene, dvRowShape shape) {
+std::vector<std::vector<double>> rowSums(const RowScene& scene, const RowWay& way) {
   const dvKernelTable kernels(scene.bank, channel);
-  dvRowSums sums(scene.channels, scene.left, scene.right, shape);
+  dvRowSums sums(scene.channels, scene.left, scene.right, way.shape, way.order);
   for (const SceneRow& row : scene.rows) {
-    sums.add(row.splats, 0, row.splats.records.size(), row.dy, kernels);
+    const dvRowReach reach(row.splats);
+    sums.add(row.splats, 0, row.splats.records.size(), row.dy, kernels,
+             way.knowsReach ? &reach : nullptr);
     sums.endSourceRow();
   }
   sums.finish();

@@ -60,7 +60,12 @@ using LiteralSums = std::vector<std::vector<LiteralSum>>;
 LiteralSums literalSums(const RowScene& scene);
 
 /// The same by the production code, at the instruction set in use.
-std::vector<std::vector<double>> rowSums(const RowScene& scene, dvRowShape shape);
+struct RowWay {
+  dvRowShape shape = dvRowShape::Quickest;
+  dvRowOrder order = dvRowOrder::Quickest;
+  bool knowsReach = true;
+};
+std::vector<std::vector<double>> rowSums(const RowScene& scene, const RowWay& way = {});
 
 /// Largest |a - b| / magnitude; infinite where something was added to nothing, or is not finite.
 double worstError(const std::vector<std::vector<double>>& sums, const LiteralSums& literal);

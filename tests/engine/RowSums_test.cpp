@@ -14,18 +14,26 @@ namespace {
 /// Of the sum of the magnitudes: what the sums of a few hundred splats may be off by.
 constexpr double sumTolerance = 2e-6;
 
-constexpr dvRowShape allShapes[] = {dvRowShape::Quickest, dvRowShape::Dense, dvRowShape::Rims};
+const RowWay quickest{};
+const RowWay dense{dvRowShape::Dense, dvRowOrder::Scatter};
+const RowWay allWays[] = {quickest,
+                          {dvRowShape::Quickest, dvRowOrder::Quickest, false},
+                          dense,
+                          {dvRowShape::Dense, dvRowOrder::Gather},
+                          {dvRowShape::Rims, dvRowOrder::Scatter, false},
+                          {dvRowShape::Rims, dvRowOrder::Gather}};
 constexpr KernelKind allKinds[] = {KernelKind::Disc, KernelKind::Random, KernelKind::Constant,
                                    KernelKind::BlankEdges, KernelKind::SeveralSteps};
 
-/// Compares at every instruction set and in every shape.
+/// Compares at every instruction set and in every way.
 void expectLiteralSums(const RowScene& scene, double tolerance = sumTolerance) {
   const LiteralSums literal = literalSums(scene);
   for (const dvSimdLevel level : usableLevels()) {
     const SimdLevelInUse use(level);
-    for (const dvRowShape shape : allShapes) {
-      EXPECT_LE(worstError(rowSums(scene, shape), literal), tolerance)
-          << simdLevelName(level) << ", shape " << static_cast<int>(shape);
+    for (const RowWay& way : allWays) {
+      EXPECT_LE(worstError(rowSums(scene, way), literal), tolerance)
+          << simdLevelName(level) << ", shape " << static_cast<int>(way.shape) << ", order "
+          << static_cast<int>(way.order);
     }
   }
 }
@@ -113,8 +121,8 @@ TEST(RowSums, nearShareAlone_reachesItsRadius) {
     for (const int side : {-1, 1}) {
       const dvSplatRecord record{3, radius, 0.5F, 0.0F};
       expectLiteralSums(oneSplat(bank, record, side * radius));
-      EXPECT_FALSE(allZero(rowSums(oneSplat(bank, record, side * radius), dvRowShape::Dense)));
-      EXPECT_TRUE(allZero(rowSums(oneSplat(bank, record, side * (radius + 1)), dvRowShape::Dense)));
+      EXPECT_FALSE(allZero(rowSums(oneSplat(bank, record, side * radius), dense)));
+      EXPECT_TRUE(allZero(rowSums(oneSplat(bank, record, side * (radius + 1)), dense)));
     }
   }
 }
@@ -126,15 +134,15 @@ TEST(RowSums, farShareAlone_reachesTheNextRadius) {
       const dvSplatRecord record{3, radius, 0.0F, 0.5F};
       const int reach = radius + 1;
       expectLiteralSums(oneSplat(bank, record, side * reach));
-      EXPECT_FALSE(allZero(rowSums(oneSplat(bank, record, side * reach), dvRowShape::Dense)));
-      EXPECT_TRUE(allZero(rowSums(oneSplat(bank, record, side * (reach + 1)), dvRowShape::Dense)));
+      EXPECT_FALSE(allZero(rowSums(oneSplat(bank, record, side * reach), dense)));
+      EXPECT_TRUE(allZero(rowSums(oneSplat(bank, record, side * (reach + 1)), dense)));
     }
   }
 }
 
 TEST(RowSums, rowAboveTheCentre_takesTheKernelRowBelowItsCentre) {
   const dvKernelBank bank = kernelBank(KernelKind::Random, 4);
-  const auto sums = rowSums(oneSplat(bank, {0, 3, 1.0F, 0.0F}, 2), dvRowShape::Dense);
+  const auto sums = rowSums(oneSplat(bank, {0, 3, 1.0F, 0.0F}, 2), dense);
   for (int c = -3; c <= 3; ++c) {
     // Row 3 - 2 of the kernel, columns in the order of the picture's.
     const auto value = static_cast<double>(bank[7].plane(1)[(3 - 2) * 7 + 3 + c]);
@@ -148,8 +156,8 @@ TEST(RowSums, splatsOutsideTheColumns_addNothing) {
   constexpr int least = std::numeric_limits<int>::min();
   constexpr int most = std::numeric_limits<int>::max();
   for (const int x : {-40 - 9, -40 - 200, 45 + 8, 45 + 200, least, most}) {
-    for (const dvRowShape shape : allShapes)
-      EXPECT_TRUE(allZero(rowSums(oneSplat(bank, {x, 7, 0.5F, 0.5F}, 0), shape))) << x;
+    for (const RowWay& way : allWays)
+      EXPECT_TRUE(allZero(rowSums(oneSplat(bank, {x, 7, 0.5F, 0.5F}, 0), way))) << x;
   }
 }
 
@@ -171,8 +179,8 @@ TEST(RowSums, columnsThatNoKernelReaches_areExactlyZero) {
     const RowScene scene = randomScene(kind, range, 3);
     const LiteralSums literal = literalSums(scene);
     int untouched = 0;
-    for (const dvRowShape shape : allShapes) {
-      const auto sums = rowSums(scene, shape);
+    for (const RowWay& way : allWays) {
+      const auto sums = rowSums(scene, way);
       for (std::size_t i = 0; i < sums.back().size(); ++i) {
         if (literal.back()[i].magnitude != 0.0) continue;
         ++untouched;
@@ -200,10 +208,11 @@ TEST(RowSums, hundredsOfLargeKernels_keepTheirAccuracy) {
   const LiteralSums literal = literalSums(scene);
   for (const dvSimdLevel level : usableLevels()) {
     const SimdLevelInUse use(level);
-    for (const dvRowShape shape : allShapes) {
-      const double error = worstError(rowSums(scene, shape), literal);
+    for (const RowWay& way : allWays) {
+      const double error = worstError(rowSums(scene, way), literal);
       // A tenth of what a finished picture may be off by; 4e-6 was measured.
-      EXPECT_LE(error, 1e-5) << simdLevelName(level) << ", shape " << static_cast<int>(shape);
+      EXPECT_LE(error, 1e-5) << simdLevelName(level) << ", shape " << static_cast<int>(way.shape)
+                             << ", order " << static_cast<int>(way.order);
     }
   }
 }
@@ -214,14 +223,14 @@ TEST(RowSums, instructionSets_differByRoundingAlone) {
   const RowScene scene = randomScene(KernelKind::Disc, range, 12);
   LiteralSums baseline = literalSums(scene);
   const SimdLevelInUse useBaseline(dvSimdLevel::Baseline);
-  const auto sums = rowSums(scene, dvRowShape::Dense);
+  const auto sums = rowSums(scene, dense);
   for (std::size_t p = 0; p < sums.size(); ++p) {
     for (std::size_t i = 0; i < sums[p].size(); ++i)
       baseline[p][i].value = sums[p][i];
   }
   for (const dvSimdLevel level : usableLevels()) {
     const SimdLevelInUse use(level);
-    EXPECT_LE(worstError(rowSums(scene, dvRowShape::Dense), baseline), sumTolerance);
+    EXPECT_LE(worstError(rowSums(scene, dense), baseline), sumTolerance);
   }
 }
 
@@ -229,8 +238,8 @@ TEST(RowSums, sameSplatsAgain_giveTheSameBits) {
   const RowScene scene = randomScene(KernelKind::Disc, {}, 13);
   for (const dvSimdLevel level : usableLevels()) {
     const SimdLevelInUse use(level);
-    for (const dvRowShape shape : allShapes)
-      EXPECT_EQ(rowSums(scene, shape), rowSums(scene, shape));
+    for (const RowWay& way : allWays)
+      EXPECT_EQ(rowSums(scene, way), rowSums(scene, way));
   }
 }
 
@@ -249,14 +258,14 @@ TEST(RowSums, partOfARow_isAddedAlone) {
   splats.records = {splats.records.begin() + 10, splats.records.begin() + 25};
   splats.values = {splats.values.begin() + 10 * scene.channels,
                    splats.values.begin() + 25 * scene.channels};
-  EXPECT_EQ(weight, rowSums(scene, dvRowShape::Quickest).back());
+  EXPECT_EQ(weight, rowSums(scene, quickest).back());
 }
 
 TEST(RowSums, clear_startsAfresh) {
   const RowScene scene = randomScene(KernelKind::Disc, {}, 15);
   const dvKernelTable kernels(scene.bank, 1);
-  for (const dvRowShape shape : allShapes) {
-    dvRowSums sums(scene.channels, scene.left, scene.right, shape);
+  for (const RowWay& way : allWays) {
+    dvRowSums sums(scene.channels, scene.left, scene.right, way.shape, way.order);
     std::vector<double> first(static_cast<std::size_t>(scene.right - scene.left));
     std::vector<double> second(first.size());
     for (std::vector<double>* plane : {&first, &second}) {
@@ -306,12 +315,12 @@ TEST(RowSums, noColumns_takeSplatsAndStoreNothing) {
 TEST(RowSums, emptyTable_addsNothing) {
   RowScene scene = randomScene(KernelKind::Disc, {}, 18);
   scene.bank.clear();
-  EXPECT_TRUE(allZero(rowSums(scene, dvRowShape::Quickest)));
+  EXPECT_TRUE(allZero(rowSums(scene, quickest)));
 }
 
 TEST(RowSums, sharesOfZero_addNothing) {
   const dvKernelBank bank = kernelBank(KernelKind::Constant, 8);
-  EXPECT_TRUE(allZero(rowSums(oneSplat(bank, {0, 4, 0.0F, 0.0F}, 0), dvRowShape::Quickest)));
+  EXPECT_TRUE(allZero(rowSums(oneSplat(bank, {0, 4, 0.0F, 0.0F}, 0), quickest)));
 }
 
 }  // namespace

@@ -1,0 +1,60 @@
+#pragma once
+
+/// What it takes to add splats row by row, for choosing between ways to do it.
+
+#include <vector>
+
+#include "engine/KernelTable.h"
+#include "engine/RowRun.h"
+#include "engine/Simd.h"
+
+namespace drevin {
+
+/// Nanoseconds, measured on one processor of 3.5 GHz with four value planes and a weight
+/// (benchmarks/Direct_bench.cpp). Only their ratios matter.
+struct dvRowTimes {
+  double splat;        ///< of a splat on a row, however it is added
+  double run;          ///< of a run of splats
+  double edges;        ///< of a splat's inner part on a row
+  double scattered;    ///< of a splat on a row more, if it is scattered
+  double scatterCell;  ///< of a cell of a splat, scattered
+  double gatherCell;   ///< likewise gathered
+  double gatherBlock;  ///< of a cell of a run more, if it is gathered
+};
+
+const dvRowTimes& rowTimes(dvSimdLevel level);
+
+/// The least inner part that is quicker than adding its columns, columns.
+int leastInnerPart(const dvRowTimes& times);
+
+/// Whether gathering the run's splats is expected to be quicker than scattering them.
+bool gatherIsQuicker(const dvRowRun& run, const dvRowTimes& times);
+
+/// Expected time of splats whose kernels are of one table.
+class dvRowCost {
+ public:
+  /// For the instruction set of simdLevel() at this moment. channels >= 1.
+  dvRowCost(const dvKernelTable& kernels, int channels);
+
+  /// Nanoseconds to add a splat of both the kernels of `radius` and of the next, where the table
+  /// has it, to all rows that it reaches.
+  ///
+  /// `spacing` is how many columns apart the splats of this radius are on a row, on average: 1 for
+  /// a row full of them. Infinite for a splat that has no others of its radius near it.
+  double splat(int radius, double spacing) const;
+
+ private:
+  /// Of a splat, over all rows that it reaches.
+  struct Work {
+    double rows = 0.0;
+    double innerRows = 0.0;  ///< on which an inner part is left out
+    double cells = 0.0;      ///< added column by column
+  };
+
+  Work workOf(const dvKernelTable& kernels, int radius) const;
+
+  dvRowTimes times_;
+  std::vector<Work> works_;  ///< by radius
+};
+
+}  // namespace drevin
