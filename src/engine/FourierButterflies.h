@@ -1,65 +1,14 @@
 #pragma once
 
-/// Discrete Fourier transforms of a handful of values in registers; for FourierPasses.cpp, which is
-/// compiled once for each instruction set.
+/// Discrete Fourier transforms of a handful of values in registers.
 ///
 ///   X[k] = sum over n of  x[n] * exp(-2 pi i n k / R)
+
+#include "engine/FourierVector.h"
 
 namespace drevin {
 namespace DREVIN_SIMD_LEVEL {
 namespace {
-
-#define DREVIN_INLINE inline __attribute__((always_inline))
-
-#if defined(__AVX512F__)
-constexpr int width = 16;
-#elif defined(__AVX2__)
-constexpr int width = 8;
-#else
-constexpr int width = 4;
-#endif
-
-// NOLINTNEXTLINE(modernize-use-using): the attributes of a vector need a typedef.
-typedef float Vector __attribute__((vector_size(width * sizeof(float)), may_alias));
-
-struct Complex {
-  Vector re;
-  Vector im;
-};
-
-DREVIN_INLINE Complex operator+(const Complex& a, const Complex& b) {
-  return {a.re + b.re, a.im + b.im};
-}
-DREVIN_INLINE Complex operator-(const Complex& a, const Complex& b) {
-  return {a.re - b.re, a.im - b.im};
-}
-DREVIN_INLINE Complex operator*(const Complex& a, float factor) {
-  return {a.re * factor, a.im * factor};
-}
-DREVIN_INLINE Complex multiplied(const Complex& a, float re, float im) {
-  return {a.re * re - a.im * im, a.im * re + a.re * im};
-}
-/// a - i b and a + i b
-DREVIN_INLINE Complex minusTurned(const Complex& a, const Complex& b) {
-  return {a.re + b.im, a.im - b.re};
-}
-DREVIN_INLINE Complex plusTurned(const Complex& a, const Complex& b) {
-  return {a.re - b.im, a.im + b.re};
-}
-
-template <int Value>
-struct Index {
-  static constexpr int value = Value;
-};
-
-/// body(Index<Begin>) to body(Index<End - 1>): places in arrays stay known, arrays in registers.
-template <int Begin, int End, class Body>
-DREVIN_INLINE void unrolled(Body body) {
-  if constexpr (Begin < End) {
-    body(Index<Begin>{});
-    unrolled<Begin + 1, End>(body);
-  }
-}
 
 /// Series about 0 to full precision for |x| <= 2 pi.
 constexpr double sineOrCosine(double x, bool cosine) {
@@ -164,6 +113,9 @@ template <int Radix>
 DREVIN_INLINE void butterfly(Complex* z);
 
 template <>
+DREVIN_INLINE void butterfly<1>(Complex*) {}
+
+template <>
 DREVIN_INLINE void butterfly<2>(Complex* z) {
   const Complex difference = z[0] - z[1];
   z[0] = z[0] + z[1];
@@ -231,17 +183,6 @@ DREVIN_INLINE void butterfly(Complex* z) {
     butterfly<Q>(line);
     unrolled<0, Q>([&](auto q) __attribute__((always_inline)) {
       z[F::output(p.value, q.value)] = line[q.value];
-    });
-  });
-}
-
-/// X of which only the first `Known` of the x are not zero, for few of them.
-template <int Radix, int Known>
-DREVIN_INLINE void butterflyOfFew(const Complex* x, Complex* z) {
-  unrolled<0, Radix>([&](auto k) __attribute__((always_inline)) {
-    z[k.value] = x[0];
-    unrolled<1, Known>([&](auto n) __attribute__((always_inline)) {
-      z[k.value] = z[k.value] + rotated<Radix, n.value * k.value>(x[n.value]);
     });
   });
 }

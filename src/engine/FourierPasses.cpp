@@ -1,183 +1,13 @@
 #include "engine/FourierPasses.h"
 
-#include "engine/FourierButterflies.h"
+#include "engine/FourierSplits.h"
+#include "engine/FourierTurn.h"
 
 namespace drevin {
 namespace DREVIN_SIMD_LEVEL {
 namespace {
 
-constexpr int lastRadix = 16;
-
-// NOLINTNEXTLINE(modernize-use-using): the attributes of a vector need a typedef.
-typedef Vector AnyVector __attribute__((aligned(sizeof(float)), may_alias));
-
-DREVIN_INLINE Vector& lanes(float* at) {
-  return *reinterpret_cast<Vector*>(at);
-}
-DREVIN_INLINE const Vector& lanes(const float* at) {
-  return *reinterpret_cast<const Vector*>(at);
-}
-
-/// Where the parts of a position lie. An inverse transform is a forward one with the real and
-/// imaginary parts exchanged before and after.
-template <bool Inverse>
-struct Parts {
-  static constexpr int re = Inverse ? dvStripLanes : 0;
-  static constexpr int im = dvStripLanes - re;
-
-  static DREVIN_INLINE Complex read(const float* at) { return {lanes(at + re), lanes(at + im)}; }
-  static DREVIN_INLINE void write(const Complex& z, float* at) {
-    lanes(at + re) = z.re;
-    lanes(at + im) = z.im;
-  }
-};
-
-template <int Radix>
-DREVIN_INLINE void twiddle(Complex* z, const float* twiddles) {
-  unrolled<1, Radix>([&](auto j) __attribute__((always_inline)) {
-    const float* w = twiddles + 2 * (j.value - 1);
-    z[j.value] = multiplied(z[j.value], w[0], w[1]);
-  });
-}
-
-/// One step on the block of `length` positions at `block`.
-template <int Radix, bool Inverse>
-void splitBlock(float* block, int length, const float* twiddles) {
-  using Part = Parts<Inverse>;
-  const int part = length / Radix;
-  for (int i = 0; i < part; ++i) {
-    for (int lane = 0; lane < dvStripLanes; lane += width) {
-      float* at = block + i * dvStripStep + lane;
-      Complex z[Radix];
-      unrolled<0, Radix>([&](auto l) __attribute__((always_inline)) {
-        z[l.value] = Part::read(at + l.value * part * dvStripStep);
-      });
-      if (Inverse) twiddle<Radix>(z, twiddles);
-      butterfly<Radix>(z);
-      if (!Inverse) twiddle<Radix>(z, twiddles);
-      unrolled<0, Radix>([&](auto l) __attribute__((always_inline)) {
-        Part::write(z[l.value], at + l.value * part * dvStripStep);
-      });
-    }
-    twiddles += 2 * (Radix - 1);
-  }
-}
-
-/// The first step where only the first `Known` parts of the line are there, and only `count`
-/// positions of them.
-template <int Radix, int Known>
-void splitFew(const float* head, float* strip, int begin, int end, const dvFourierStep& step) {
-  const int part = step.length / Radix;
-  for (int i = begin; i < end; ++i) {
-    const float* twiddles = step.twiddles + 2 * (Radix - 1) * i;
-    for (int lane = 0; lane < dvStripLanes; lane += width) {
-      const int at = i * dvStripStep + lane;
-      Complex x[Known];
-      Complex z[Radix];
-      unrolled<0, Known>([&](auto l) __attribute__((always_inline)) {
-        x[l.value] = Parts<false>::read(head + at + l.value * part * dvStripStep);
-      });
-      butterflyOfFew<Radix, Known>(x, z);
-      twiddle<Radix>(z, twiddles);
-      unrolled<0, Radix>([&](auto l) __attribute__((always_inline)) {
-        Parts<false>::write(z[l.value], strip + at + l.value * part * dvStripStep);
-      });
-    }
-  }
-}
-
-void copy(const float* from, int positions, float* to) {
-  for (int i = 0; i < positions * dvStripStep; i += width)
-    lanes(to + i) = lanes(from + i);
-}
-
-void clear(float* at, int positions) {
-  for (int i = 0; i < positions * dvStripStep; i += width)
-    lanes(at + i) = Vector{};
-}
-
-/// The first step from a line that is `head` for `support` positions, then zero.
-template <int Radix>
-void splitHead(const float* head, int support, float* strip, const dvFourierStep& step) {
-  const int part = step.length / Radix;
-  if (support <= part) {
-    splitFew<Radix, 1>(head, strip, 0, support, step);
-    for (int j = 0; j < Radix; ++j)
-      clear(strip + (j * part + support) * dvStripStep, part - support);
-  } else if (support <= 2 * part && Radix > 2) {
-    splitFew<Radix, 2>(head, strip, 0, support - part, step);
-    splitFew<Radix, 1>(head, strip, support - part, part, step);
-  } else {
-    copy(head, support, strip);
-    clear(strip + support * dvStripStep, step.length - support);
-    splitBlock<Radix, false>(strip, step.length, step.twiddles);
-  }
-}
-
-using HeadSplit = void (*)(const float*, int, float*, const dvFourierStep&);
-using BlockSplit = void (*)(float*, int, const float*);
-
-/// The steps of one radix.
-struct Splits {
-  HeadSplit head;
-  BlockSplit forward;
-  BlockSplit inverse;
-};
-
-template <int Radix>
-Splits splits() {
-  return {splitHead<Radix>, splitBlock<Radix, false>, splitBlock<Radix, true>};
-}
-
-Splits splitsOf(int radix) {
-  switch (radix) {
-    case 2:
-      return splits<2>();
-    case 3:
-      return splits<3>();
-    case 4:
-      return splits<4>();
-    case 5:
-      return splits<5>();
-    case 6:
-      return splits<6>();
-    case 8:
-      return splits<8>();
-    case 9:
-      return splits<9>();
-    case 10:
-      return splits<10>();
-    case 12:
-      return splits<12>();
-    default:
-      return splits<15>();
-  }
-}
-
-/// The steps up to the last, then last(block) for every block of sixteen neighbours. What the first
-/// step parts is carried to the end part by part, while it is in the nearest cache.
-template <class Last>
-DREVIN_INLINE void forwardSteps(const dvFourierSteps& steps, const float* head, int support,
-                                float* strip, Last last) {
-  int part = steps.side;
-  if (steps.count == 0) {
-    copy(head, support, strip);
-    clear(strip + support * dvStripStep, steps.side - support);
-  } else {
-    splitsOf(steps.steps[0].radix).head(head, support, strip, steps.steps[0]);
-    part /= steps.steps[0].radix;
-  }
-  for (int begin = 0; begin < steps.side; begin += part) {
-    for (int s = 1; s < steps.count; ++s) {
-      const dvFourierStep& step = steps.steps[s];
-      const BlockSplit split = splitsOf(step.radix).forward;
-      for (int i = begin; i < begin + part; i += step.length)
-        split(strip + i * dvStripStep, step.length, step.twiddles);
-    }
-    for (int i = begin; i < begin + part; i += lastRadix)
-      last(i / lastRadix);
-  }
-}
+constexpr int lastRadix = dvStripLanes;
 
 /// The step of radix 16 on lanes of a block.
 template <bool Inverse>
@@ -199,30 +29,94 @@ void lastStep(float* block) {
   }
 }
 
-void forward(const dvFourierSteps& steps, const float* head, int support, float* strip) {
-  forwardSteps(steps, head, support, strip,
-               [=](int block) { lastStep<false>(strip + block * dvStripBlock); });
+/// The outer step.
+void startOuter(const dvFourierSteps& plan, const Head& head, float* strip) {
+  const Splits& outer = splitsOf(plan.outer);
+  if (head.blocks <= 2 * plan.inner) {
+    outer.two(head, plan.inner, plan.outerTwiddles, strip);
+    return;
+  }
+  for (int b = 0; b < plan.outer * plan.inner; ++b) {
+    for (int i = 0; i < dvStripBlock; i += width)
+      lanes(strip + b * dvStripBlock + i) = lanes(head.block(b) + i);
+  }
+  outer.outer(strip, plan.inner, plan.outerTwiddles);
 }
 
-void inverse(const dvFourierSteps& steps, float* strip) {
-  for (int i = 0; i < steps.side; i += lastRadix)
-    lastStep<true>(strip + i * dvStripStep);
-  for (int s = steps.count - 1; s >= 0; --s) {
-    const dvFourierStep& step = steps.steps[s];
-    const BlockSplit split = splitsOf(step.radix).inverse;
-    for (int i = 0; i < steps.side; i += step.length)
-      split(strip + i * dvStripStep, step.length, step.twiddles);
+/// All steps but the last one, then last(block) for every block of sixteen neighbours. What the
+/// outer step parts is carried to the end part by part, while it is in the nearest cache.
+template <class Last>
+DREVIN_INLINE void forwardSteps(const dvFourierSteps& plan, const Head& head, float* strip,
+                                Last last) {
+  const HeadSplit* headSplits = headSplitsOf(plan.outer, plan.inner);
+  const bool onePart = head.blocks <= plan.inner;
+  const float* twiddles = plan.jointTwiddles;
+  if (!onePart) startOuter(plan, head, strip);
+  for (int j = 0; j < plan.outer; ++j) {
+    float* part = strip + j * plan.inner * dvStripBlock;
+    if (onePart) {
+      headSplits[j](head, twiddles, part);
+      twiddles += 2 * (j == 0 ? plan.inner - 1 : plan.inner) * dvStripLanes;
+    } else {
+      splitsOf(plan.inner).inner(part, plan.innerTwiddles);
+    }
+    for (int k = 0; k < plan.inner; ++k)
+      last(j * plan.inner + k);
   }
 }
 
-DREVIN_INLINE Vector reversed(Vector v) {
-#if defined(__AVX512F__)
-  return __builtin_shufflevector(v, v, 15, 14, 13, 12, 11, 10, 9, 8, 7, 6, 5, 4, 3, 2, 1, 0);
-#elif defined(__AVX2__)
-  return __builtin_shufflevector(v, v, 7, 6, 5, 4, 3, 2, 1, 0);
-#else
-  return __builtin_shufflevector(v, v, 3, 2, 1, 0);
-#endif
+void forward(const dvFourierSteps& plan, const float* head, int headBlocks, float* strip) {
+  forwardSteps(plan, {head, headBlocks}, strip,
+               [=](int block) { lastStep<false>(strip + block * dvStripBlock); });
+}
+
+/// Undoes the steps: last(block), which undoes the last one, then the others; the blocks of the
+/// result are `stride` floats apart.
+template <class Last>
+DREVIN_INLINE void inverseSteps(const dvFourierSteps& plan, float* strip, float* to,
+                                std::ptrdiff_t stride, Last last) {
+  const Splits& inner = splitsOf(plan.inner);
+  const bool direct = plan.outer == 1;
+  for (int j = 0; j < plan.outer; ++j) {
+    float* part = strip + j * plan.inner * dvStripBlock;
+    for (int k = 0; k < plan.inner; ++k)
+      last(j * plan.inner + k);
+    inner.innerBack(part, plan.innerTwiddles, direct ? to : part, direct ? stride : dvStripBlock);
+  }
+  if (!direct) {
+    splitsOf(plan.outer).outerBack(strip, plan.inner, plan.outerTwiddles, to, stride);
+  }
+}
+
+void inverse(const dvFourierSteps& plan, float* strip) {
+  inverseSteps(plan, strip, strip, dvStripBlock,
+               [=](int block) { lastStep<true>(strip + block * dvStripBlock); });
+}
+
+/// A block of conjugates, positions turned about.
+void mirrorBlock(const float* from, float* to) {
+  for (int i = 0; i < dvStripLanes; ++i) {
+    for (int lane = 0; lane < dvStripLanes; lane += width) {
+      const Complex z = Parts<false>::read(from + (dvStripLanes - 1 - i) * dvStripStep + lane);
+      Parts<false>::write({z.re, -z.im}, to + i * dvStripStep + lane);
+    }
+  }
+}
+
+void inverseColumns(const dvFourierSteps& plan, const int* keptBlocks, float* columns,
+                    std::ptrdiff_t stride, float* strip) {
+  inverseSteps(plan, strip, columns, stride, [=](int block) {
+    float* at = strip + block * dvStripBlock;
+    const int kept = keptBlocks == nullptr ? block : keptBlocks[block];
+    if (kept == block) {
+      turnBlock(columns + block * stride, at);
+    } else {
+      alignas(dvStripAlignment) float partner[dvStripBlock];
+      turnBlock(columns + kept * stride, partner);
+      mirrorBlock(partner, at);
+    }
+    lastStep<true>(at);
+  });
 }
 
 /// Factors as they lie.
@@ -264,9 +158,9 @@ void multiplyBlock(const float* block, const float* factors, float* sums) {
 }
 
 template <bool First>
-void multiplyAll(const dvFourierSteps& steps, const float* head, int support,
+void multiplyAll(const dvFourierSteps& plan, const float* head, int headBlocks,
                  const dvStripFactors& factors, float* strip, float* sums) {
-  forwardSteps(steps, head, support, strip, [&](int block) {
+  forwardSteps(plan, {head, headBlocks}, strip, [&](int block) {
     const float* from = strip + block * dvStripBlock;
     float* to = sums + block * dvStripBlock;
     const float* values = factors.values;
@@ -281,96 +175,87 @@ void multiplyAll(const dvFourierSteps& steps, const float* head, int support,
   });
 }
 
-void forwardMultiply(const dvFourierSteps& steps, const float* head, int support,
+void forwardMultiply(const dvFourierSteps& plan, const float* head, int headBlocks,
                      const dvStripFactors& factors, bool first, float* strip, float* sums) {
   if (first) {
-    multiplyAll<true>(steps, head, support, factors, strip, sums);
+    multiplyAll<true>(plan, head, headBlocks, factors, strip, sums);
   } else {
-    multiplyAll<false>(steps, head, support, factors, strip, sums);
-  }
-}
-
-/// The lanes of a and b by turns, from the first halves.
-DREVIN_INLINE Vector firstByTurns(Vector a, Vector b) {
-#if defined(__AVX512F__)
-  return __builtin_shufflevector(a, b, 0, 16, 1, 17, 2, 18, 3, 19, 4, 20, 5, 21, 6, 22, 7, 23);
-#elif defined(__AVX2__)
-  return __builtin_shufflevector(a, b, 0, 8, 1, 9, 2, 10, 3, 11);
-#else
-  return __builtin_shufflevector(a, b, 0, 4, 1, 5);
-#endif
-}
-
-/// And from the second halves.
-DREVIN_INLINE Vector secondByTurns(Vector a, Vector b) {
-#if defined(__AVX512F__)
-  return __builtin_shufflevector(a, b, 8, 24, 9, 25, 10, 26, 11, 27, 12, 28, 13, 29, 14, 30, 15,
-                                 31);
-#elif defined(__AVX2__)
-  return __builtin_shufflevector(a, b, 4, 12, 5, 13, 6, 14, 7, 15);
-#else
-  return __builtin_shufflevector(a, b, 2, 6, 3, 7);
-#endif
-}
-
-/// Each round shuffles all values once like two halves of a pack of cards; after log2 of the width
-/// of them rows have become columns.
-template <int Rounds>
-DREVIN_INLINE void shuffleRows(Vector* rows) {
-  if constexpr (Rounds > 1) {
-    Vector next[width];
-    unrolled<0, width / 2>([&](auto i) __attribute__((always_inline)) {
-      next[2 * i.value] = firstByTurns(rows[i.value], rows[i.value + width / 2]);
-      next[2 * i.value + 1] = secondByTurns(rows[i.value], rows[i.value + width / 2]);
-    });
-    unrolled<0, width>([&](auto i)
-                           __attribute__((always_inline)) { rows[i.value] = next[i.value]; });
-    shuffleRows<Rounds / 2>(rows);
+    multiplyAll<false>(plan, head, headBlocks, factors, strip, sums);
   }
 }
 
 void turn(const float* from, float* to) {
-  for (int part = 0; part < dvStripStep; part += dvStripLanes) {
-    for (int row = 0; row < dvStripLanes; row += width) {
-      for (int lane = 0; lane < dvStripLanes; lane += width) {
-        const float* source = from + part + row * dvStripStep + lane;
-        float* target = to + part + lane * dvStripStep + row;
-        Vector rows[width];
-        unrolled<0, width>([&](auto i) __attribute__((always_inline)) {
-          rows[i.value] = lanes(source + i.value * dvStripStep);
-        });
-        shuffleRows<width>(rows);
-        unrolled<0, width>([&](auto i) __attribute__((always_inline)) {
-          lanes(target + i.value * dvStripStep) = rows[i.value];
-        });
-      }
-    }
-  }
+  turnBlock(from, to);
 }
 
-/// One part, real or imaginary, of every position.
-bool loadPart(const float* row, std::ptrdiff_t stride, int columns, int rows, float* at) {
+/// One part, real or imaginary, of every position: all lanes.
+bool loadLanes(const float* row, std::ptrdiff_t stride, int rows, float* at) {
+  Bits any{};
+  for (int y = 0; y < rows; ++y, at += dvStripStep, row += stride) {
+    for (int lane = 0; lane < dvStripLanes; lane += width) {
+      const Vector values = *reinterpret_cast<const AnyVector*>(row + lane);
+      lanes(at + lane) = values;
+      any |= reinterpret_cast<const Bits&>(values);
+    }
+  }
+  int found = 0;
+  for (int lane = 0; lane < width; ++lane)
+    found |= any[lane];
+  return found != 0;
+}
+
+/// The lanes before `columns` only.
+bool loadSome(const float* row, std::ptrdiff_t stride, int columns, int rows, float* at) {
   bool any = false;
-  for (int y = 0; y < rows; ++y, at += dvStripStep) {
+  for (int y = 0; y < rows; ++y, at += dvStripStep, row += stride) {
     for (int lane = 0; lane < dvStripLanes; ++lane) {
-      at[lane] = row != nullptr && lane < columns ? row[lane] : 0.0F;
+      at[lane] = lane < columns ? row[lane] : 0.0F;
       any |= at[lane] != 0.0F;
     }
-    if (row != nullptr) row += stride;
   }
   return any;
+}
+
+bool loadPart(const float* row, std::ptrdiff_t stride, int columns, int rows, float* at) {
+  if (row != nullptr && columns >= dvStripLanes) return loadLanes(row, stride, rows, at);
+  if (row != nullptr) return loadSome(row, stride, columns, rows, at);
+  for (int y = 0; y < rows; ++y, at += dvStripStep) {
+    for (int lane = 0; lane < dvStripLanes; lane += width)
+      lanes(at + lane) = Vector{};
+  }
+  return false;
 }
 
 bool load(const float* a, const float* b, std::ptrdiff_t stride, int columns, int rows,
           float* strip) {
   const bool real = loadPart(a, stride, columns, rows, strip);
   const bool imaginary = loadPart(b, stride, columns, rows, strip + dvStripLanes);
+  for (int y = rows; y % dvStripLanes != 0; ++y) {
+    for (int lane = 0; lane < dvStripStep; lane += width)
+      lanes(strip + y * dvStripStep + lane) = Vector{};
+  }
   return real || imaginary;
+}
+
+void add(const float* block, int rows, int columns, float* to, std::ptrdiff_t stride) {
+  for (int y = 0; y < rows; ++y, block += dvStripStep, to += stride) {
+    if (columns == dvStripLanes) {
+      // The next block's pixels: the rows are too many for the processor to foresee them.
+      __builtin_prefetch(to + 2 * dvStripLanes, 1);
+      for (int lane = 0; lane < dvStripLanes; lane += width)
+        *reinterpret_cast<AnyVector*>(to + lane) +=
+            *reinterpret_cast<const AnyVector*>(block + lane);
+    } else {
+      for (int lane = 0; lane < columns; ++lane)
+        to[lane] += block[lane];
+    }
+  }
 }
 
 }  // namespace
 
-const dvFourierPasses fourierPasses = {load, forward, forwardMultiply, inverse, turn};
+const dvFourierPasses fourierPasses = {load, forward, forwardMultiply, inverse, inverseColumns,
+                                       turn, add};
 
 }  // namespace DREVIN_SIMD_LEVEL
 }  // namespace drevin

@@ -10,25 +10,50 @@ namespace drevin {
 
 namespace {
 
-/// How a number of blocks is split; a factor of 1 is left out. The first step gains from zeros
-/// behind the values, so odd factors lead.
+/// How a number of blocks is split. FourierPasses.cpp has code for these pairs.
 struct BlockFactors {
-  int blocks;
-  int first;
-  int second;
+  int outer;
+  int inner;
 };
 
-constexpr BlockFactors blockFactors[] = {
-    {1, 1, 1},  {2, 2, 1},  {3, 3, 1},   {4, 4, 1},   {5, 5, 1},   {6, 6, 1},
-    {8, 8, 1},  {9, 9, 1},  {10, 10, 1}, {12, 12, 1}, {15, 15, 1}, {16, 4, 4},
-    {18, 3, 6}, {20, 5, 4}, {24, 3, 8},  {30, 5, 6},  {32, 4, 8},  {36, 4, 9},
-    {40, 5, 8}, {48, 6, 8}, {60, 6, 10}, {64, 8, 8},  {72, 9, 8}};
+constexpr BlockFactors blockFactors[] = {{1, 1},  {1, 2},  {1, 3},  {1, 4},  {1, 5},  {1, 6},
+                                         {1, 8},  {1, 9},  {1, 10}, {1, 12}, {1, 15}, {2, 8},
+                                         {2, 9},  {2, 10}, {3, 8},  {3, 10}, {4, 8},  {4, 9},
+                                         {4, 10}, {4, 12}, {6, 10}, {8, 8},  {8, 9}};
 
 const BlockFactors* factorsOf(int blocks) {
   for (const BlockFactors& factors : blockFactors) {
-    if (factors.blocks >= blocks) return &factors;
+    if (factors.outer * factors.inner >= blocks) return &factors;
   }
   return nullptr;
+}
+
+/// Appends exp(-2 pi i power / order).
+void addRoot(int power, int order, std::vector<float>& roots) {
+  const double angle = -2.0 * M_PI * static_cast<double>(power % order) / order;
+  roots.push_back(static_cast<float>(std::cos(angle)));
+  roots.push_back(static_cast<float>(std::sin(angle)));
+}
+
+std::vector<float> stepTwiddles(int radix, int part) {
+  std::vector<float> twiddles;
+  for (int i = 0; i < part; ++i) {
+    for (int j = 1; j < radix; ++j)
+      addRoot(i * j, radix * part, twiddles);
+  }
+  return twiddles;
+}
+
+std::vector<float> jointTwiddles(const BlockFactors& factors) {
+  const int side = factors.outer * factors.inner * dvStripLanes;
+  std::vector<float> twiddles;
+  for (int j = 0; j < factors.outer; ++j) {
+    for (int i = 0; i < dvStripLanes; ++i) {
+      for (int k = j == 0 ? 1 : 0; k < factors.inner; ++k)
+        addRoot(i * (j + factors.outer * k), side, twiddles);
+    }
+  }
+  return twiddles;
 }
 
 }  // namespace
@@ -36,47 +61,34 @@ const BlockFactors* factorsOf(int blocks) {
 int transformSide(int least) {
   if (least > dvLargestTransform) return 0;
   const BlockFactors* factors = factorsOf((least + dvStripLanes - 1) / dvStripLanes);
-  return factors == nullptr ? 0 : factors->blocks * dvStripLanes;
+  return factors == nullptr ? 0 : factors->outer * factors->inner * dvStripLanes;
 }
 
 dvFourierPlan::dvFourierPlan(int side) : side_(side) {
   const BlockFactors factors = *factorsOf(blocks());
-  addStep(factors.first, side);
-  addStep(factors.second, side / factors.first);
+  outerTwiddles_ = stepTwiddles(factors.outer, factors.inner * dvStripLanes);
+  innerTwiddles_ = stepTwiddles(factors.inner, dvStripLanes);
+  jointTwiddles_ = jointTwiddles(factors);
+  steps_ = {side,
+            factors.outer,
+            factors.inner,
+            outerTwiddles_.data(),
+            innerTwiddles_.data(),
+            jointTwiddles_.data()};
   std::vector<int> blockOf(static_cast<std::size_t>(blocks()));
   for (int block = 0; block < blocks(); ++block)
     blockOf[static_cast<std::size_t>(lowFrequency(block))] = block;
   for (int block = 0; block < blocks(); ++block) {
     const int negated = (blocks() - lowFrequency(block)) % blocks();
     mirroredBlocks_.push_back(blockOf[static_cast<std::size_t>(negated)]);
+    keptBlocks_.push_back(isKept(block) ? block : mirroredBlocks_.back());
   }
-}
-
-void dvFourierPlan::addStep(int radix, int length) {
-  if (radix == 1) return;
-  std::vector<float> twiddles;
-  for (int i = 0; i < length / radix; ++i) {
-    for (int j = 1; j < radix; ++j) {
-      const double angle = -2.0 * M_PI * static_cast<double>(i * j % length) / length;
-      twiddles.push_back(static_cast<float>(std::cos(angle)));
-      twiddles.push_back(static_cast<float>(std::sin(angle)));
-    }
-  }
-  twiddles_.push_back(std::move(twiddles));
-  steps_.push_back({radix, length, twiddles_.back().data()});
 }
 
 int dvFourierPlan::frequency(int position) const {
-  int frequency = 0;
-  int scale = 1;
-  int length = side_;
-  for (const dvFourierStep& step : steps_) {
-    length /= step.radix;
-    frequency += position / length * scale;
-    position %= length;
-    scale *= step.radix;
-  }
-  return frequency + position * scale;
+  const int block = position / dvStripLanes;
+  const int low = block / steps_.inner + block % steps_.inner * steps_.outer;
+  return low + position % dvStripLanes * blocks();
 }
 
 const dvFourierPlan& fourierPlan(int side) {

@@ -31,7 +31,7 @@ class dvFourierPlan {
 
   int side() const { return side_; }
   int blocks() const { return side_ / dvStripLanes; }
-  dvFourierSteps steps() const { return {side_, static_cast<int>(steps_.size()), steps_.data()}; }
+  const dvFourierSteps& steps() const { return steps_; }
 
   /// The frequency at a position, 0 to side - 1.
   int frequency(int position) const;
@@ -41,15 +41,18 @@ class dvFourierPlan {
   /// Whether a block is among those that suffice for real values, where F(-k) = conj F(k): one of
   /// each pair, and those that are their own partners.
   bool isKept(int block) const { return lowFrequency(block) <= blocks() / 2; }
+  /// By block itself where it is kept, else its partner.
+  const std::vector<int>& keptBlocks() const { return keptBlocks_; }
 
  private:
   int lowFrequency(int block) const { return frequency(block * dvStripLanes); }
-  void addStep(int radix, int length);
-
   int side_;
-  std::vector<dvFourierStep> steps_;
-  std::vector<std::vector<float>> twiddles_;  ///< by step
+  dvFourierSteps steps_;
+  std::vector<float> outerTwiddles_;
+  std::vector<float> innerTwiddles_;
+  std::vector<float> jointTwiddles_;
   std::vector<int> mirroredBlocks_;
+  std::vector<int> keptBlocks_;
 };
 
 /// The plan of a length that transformSide gives. Made on first use; safe from any thread; stays

@@ -6,18 +6,20 @@ namespace drevin {
 
 namespace {
 
-/// Adds pixels [left, right) of a row of blocks to a row; columns repeat every `length`.
-void addRow(const float* blocks, int length, int left, int right, float* target) {
-  for (int x = left; x < right;) {
-    const int column = (x % length + length) % length;
-    const int lane = column % dvStripLanes;
-    const int count = std::min(right - x, dvStripLanes - lane);
-    const float* from = blocks + static_cast<std::ptrdiff_t>(column - lane) * dvStripStep + lane;
-    for (int i = 0; i < count; ++i)
-      target[x + i] += from[i];
-    x += count;
+/// Pixels [begin, end) of an axis that lie in the same block, and where.
+struct BlockPart {
+  int block;
+  int first;  ///< within the block
+  int count;
+
+  /// From `begin` on; the axis repeats every `length`.
+  BlockPart(int begin, int end, int length) {
+    const int place = (begin % length + length) % length;
+    block = place / dvStripLanes;
+    first = place % dvStripLanes;
+    count = std::min(end - begin, dvStripLanes - first);
   }
-}
+};
 
 }  // namespace
 
@@ -68,14 +70,19 @@ void dvTileSum::addInto(int plane, const dvTileBox& box, int reach, float* targe
   if (pair.empty) return;
   const int length = transform_.plan().side();
   const float* picture = pair.sums.data() + (plane % 2 == 0 ? 0 : dvStripLanes);
-  const int left = std::max(box.left, -reach);
   const int right = std::min(box.right, side_ + reach);
-  for (int y = std::max(box.bottom, -reach); y < std::min(box.top, side_ + reach); ++y) {
-    const int row = (y % length + length) % length;
-    const int inBlock = row % dvStripLanes;
-    const std::ptrdiff_t blocks =
-        static_cast<std::ptrdiff_t>(row - inBlock) * length / dvStripLanes + inBlock;
-    addRow(picture + blocks * dvStripStep, length, left, right, target + y * stride);
+  const int top = std::min(box.top, side_ + reach);
+  for (int y = std::max(box.bottom, -reach); y < top;) {
+    const BlockPart rows(y, top, length);
+    for (int x = std::max(box.left, -reach); x < right;) {
+      const BlockPart columns(x, right, length);
+      const std::ptrdiff_t position =
+          rows.block * length + columns.block * dvStripLanes + rows.first;
+      transform_.passes().add(picture + position * dvStripStep + columns.first, rows.count,
+                              columns.count, target + y * stride + x, stride);
+      x += columns.count;
+    }
+    y += rows.count;
   }
 }
 

@@ -35,8 +35,8 @@ struct dvPlanePair {
 ///   F(u, v) = sum over (x, y) of  f(x, y) * exp(-2 pi i (u x + v y) / side)
 class dvForwardTransform {
  public:
-  /// Chooses the length, one that transformSide gives, and the vector code. No allocation unless it
-  /// is longer than ever before.
+  /// Chooses the length, one that transformSide gives, and the vector code. Nothing allocates here
+  /// or later unless more is needed than ever before.
   void begin(int side);
 
   const dvFourierPlan& plan() const { return *plan_; }
@@ -51,15 +51,17 @@ class dvForwardTransform {
   void multiplyRows(int block, const dvStripFactors& factors, bool first, float* sums);
 
  private:
-  void clearColumns(int begin, int end);
+  void turnColumns(int x);
 
   const dvFourierPlan* plan_ = nullptr;
   const dvFourierPasses* passes_ = nullptr;
-  int width_ = 0;           ///< of `turned_`, a multiple of sixteen
-  int support_ = 0;         ///< columns from here on are zero
-  dvFourierBuffer line_;    ///< sixteen columns
-  dvFourierBuffer strip_;   ///< their transform, or that of rows
-  dvFourierBuffer turned_;  ///< by block of vertical frequencies, `width_` positions
+  dvFourierBuffer line_;   ///< sixteen columns
+  dvFourierBuffer strip_;  ///< their transform, or that of rows
+  /// By block of vertical frequencies, which are in the lanes, `width_` positions, as many as there
+  /// are columns.
+  dvFourierBuffer turned_;
+  int width_ = 0;       ///< a multiple of sixteen
+  int headBlocks_ = 0;  ///< blocks of positions from the first on; what follows is zero
 };
 
 /// Transforms the frequencies of a plane back in place, but for a factor of side * side. `strip` is

@@ -90,18 +90,23 @@ class Strip {
   dvFourierBuffer values_;
 };
 
+int blocksOf(int positions) {
+  return (positions + dvStripLanes - 1) / dvStripLanes;
+}
+
 /// Different lines of `support` values in all lanes, transformed; the largest relative error
 /// against the direct transform, checked in the first, last and a middle lane.
 double stripError(int length, int support) {
   const dvFourierPlan& plan = fourierPlan(length);
-  Strip head(support);
+  const int headBlocks = blocksOf(support);
+  Strip head(headBlocks * dvStripLanes);
   Strip frequencies(length);
   std::vector<Line> lines;
   for (int lane = 0; lane < dvStripLanes; ++lane) {
     lines.push_back(randomLine(support, static_cast<unsigned>(length + lane)));
     head.set(lane, lines.back());
   }
-  fourierPasses().forward(plan.steps(), head.data(), support, frequencies.data());
+  fourierPasses().forward(plan.steps(), head.data(), headBlocks, frequencies.data());
   double worst = 0.0;
   for (const int lane : {0, 6, dvStripLanes - 1}) {
     const Line& line = lines[static_cast<std::size_t>(lane)];
@@ -219,13 +224,13 @@ TEST(TransformStrip, lineOfWhichOnlyTheHeadIsThere_isTheDirectTransform) {
 
 TEST(TransformStrip, scratchOfBefore_doesNotShow) {
   const dvFourierPlan& plan = fourierPlan(384);
-  Strip head(100);
+  Strip head(112);
   head.set(3, randomLine(100, 1));
   Strip clean(384);
   Strip used(384);
   std::fill_n(used.data(), 384 * dvStripStep, 1e9F);
-  fourierPasses().forward(plan.steps(), head.data(), 100, clean.data());
-  fourierPasses().forward(plan.steps(), head.data(), 100, used.data());
+  fourierPasses().forward(plan.steps(), head.data(), 7, clean.data());
+  fourierPasses().forward(plan.steps(), head.data(), 7, used.data());
   EXPECT_TRUE(std::equal(clean.data(), clean.data() + 384 * dvStripStep, used.data()));
 }
 
@@ -238,7 +243,7 @@ TEST(TransformStrip, forwardAndBack_isTheLineTimesItsLength) {
       Strip head(length);
       head.set(9, line);
       Strip strip(length);
-      fourierPasses().forward(plan.steps(), head.data(), length, strip.data());
+      fourierPasses().forward(plan.steps(), head.data(), length / dvStripLanes, strip.data());
       fourierPasses().inverse(plan.steps(), strip.data());
       for (int i = 0; i < length; ++i) {
         const std::complex<double> back = strip.at(i, 9) / static_cast<double>(length);
@@ -255,7 +260,8 @@ TEST(TransformStrip, energy_isKept) {
     Strip head(length);
     head.set(0, line);
     Strip strip(length);
-    fourierPasses().forward(fourierPlan(length).steps(), head.data(), length, strip.data());
+    fourierPasses().forward(fourierPlan(length).steps(), head.data(), length / dvStripLanes,
+                            strip.data());
     double sum = 0.0;
     for (int i = 0; i < length; ++i)
       sum += std::norm(strip.at(i, 0));
@@ -275,7 +281,8 @@ TEST(TransformStrip, sum_hasTheSumOfTheTransforms) {
   head.set(1, b);
   head.set(2, sum);
   Strip strip(length);
-  fourierPasses().forward(fourierPlan(length).steps(), head.data(), length, strip.data());
+  fourierPasses().forward(fourierPlan(length).steps(), head.data(), length / dvStripLanes,
+                          strip.data());
   for (int i = 0; i < length; ++i) {
     const std::complex<double> expected = strip.at(i, 0) + 3.0 * strip.at(i, 1);
     EXPECT_LT(std::abs(strip.at(i, 2) - expected), 1e-6 * std::sqrt(energy(sum)));
@@ -284,7 +291,7 @@ TEST(TransformStrip, sum_hasTheSumOfTheTransforms) {
 
 TEST(TransformStrip, impulseAtTheStart_isOneEverywhere) {
   for (const int length : supportedLengths()) {
-    Strip head(1);
+    Strip head(dvStripLanes);
     head.set(4, {{1.0, 0.0}});
     Strip strip(length);
     fourierPasses().forward(fourierPlan(length).steps(), head.data(), 1, strip.data());
@@ -313,13 +320,16 @@ TEST(TransformStrip, load_takesTheColumnsThatAreThere) {
   const std::vector<float> b{7, 8, 9, 10, 11, 12};
   for (const dvSimdLevel level : usableLevels()) {
     const SimdLevelInUse use(level);
-    Strip strip(2);
+    Strip strip(dvStripLanes);
+    std::fill_n(strip.data(), dvStripBlock, 3.0F);
     EXPECT_TRUE(fourierPasses().load(a.data(), b.data(), 3, 2, 2, strip.data()));
     EXPECT_EQ(strip.at(0, 1), std::complex<double>(2, 8));
     EXPECT_EQ(strip.at(1, 0), std::complex<double>(4, 10));
     EXPECT_EQ(strip.at(0, 2), std::complex<double>());
     EXPECT_TRUE(fourierPasses().load(a.data(), nullptr, 3, 3, 2, strip.data()));
     EXPECT_EQ(strip.at(1, 2), std::complex<double>(6, 0));
+    EXPECT_EQ(strip.at(2, 0), std::complex<double>()) << "the block is filled";
+    EXPECT_EQ(strip.at(15, 15), std::complex<double>());
   }
 }
 
@@ -327,7 +337,7 @@ TEST(TransformStrip, load_tellsWhetherAnythingIsThere) {
   const std::vector<float> nothing(64, 0.0F);
   for (const dvSimdLevel level : usableLevels()) {
     const SimdLevelInUse use(level);
-    Strip strip(2);
+    Strip strip(dvStripLanes);
     EXPECT_FALSE(fourierPasses().load(nothing.data(), nullptr, 32, 16, 2, strip.data()));
     for (const std::size_t place : {0, 15, 32, 47}) {
       std::vector<float> one = nothing;
