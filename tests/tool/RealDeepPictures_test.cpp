@@ -107,6 +107,16 @@ TEST(RealDeepPictures, everyOne_renders) {
   }
 }
 
+TEST(RealDeepPictures, viewOfAVolume_isNotWarnedOf) {
+  SKIP_WITHOUT_PICTURES();
+  const ScratchFolder folder;
+  const std::string file = deepPicture("fire_and_spikes.volume.exr");
+  const RunResult result = runCommand(
+      deepArguments(file, folder.file("out.exr"), {"--set", "outputType=Focus Matte"}));
+  EXPECT_EQ(result.exitCode, 0);
+  EXPECT_EQ(result.error.find("thick"), std::string::npos) << result.error;
+}
+
 TEST(RealDeepPictures, volume_isWarnedOfWithItsFigures) {
   SKIP_WITHOUT_PICTURES();
   const ScratchFolder folder;

@@ -162,6 +162,13 @@ void checkBox(const RenderArguments& arguments, const Picture& input,
   throw ToolError(ExitCode::RenderFailed, oneLine(input.path + ": nothing to render"));
 }
 
+// The views of the depth and of the aperture do not cut samples.
+bool defocuses(const Node& node) {
+  const Knob* type = node.knob("outputType");
+  constexpr double kLensBloom = 1.0;
+  return type == nullptr || type->get_value() <= kLensBloom;
+}
+
 // All the parts of one render; they are destroyed in the order that their owners need.
 class RenderJob {
  public:
@@ -217,7 +224,7 @@ class RenderJob {
       printErrors(result);
       return static_cast<int>(ExitCode::RenderFailed);
     }
-    if (deep != nullptr) warn(thickWarning(*deep, arguments_.deepOrder));
+    if (deep != nullptr && defocuses(node)) warn(thickWarning(*deep, arguments_.deepOrder));
     checkBox(arguments_, pictures.image(), result);
     finish(pictures, node, plan, result);
     return static_cast<int>(ExitCode::Done);
