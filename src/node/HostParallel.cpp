@@ -22,8 +22,12 @@ class Work {
 
   void run(int worker) {
     try {
-      for (int item = next_++; item < items_ && !parallel_.aborted(); item = next_++)
+      // What is taken is begun, abort or not: later items may wait for it.
+      while (!parallel_.aborted()) {
+        const int item = next_++;
+        if (item >= items_) return;
         function_(worker, item);
+      }
     } catch (...) {
       next_ = items_;
       const std::lock_guard<std::mutex> lock(mutex_);
