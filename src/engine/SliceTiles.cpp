@@ -94,14 +94,15 @@ void dvSliceTiles::findLights(Tile& tile) const {
     ++count;
   });
   tile.light.assign(sums.size(), 0.0F);
-  for (std::size_t c = 0; c < sums.size() && count > 0; ++c)
-    tile.light[c] = dvLightRatio * static_cast<float>(sums[c] / static_cast<double>(count));
+  for (std::size_t c = 0; c < sums.size() && count > 0; ++c) {
+    const float mean = static_cast<float>(sums[c] / static_cast<double>(count));
+    tile.light[c] = std::fmin(dvLightRatio * mean, dvGreatestTransformed);
+  }
 }
 
 bool dvSliceTiles::isLight(const Tile& tile, const float* values) const {
   for (std::size_t c = 0; c < tile.light.size(); ++c) {
-    // Also true for a mean that is not finite.
-    if (!(std::fabs(values[c]) <= tile.light[c])) return true;
+    if (std::fabs(values[c]) > tile.light[c]) return true;
   }
   return false;
 }

@@ -19,6 +19,9 @@ constexpr int dvTileSide = 128;
 /// A value this many times the mean of its tile is a light: it would drown its neighbours in the
 /// rounding of a transform, and is splatted by itself.
 constexpr float dvLightRatio = 16.0F;
+/// A value above this is a light in any case: the sums of a transform are of all values of a tile, times
+/// its length squared, and must stay finite.
+constexpr float dvGreatestTransformed = 1e25F;
 
 /// How a tile's radii are chosen.
 enum class dvTileChoice { ByCost, Nothing, Everything };

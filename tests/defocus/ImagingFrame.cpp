@@ -177,39 +177,34 @@ void ImagingFrame::depthView(int y, int left, int right, Planes& out) const {
   }
 }
 
-void ImagingFrame::splatRow(dvScanlineDefocus& defocus, int sy) const {
+ImagingRow ImagingFrame::sourceRow(int sy, const dvColumns& columns) const {
   const LiteralSettings& s = scene_.settings;
-  dvSourceRow row;
+  ImagingRow held;
+  dvSourceRow& row = held.row;
   row.y = sy;
   row.clampedY = std::clamp(sy, scene_.image.box.bottom, scene_.image.box.top);
-  const dvColumns columns = defocus.sourceColumns();
-  std::vector<std::vector<float>> colours;
-  for (const int channel : splatted_) {
-    colours.push_back(read(scene_.image, row.clampedY, columns, channel));
-  }
-  for (const std::vector<float>& colour : colours) {
-    row.colour.push_back(absolute(colour, columns.left));
-  }
-  const dvColumns depthColumns = defocus.depthColumns();
-  const std::vector<float> depth = read(scene_.image, row.clampedY, depthColumns, s.depthChannel);
-  row.depth = absolute(depth, depthColumns.left);
+  const auto hold = [&](const LiteralPicture& picture, const dvColumns& wanted, int channel) {
+    held.values.push_back(read(picture, row.clampedY, wanted, channel));
+    return absolute(held.values.back(), wanted.left);
+  };
+  for (const int channel : splatted_)
+    row.colour.push_back(hold(scene_.image, columns, channel));
+  const int width = scene_.image.formatWidth;
+  const dvColumns depthColumns{clampedColumn(columns.left, width),
+                               clampedColumn(columns.right - 1, width) + 1};
+  row.depth = hold(scene_.image, depthColumns, s.depthChannel);
   const int mattes[3] = {s.bloomMatteChannel, s.defocusMatteChannel, s.chromaticMatteChannel};
   const float** places[3] = {&row.bloomMatte, &row.defocusMatte, &row.chromaticMatte};
-  std::vector<float> values[3];
   for (int i = 0; i < 3 && scene_.mattes; ++i) {
-    if (mattes[i] != 0) {
-      values[i] = read(*scene_.mattes, row.clampedY, columns, mattes[i]);
-      *places[i] = absolute(values[i], columns.left);
-    }
+    if (mattes[i] != 0) *places[i] = hold(*scene_.mattes, columns, mattes[i]);
   }
-  defocus.splatSourceRow(row);
+  return held;
 }
 
 void ImagingFrame::defocus(int y, int left, int right, Planes& out) const {
   dvScanlineDefocus defocus(settings_, {left, y, right}, splatted_);
-  for (int sy = y - estimate_.padding; sy <= y + estimate_.padding; ++sy) {
-    splatRow(defocus, sy);
-  }
+  for (int sy = y - estimate_.padding; sy <= y + estimate_.padding; ++sy)
+    defocus.splatSourceRow(sourceRow(sy, defocus.sourceColumns()).row);
   for (std::size_t i = 0; i < splatted_.size(); ++i) {
     defocus.composite(i, out[splatted_[i]].data() - left);
   }

@@ -16,6 +16,12 @@ namespace drevin::test {
 /// The lens of a scene's settings, with every derived value.
 dvLens lensOf(const LiteralSettings& settings, int formatWidth, int formatHeight, int kernelSize);
 
+/// A source row with the values that it points to.
+struct ImagingRow {
+  dvSourceRow row;
+  std::vector<std::vector<float>> values;
+};
+
 class ImagingFrame {
  public:
   /// `scene` must outlive the frame.
@@ -24,6 +30,11 @@ class ImagingFrame {
   /// Columns [left, right) of row y for every requested channel.
   std::map<int, std::vector<float>> row(int y, int left, int right) const;
 
+  /// Columns of source row `sy`, which outside the picture shows the nearest row.
+  ImagingRow sourceRow(int sy, const dvColumns& columns) const;
+
+  /// Requested and processed channels.
+  const std::vector<int>& splatted() const { return splatted_; }
   const dvPaddingResult& estimate() const { return estimate_; }
   const dvKernelBank& bank() const { return bank_; }
   const dvDefocusSettings& settings() const { return settings_; }
@@ -33,13 +44,12 @@ class ImagingFrame {
 
   void prepareKernels(const std::vector<int>& processed);
   void defocus(int y, int left, int right, Planes& out) const;
-  void splatRow(dvScanlineDefocus& defocus, int sy) const;
   std::vector<float> read(const LiteralPicture& picture, int y, const dvColumns& columns,
                           int channel) const;
   void depthView(int y, int left, int right, Planes& out) const;
 
   const LiteralScene& scene_;
-  std::vector<int> splatted_;  ///< requested and processed
+  std::vector<int> splatted_;
   dvChannelFloatBuffer hero_;
   dvPaddingResult estimate_;
   dvKernelBank bank_;
