@@ -1,7 +1,7 @@
 #include "engine/FourierPasses.h"
 
+#include "engine/FourierReal.h"
 #include "engine/FourierSplits.h"
-#include "engine/FourierTurn.h"
 
 namespace drevin {
 namespace DREVIN_SIMD_LEVEL {
@@ -93,30 +93,20 @@ void inverse(const dvFourierSteps& plan, float* strip) {
                [=](int block) { lastStep<true>(strip + block * dvStripBlock); });
 }
 
-/// A block of conjugates, positions turned about.
-void mirrorBlock(const float* from, float* to) {
-  for (int i = 0; i < dvStripLanes; ++i) {
-    for (int lane = 0; lane < dvStripLanes; lane += width) {
-      const Complex z = Parts<false>::read(from + (dvStripLanes - 1 - i) * dvStripStep + lane);
-      Parts<false>::write({z.re, -z.im}, to + i * dvStripStep + lane);
-    }
-  }
-}
-
-void inverseColumns(const dvFourierSteps& plan, const int* keptBlocks, float* columns,
-                    std::ptrdiff_t stride, float* strip) {
+void inverseColumns(const dvFourierSteps& plan, float* columns, std::ptrdiff_t stride,
+                    float* strip) {
   inverseSteps(plan, strip, columns, stride, [=](int block) {
     float* at = strip + block * dvStripBlock;
-    const int kept = keptBlocks == nullptr ? block : keptBlocks[block];
-    if (kept == block) {
-      turnBlock(columns + block * stride, at);
-    } else {
-      alignas(dvStripAlignment) float partner[dvStripBlock];
-      turnBlock(columns + kept * stride, partner);
-      mirrorBlock(partner, at);
-    }
+    turnBlock(columns + block * stride, at);
     lastStep<true>(at);
   });
+}
+
+void inverseRealColumns(const dvFourierSteps& plan, const dvRealBlocks& blocks, float* columns,
+                        const float* next, std::ptrdiff_t stride, float* strip) {
+  gatherReal(plan, blocks, columns, next, stride, strip);
+  inverseSteps(plan, strip, columns, stride,
+               [=](int block) { lastStep<true>(strip + block * dvStripBlock); });
 }
 
 /// Factors as they lie.
@@ -188,7 +178,7 @@ void turn(const float* from, float* to) {
   turnBlock(from, to);
 }
 
-/// One part, real or imaginary, of every position: all lanes.
+/// All lanes of one part, real or imaginary, of each position.
 bool loadLanes(const float* row, std::ptrdiff_t stride, int rows, float* at) {
   Bits any{};
   for (int y = 0; y < rows; ++y, at += dvStripStep, row += stride) {
@@ -216,25 +206,15 @@ bool loadSome(const float* row, std::ptrdiff_t stride, int columns, int rows, fl
   return any;
 }
 
-bool loadPart(const float* row, std::ptrdiff_t stride, int columns, int rows, float* at) {
-  if (row != nullptr && columns >= dvStripLanes) return loadLanes(row, stride, rows, at);
-  if (row != nullptr) return loadSome(row, stride, columns, rows, at);
-  for (int y = 0; y < rows; ++y, at += dvStripStep) {
+bool load(const float* row, std::ptrdiff_t stride, int columns, int rows, float* part) {
+  bool any = false;
+  if (row != nullptr && columns >= dvStripLanes) any = loadLanes(row, stride, rows, part);
+  if (row != nullptr && columns < dvStripLanes) any = loadSome(row, stride, columns, rows, part);
+  for (int y = row == nullptr ? 0 : rows; y < rows || y % dvStripLanes != 0; ++y) {
     for (int lane = 0; lane < dvStripLanes; lane += width)
-      lanes(at + lane) = Vector{};
+      lanes(part + y * dvStripStep + lane) = Vector{};
   }
-  return false;
-}
-
-bool load(const float* a, const float* b, std::ptrdiff_t stride, int columns, int rows,
-          float* strip) {
-  const bool real = loadPart(a, stride, columns, rows, strip);
-  const bool imaginary = loadPart(b, stride, columns, rows, strip + dvStripLanes);
-  for (int y = rows; y % dvStripLanes != 0; ++y) {
-    for (int lane = 0; lane < dvStripStep; lane += width)
-      lanes(strip + y * dvStripStep + lane) = Vector{};
-  }
-  return real || imaginary;
+  return any;
 }
 
 void add(const float* block, int rows, int columns, float* to, std::ptrdiff_t stride) {
@@ -254,8 +234,8 @@ void add(const float* block, int rows, int columns, float* to, std::ptrdiff_t st
 
 }  // namespace
 
-const dvFourierPasses fourierPasses = {load, forward, forwardMultiply, inverse, inverseColumns,
-                                       turn, add};
+const dvFourierPasses fourierPasses = {load,    forward,        forwardMultiply,    turn, turnReal,
+                                       inverse, inverseColumns, inverseRealColumns, add};
 
 }  // namespace DREVIN_SIMD_LEVEL
 }  // namespace drevin

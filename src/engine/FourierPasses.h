@@ -46,14 +46,19 @@ struct dvStripFactors {
   const int* mirroredBlocks = nullptr;
 };
 
+/// Which blocks of frequencies are there for real lines; see dvFourierPlan.
+struct dvRealBlocks {
+  const int* mirrored = nullptr;
+  const int* kept = nullptr;
+};
+
 /// The same functions for each instruction set.
 struct dvFourierPasses {
-  /// Fills `rows` positions of `strip`, and the rest of their last block with zeros, from real rows
-  /// `stride` floats apart: real parts from `a`,
-  /// imaginary ones from `b`, zeros where that is null; lanes from `columns` on are zero. Returns
-  /// whether any value is not zero; -0 may count.
-  bool (*load)(const float* a, const float* b, std::ptrdiff_t stride, int columns, int rows,
-               float* strip);
+  /// Fills one part, real or imaginary (from dvStripLanes on), of the first `rows` positions of a
+  /// strip from rows `stride` floats apart, and the rest of their last block with zeros. Lanes from
+  /// `columns` on are zero, and all where `row` is null. Returns whether any value is not zero; -0
+  /// may count.
+  bool (*load)(const float* row, std::ptrdiff_t stride, int columns, int rows, float* part);
   /// Transforms a line that is `head` for `headBlocks` blocks, then zero, into `strip`, which is
   /// another place.
   void (*forward)(const dvFourierSteps& steps, const float* head, int headBlocks, float* strip);
@@ -61,16 +66,23 @@ struct dvFourierPasses {
   /// is overwritten.
   void (*forwardMultiply)(const dvFourierSteps& steps, const float* head, int headBlocks,
                           const dvStripFactors& factors, bool first, float* strip, float* sums);
+  /// Transposes a block: lanes become positions. Not in place.
+  void (*turn)(const float* from, float* to);
+  /// A block of the transform of real lines a + i b, and the block with the negated frequencies:
+  /// blocks of the transforms of a and of b, transposed. `zeroBlock` tells block 0; b may be null.
+  void (*turnReal)(const float* block, const float* negated, bool zeroBlock, float* a, float* b);
   /// Undoes forward in place, but for a factor `side`.
   void (*inverse)(const dvFourierSteps& steps, float* strip);
   /// Likewise sixteen columns of a plane whose rows are strips, in place: block b of the columns'
   /// frequencies, which lie in its lanes, is at columns + b * stride, and that of the result.
-  /// `strip` is scratch. `keptBlocks` is null, or names for a real plane the block that is to be
-  /// read for each: itself or the one with the negated frequencies.
-  void (*inverseColumns)(const dvFourierSteps& steps, const int* keptBlocks, float* columns,
-                         std::ptrdiff_t stride, float* strip);
-  /// Transposes a block: lanes become positions. Not in place.
-  void (*turn)(const float* from, float* to);
+  /// `strip` is scratch.
+  void (*inverseColumns)(const dvFourierSteps& steps, float* columns, std::ptrdiff_t stride,
+                         float* strip);
+  /// Likewise real columns, of which only the blocks that are kept are read, and the columns at
+  /// `next`, which may be null: the result has those as its imaginary parts.
+  void (*inverseRealColumns)(const dvFourierSteps& steps, const dvRealBlocks& blocks,
+                             float* columns, const float* next, std::ptrdiff_t stride,
+                             float* strip);
   /// Adds `columns` lanes, of one part, of `rows` positions to rows `stride` floats apart.
   void (*add)(const float* block, int rows, int columns, float* to, std::ptrdiff_t stride);
 };

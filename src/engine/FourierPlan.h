@@ -41,8 +41,7 @@ class dvFourierPlan {
   /// Whether a block is among those that suffice for real values, where F(-k) = conj F(k): one of
   /// each pair, and those that are their own partners.
   bool isKept(int block) const { return lowFrequency(block) <= blocks() / 2; }
-  /// By block itself where it is kept, else its partner.
-  const std::vector<int>& keptBlocks() const { return keptBlocks_; }
+  dvRealBlocks realBlocks() const { return {mirroredBlocks_.data(), keptBlocks_.data()}; }
 
  private:
   int lowFrequency(int block) const { return frequency(block * dvStripLanes); }
@@ -52,7 +51,7 @@ class dvFourierPlan {
   std::vector<float> innerTwiddles_;
   std::vector<float> jointTwiddles_;
   std::vector<int> mirroredBlocks_;
-  std::vector<int> keptBlocks_;
+  std::vector<int> keptBlocks_;  ///< by block itself where it is kept, else its partner
 };
 
 /// The plan of a length that transformSide gives. Made on first use; safe from any thread; stays

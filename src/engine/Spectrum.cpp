@@ -1,24 +1,35 @@
 #include "engine/Spectrum.h"
 
+#include <algorithm>
+
 #include "engine/Transform.h"
 
 namespace drevin {
 
 namespace {
 
+/// Adds a row of 2 * radius + 1 values, its middle to place 0, what lies before that or after the
+/// end wrapped.
+void addCentredRow(const float* row, int radius, float scale, int side, float* to) {
+  for (int x = -radius; x <= radius;) {
+    const int place = (x % side + side) % side;
+    const int count = std::min(radius + 1 - x, side - place);
+    const float* from = row + radius + x;
+    for (int i = 0; i < count; ++i)
+      to[place + i] += from[i] * scale;
+    x += count;
+  }
+}
+
 /// The kernel as image rows of side x side, its centre at (0, 0), what lies before that wrapped to
 /// the end.
 std::vector<float> centredKernel(const dvKernelTable& table, int side, int radius) {
-  const auto width = static_cast<std::size_t>(side);
+  const std::ptrdiff_t stride = side;
   const float scale = 1.0F / (static_cast<float>(side) * static_cast<float>(side));
-  const auto wrapped = [=](int place) {
-    return static_cast<std::size_t>((place % side + side) % side);
-  };
-  std::vector<float> plane(width * width, 0.0F);
+  std::vector<float> plane(static_cast<std::size_t>(stride * stride), 0.0F);
   for (int y = -radius; y <= radius; ++y) {
-    const float* row = table.row(radius, radius - y) + radius;
-    for (int x = -radius; x <= radius; ++x)
-      plane[wrapped(y) * width + wrapped(x)] += row[x] * scale;
+    float* to = plane.data() + (y % side + side) % side * stride;
+    addCentredRow(table.row(radius, radius - y), radius, scale, side, to);
   }
   return plane;
 }

@@ -64,21 +64,27 @@ void dvTileSum::finish() {
   }
 }
 
+/// A block of a plane's picture.
+const float* dvTileSum::block(int plane, int row, int column) const {
+  const Pair& pair = pairs_[static_cast<std::size_t>(plane / 2)];
+  const int part = pair.odd ? column % 2 : plane % 2;
+  if (pair.odd) column -= part;
+  const std::ptrdiff_t position = row * transform_.plan().side() + column * dvStripLanes;
+  return pair.sums.data() + position * dvStripStep + part * dvStripLanes;
+}
+
 void dvTileSum::addInto(int plane, const dvTileBox& box, int reach, float* target,
                         std::ptrdiff_t stride) const {
-  const Pair& pair = pairs_[static_cast<std::size_t>(plane / 2)];
-  if (pair.empty) return;
+  if (pairs_[static_cast<std::size_t>(plane / 2)].empty) return;
   const int length = transform_.plan().side();
-  const float* picture = pair.sums.data() + (plane % 2 == 0 ? 0 : dvStripLanes);
   const int right = std::min(box.right, side_ + reach);
   const int top = std::min(box.top, side_ + reach);
   for (int y = std::max(box.bottom, -reach); y < top;) {
     const BlockPart rows(y, top, length);
     for (int x = std::max(box.left, -reach); x < right;) {
       const BlockPart columns(x, right, length);
-      const std::ptrdiff_t position =
-          rows.block * length + columns.block * dvStripLanes + rows.first;
-      transform_.passes().add(picture + position * dvStripStep + columns.first, rows.count,
+      const float* from = block(plane, rows.block, columns.block);
+      transform_.passes().add(from + rows.first * dvStripStep + columns.first, rows.count,
                               columns.count, target + y * stride + x, stride);
       x += columns.count;
     }

@@ -61,6 +61,7 @@ class dvTileSum {
   };
 
   void addPair(Pair& pair, const dvKernelSpectrum& spectrum);
+  const float* block(int plane, int row, int column) const;
 
   int side_;
   dvForwardTransform transform_;

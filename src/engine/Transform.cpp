@@ -29,27 +29,58 @@ bool dvForwardTransform::columns(const dvPlanePair& planes) {
   width_ = blocksOf(planes.width) * dvStripLanes;
   headBlocks_ = 0;
   turned_.reserve(static_cast<std::size_t>(positions(width_ * plan_->blocks())));
-  for (int x = 0; x < planes.width; x += dvStripLanes) {
-    const float* first = planes.first + x;
-    const float* second = planes.second == nullptr ? nullptr : planes.second + x;
-    if (passes_->load(first, second, planes.stride, planes.width - x, planes.height,
-                      line_.data())) {
-      passes_->forward(plan_->steps(), line_.data(), blocksOf(planes.height), strip_.data());
-      turnColumns(x);
-    }
+  return planes.second == nullptr ? realColumns(planes) : pairColumns(planes);
+}
+
+bool dvForwardTransform::pairColumns(const dvPlanePair& planes) {
+  float* line = line_.data();
+  for (int x = 0; x < width_; x += dvStripLanes) {
+    const int columns = planes.width - x;
+    bool any = passes_->load(planes.first + x, planes.stride, columns, planes.height, line);
+    any |= passes_->load(planes.second + x, planes.stride, columns, planes.height,
+                         line + dvStripLanes);
+    if (!any) continue;
+    passes_->forward(plan_->steps(), line, blocksOf(planes.height), strip_.data());
+    clearColumns(headBlocks_ * dvStripLanes, x);
+    for (int block = 0; block < plan_->blocks(); ++block)
+      passes_->turn(strip_.data() + block * dvStripBlock, turnedColumns(block, x));
+    headBlocks_ = x / dvStripLanes + 1;
   }
   return headBlocks_ > 0;
 }
 
-/// Takes the transform of the columns from x on, and zeros for those left out before.
-void dvForwardTransform::turnColumns(int x) {
-  const int end = headBlocks_ * dvStripLanes;
-  for (int block = 0; block < plan_->blocks(); ++block) {
-    float* row = turned_.data() + positions(block * width_);
-    std::fill(row + positions(end), row + positions(x), 0.0F);
-    passes_->turn(strip_.data() + block * dvStripBlock, row + positions(x));
+bool dvForwardTransform::realColumns(const dvPlanePair& planes) {
+  const dvRealBlocks real = plan_->realBlocks();
+  float* line = line_.data();
+  for (int x = 0; x < width_; x += 2 * dvStripLanes) {
+    const int next = x + dvStripLanes;
+    const float* nextRow = next < width_ ? planes.first + next : nullptr;
+    bool any =
+        passes_->load(planes.first + x, planes.stride, planes.width - x, planes.height, line);
+    any |= passes_->load(nextRow, planes.stride, planes.width - next, planes.height,
+                         line + dvStripLanes);
+    if (!any) continue;
+    passes_->forward(plan_->steps(), line, blocksOf(planes.height), strip_.data());
+    clearColumns(headBlocks_ * dvStripLanes, x);
+    for (int block = 0; block < plan_->blocks(); ++block) {
+      if (real.kept[block] != block) continue;
+      passes_->turnReal(strip_.data() + block * dvStripBlock,
+                        strip_.data() + real.mirrored[block] * dvStripBlock, block == 0,
+                        turnedColumns(block, x),
+                        nextRow == nullptr ? nullptr : turnedColumns(block, next));
+    }
+    headBlocks_ = (nextRow == nullptr ? x : next) / dvStripLanes + 1;
   }
-  headBlocks_ = x / dvStripLanes + 1;
+  return headBlocks_ > 0;
+}
+
+float* dvForwardTransform::turnedColumns(int block, int x) {
+  return turned_.data() + positions(block * width_ + x);
+}
+
+void dvForwardTransform::clearColumns(int begin, int end) {
+  for (int block = 0; begin < end && block < plan_->blocks(); ++block)
+    std::fill(turnedColumns(block, begin), turnedColumns(block, end), 0.0F);
 }
 
 void dvForwardTransform::rows(int block, float* strip) const {
@@ -71,9 +102,17 @@ void inverseTransform(const dvFourierPlan& plan, const dvFourierPasses& passes, 
       passes.inverse(steps, frequencies + positions(block * plan.side()));
     }
   }
-  const int* kept = real ? plan.keptBlocks().data() : nullptr;
-  for (int x = 0; x < plan.side(); x += dvStripLanes)
-    passes.inverseColumns(steps, kept, frequencies + positions(x), positions(plan.side()), strip);
+  const std::ptrdiff_t stride = positions(plan.side());
+  for (int x = 0; x < plan.side(); x += dvStripLanes) {
+    float* columns = frequencies + positions(x);
+    if (!real) {
+      passes.inverseColumns(steps, columns, stride, strip);
+      continue;
+    }
+    x += dvStripLanes;
+    const float* next = x < plan.side() ? frequencies + positions(x) : nullptr;
+    passes.inverseRealColumns(steps, plan.realBlocks(), columns, next, stride, strip);
+  }
 }
 
 }  // namespace drevin

@@ -6,7 +6,8 @@
 /// The frequencies of a plane of N x N are N / 16 strips one after the other: strip b holds in its
 /// lanes the sixteen vertical frequencies of block b, in its positions the horizontal ones, both in
 /// the order of dvFourierPlan. A picture lies in the same memory: N / 16 rows of blocks, of which
-/// block (i, j) has rows 16 i on as positions and columns 16 j on as lanes.
+/// block (i, j) has rows 16 i on as positions and columns 16 j on as lanes. The picture of a single
+/// real plane has the columns of every other block as imaginary parts of the block before it.
 
 #include <cstddef>
 
@@ -45,13 +46,17 @@ class dvForwardTransform {
   /// Transforms the columns. Width and height are at most the length. Returns false if all values
   /// are zero.
   bool columns(const dvPlanePair& planes);
-  /// Transforms the rows of one block of vertical frequencies into `strip`.
+  /// Transforms the rows of one block of vertical frequencies into `strip`. Where the second plane
+  /// is missing, only those that are kept (dvFourierPlan::isKept) are there.
   void rows(int block, float* strip) const;
   /// Likewise, multiplied by the factors and added to `sums`, or stored there for `first`.
   void multiplyRows(int block, const dvStripFactors& factors, bool first, float* sums);
 
  private:
-  void turnColumns(int x);
+  bool pairColumns(const dvPlanePair& planes);
+  bool realColumns(const dvPlanePair& planes);
+  float* turnedColumns(int block, int x);
+  void clearColumns(int begin, int end);
 
   const dvFourierPlan* plan_ = nullptr;
   const dvFourierPasses* passes_ = nullptr;
@@ -65,8 +70,8 @@ class dvForwardTransform {
 };
 
 /// Transforms the frequencies of a plane back in place, but for a factor of side * side. `strip` is
-/// scratch, one strip. Where the planes' imaginary part is known to be zero, `real`, only the
-/// blocks that are kept (dvFourierPlan::isKept) are read.
+/// scratch, one strip. `real` is for a single real plane, of which only the blocks that are kept
+/// are read.
 void inverseTransform(const dvFourierPlan& plan, const dvFourierPasses& passes, bool real,
                       float* frequencies, float* strip);
 
