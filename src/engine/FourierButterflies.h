@@ -96,14 +96,6 @@ struct Factors<10> : Split<2, 5> {
   static constexpr int p = 2, q = 5;
 };
 template <>
-struct Factors<12> : Split<4, 3> {
-  static constexpr int p = 4, q = 3;
-};
-template <>
-struct Factors<15> : Split<3, 5> {
-  static constexpr int p = 3, q = 5;
-};
-template <>
 struct Factors<16> : Split<4, 4> {
   static constexpr int p = 4, q = 4;
 };
@@ -123,16 +115,6 @@ DREVIN_INLINE void butterfly<2>(Complex* z) {
 }
 
 template <>
-DREVIN_INLINE void butterfly<3>(Complex* z) {
-  const Complex sum = z[1] + z[2];
-  const Complex turn = (z[1] - z[2]) * -Root<3, 1>::im;
-  const Complex middle = z[0] + sum * Root<3, 1>::re;
-  z[0] = z[0] + sum;
-  z[1] = minusTurned(middle, turn);
-  z[2] = plusTurned(middle, turn);
-}
-
-template <>
 DREVIN_INLINE void butterfly<4>(Complex* z) {
   const Complex even = z[0] + z[2];
   const Complex odd = z[1] + z[3];
@@ -144,23 +126,41 @@ DREVIN_INLINE void butterfly<4>(Complex* z) {
   z[3] = plusTurned(evenTurn, oddTurn);
 }
 
+/// For odd primes: sums and differences of the values at equal distance from both ends.
+template <int Radix>
+DREVIN_INLINE void oddButterfly(Complex* z) {
+  constexpr int half = Radix / 2;
+  Complex sums[half];
+  Complex differences[half];
+  Complex total = z[0];
+  unrolled<0, half>([&](auto l) __attribute__((always_inline)) {
+    sums[l.value] = z[l.value + 1] + z[Radix - 1 - l.value];
+    differences[l.value] = z[l.value + 1] - z[Radix - 1 - l.value];
+    total = total + sums[l.value];
+  });
+  unrolled<1, half + 1>([&](auto k) __attribute__((always_inline)) {
+    Complex middle = z[0];
+    Complex turn{};
+    unrolled<0, half>([&](auto l) __attribute__((always_inline)) {
+      using Factor = Root<Radix, k.value*(l.value + 1) % Radix>;
+      middle = middle + sums[l.value] * Factor::re;
+      turn =
+          l.value == 0 ? differences[0] * -Factor::im : turn + differences[l.value] * -Factor::im;
+    });
+    z[k.value] = minusTurned(middle, turn);
+    z[Radix - k.value] = plusTurned(middle, turn);
+  });
+  z[0] = total;
+}
+
+template <>
+DREVIN_INLINE void butterfly<3>(Complex* z) {
+  oddButterfly<3>(z);
+}
+
 template <>
 DREVIN_INLINE void butterfly<5>(Complex* z) {
-  using Near = Root<5, 1>;
-  using Far = Root<5, 2>;
-  const Complex near = z[1] + z[4];
-  const Complex far = z[2] + z[3];
-  const Complex nearTurn = z[1] - z[4];
-  const Complex farTurn = z[2] - z[3];
-  const Complex a = z[0] + near * Near::re + far * Far::re;
-  const Complex b = z[0] + near * Far::re + far * Near::re;
-  const Complex aTurn = nearTurn * -Near::im + farTurn * -Far::im;
-  const Complex bTurn = nearTurn * -Far::im - farTurn * -Near::im;
-  z[0] = z[0] + near + far;
-  z[1] = minusTurned(a, aTurn);
-  z[4] = plusTurned(a, aTurn);
-  z[2] = minusTurned(b, bTurn);
-  z[3] = plusTurned(b, bTurn);
+  oddButterfly<5>(z);
 }
 
 template <int Radix>

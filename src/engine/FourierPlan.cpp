@@ -16,10 +16,10 @@ struct BlockFactors {
   int inner;
 };
 
-constexpr BlockFactors blockFactors[] = {{1, 1},  {1, 2},  {1, 3},  {1, 4},  {1, 5},  {1, 6},
-                                         {1, 8},  {1, 9},  {1, 10}, {1, 12}, {1, 15}, {2, 8},
-                                         {2, 9},  {2, 10}, {3, 8},  {3, 10}, {4, 8},  {4, 9},
-                                         {4, 10}, {4, 12}, {6, 10}, {8, 8},  {8, 9}};
+constexpr BlockFactors blockFactors[] = {{1, 1}, {1, 2}, {1, 3},  {1, 4},  {1, 5}, {1, 6},
+                                         {1, 8}, {1, 9}, {1, 10}, {3, 4},  {3, 5}, {2, 8},
+                                         {3, 6}, {4, 5}, {3, 8},  {3, 10}, {4, 8}, {4, 9},
+                                         {5, 8}, {6, 8}, {6, 10}, {8, 8},  {8, 9}};
 
 const BlockFactors* factorsOf(int blocks) {
   for (const BlockFactors& factors : blockFactors) {

@@ -138,7 +138,7 @@ const Splits& splits() {
   return made;
 }
 
-/// Of a radix from 1 to 15 that a plan has; see FourierPlan.cpp.
+/// Of a radix that a plan has; see FourierPlan.cpp.
 inline const Splits& splitsOf(int radix) {
   switch (radix) {
     case 1:
@@ -157,12 +157,8 @@ inline const Splits& splitsOf(int radix) {
       return splits<8>();
     case 9:
       return splits<9>();
-    case 10:
-      return splits<10>();
-    case 12:
-      return splits<12>();
     default:
-      return splits<15>();
+      return splits<10>();
   }
 }
 
@@ -205,16 +201,16 @@ inline const HeadSplit* headSplitsOf(int outer, int inner) {
       return headSplits<1, 9>();
     case 110:
       return headSplits<1, 10>();
-    case 112:
-      return headSplits<1, 12>();
-    case 115:
-      return headSplits<1, 15>();
+    case 304:
+      return headSplits<3, 4>();
+    case 305:
+      return headSplits<3, 5>();
     case 208:
       return headSplits<2, 8>();
-    case 209:
-      return headSplits<2, 9>();
-    case 210:
-      return headSplits<2, 10>();
+    case 306:
+      return headSplits<3, 6>();
+    case 405:
+      return headSplits<4, 5>();
     case 308:
       return headSplits<3, 8>();
     case 310:
@@ -223,10 +219,10 @@ inline const HeadSplit* headSplitsOf(int outer, int inner) {
       return headSplits<4, 8>();
     case 409:
       return headSplits<4, 9>();
-    case 410:
-      return headSplits<4, 10>();
-    case 412:
-      return headSplits<4, 12>();
+    case 508:
+      return headSplits<5, 8>();
+    case 608:
+      return headSplits<6, 8>();
     case 610:
       return headSplits<6, 10>();
     case 808:
