@@ -12,17 +12,16 @@ constexpr double cellColumns = dvCellColumns;
 /// Splats among which runs are looked for.
 constexpr double runColumns = 256.0;
 
-/// Cells that `columns` columns lie in, on average over where they begin.
-double cellsOf(double columns) {
-  return (columns + cellColumns - 1.0) / cellColumns;
+/// Cells that `columns` columns take, on average over where they begin; whole grains of them.
+double cellsOf(double columns, const dvRowTimes& times) {
+  return (columns + times.grain - 1.0) / cellColumns;
 }
 
-/// Of those, the ones that are added column by column, if `inner` columns need not be.
-double cellsBeside(double columns, double inner) {
-  return cellsOf(columns) - std::max(0.0, (inner - cellColumns + 1.0) / cellColumns);
+/// Those that are added column by column, if `inner` columns need not be where they fill cells.
+double cellsBeside(double columns, double inner, const dvRowTimes& times) {
+  return cellsOf(columns, times) - std::max(0.0, (inner - cellColumns + 1.0) / cellColumns);
 }
 
-/// The time in the quicker order of that in which splats take `cells` cells each.
 double scatterTime(const dvRowTimes& times, double splats, double cells) {
   return splats * times.scattered + cells * times.scatterCell;
 }
@@ -41,9 +40,10 @@ dvRowTimes forPlanes(dvRowTimes times, int planes) {
 }  // namespace
 
 const dvRowTimes& rowTimes(dvSimdLevel level) {
-  static constexpr dvRowTimes baseline{1.5, 8.0, 6.0, 1.0, 8.6, 8.2, 5.0};
-  static constexpr dvRowTimes avx2{1.5, 8.0, 6.0, 1.0, 4.0, 3.3, 2.5};
-  static constexpr dvRowTimes avx512{1.5, 8.0, 6.0, 2.0, 3.9, 2.1, 5.0};
+  // splat, run, edges, scattered, scatterCell, gatherCell, gatherBlock, grain
+  static constexpr dvRowTimes baseline{1.5, 12.0, 5.0, 1.5, 7.2, 6.7, 11.0, 8.0};
+  static constexpr dvRowTimes avx2{1.3, 12.0, 4.7, 2.1, 3.7, 3.2, 4.2, 16.0};
+  static constexpr dvRowTimes avx512{1.6, 12.0, 4.7, 2.6, 3.9, 2.0, 7.0, 16.0};
   switch (level) {
     case dvSimdLevel::Baseline:
       return baseline;
@@ -62,9 +62,10 @@ int leastInnerPart(const dvRowTimes& times) {
 
 bool gatherIsQuicker(const dvRowRun& run, const dvRowTimes& times) {
   const double columns = run.end - run.begin;
-  const double cells = run.count * cellsBeside(columns, run.innerEnd - run.innerBegin);
+  const double cells = run.count * cellsBeside(columns, run.innerEnd - run.innerBegin, times);
   const double apart = run.records[run.count - 1].x - run.records[0].x;
-  return gatherTime(times, cells, cellsOf(apart + columns)) < scatterTime(times, run.count, cells);
+  return gatherTime(times, cells, cellsOf(apart + columns, times)) <
+         scatterTime(times, run.count, cells);
 }
 
 dvRowCost::dvRowCost(const dvKernelTable& kernels, int channels)
@@ -87,7 +88,7 @@ dvRowCost::Work dvRowCost::workOf(const dvKernelTable& kernels, int radius) cons
     const bool leavesOut = inner >= leastInner;
     work.rows += 1.0;
     work.innerRows += leavesOut ? 1.0 : 0.0;
-    work.cells += cellsBeside(columns, leavesOut ? inner : 0);
+    work.cells += cellsBeside(columns, leavesOut ? inner : 0, times_);
   }
   return work;
 }

@@ -10,16 +10,17 @@
 
 namespace drevin {
 
-/// Nanoseconds, measured on one processor of 3.5 GHz with four value planes and a weight
-/// (benchmarks/Direct_bench.cpp). Only their ratios matter.
+/// Nanoseconds on one processor of about 3.5 GHz, fitted to measurements with four value planes and
+/// a weight (benchmarks/Direct_bench.cpp). Only their ratios matter.
 struct dvRowTimes {
   double splat;        ///< of a splat on a row, however it is added
-  double run;          ///< of a run of splats
+  double run;          ///< of a run; most of it the way to kernel rows that are not in the cache
   double edges;        ///< of a splat's inner part on a row
   double scattered;    ///< of a splat on a row more, if it is scattered
   double scatterCell;  ///< of a cell of a splat, scattered
   double gatherCell;   ///< likewise gathered
   double gatherBlock;  ///< of a cell of a run more, if it is gathered
+  double grain;        ///< columns that are added at once
 };
 
 const dvRowTimes& rowTimes(dvSimdLevel level);

@@ -318,6 +318,41 @@ TEST(RowSums, emptyTable_addsNothing) {
   EXPECT_TRUE(allZero(rowSums(scene, quickest)));
 }
 
+TEST(RowSums, kernelWithoutAShare_isNotRead) {
+  // Values that are not finite would spread even by a share of 0.
+  dvKernelBank bank = kernelBank(KernelKind::Constant, 40);
+  bank[81].plane(1)[40 * 81 + 40] = std::nanf("");
+  for (const RowWay& way : allWays) {
+    const auto sums = rowSums(oneSplat(bank, {0, 39, 1.0F, 0.0F}, 0), way);
+    EXPECT_GT(sums[2][40], 0.0);
+  }
+}
+
+TEST(RowSums, splatsOnOneColumn_areTheLiteralSums) {
+  RowScene scene = randomScene(KernelKind::Disc, {}, 19);
+  for (SceneRow& row : scene.rows) {
+    for (dvSplatRecord& record : row.splats.records)
+      record.x = 33;
+  }
+  expectLiteralSums(scene);
+}
+
+TEST(RowSums, crowdsWithGapsBetween_areTheLiteralSums) {
+  SceneRange range;
+  range.right = 700;
+  range.records = 300;
+  range.farthest = 5;
+  RowScene scene = randomScene(KernelKind::Disc, range, 20);
+  for (SceneRow& row : scene.rows) {
+    int x = -20;
+    for (dvSplatRecord& record : row.splats.records) {
+      x += record.x % 40 == 0 ? 90 : 1;
+      record = {x, x % 200 < 100 ? 10 : 11, record.near, record.far};
+    }
+  }
+  expectLiteralSums(scene);
+}
+
 TEST(RowSums, sharesOfZero_addNothing) {
   const dvKernelBank bank = kernelBank(KernelKind::Constant, 8);
   EXPECT_TRUE(allZero(rowSums(oneSplat(bank, {0, 4, 0.0F, 0.0F}, 0), quickest)));
