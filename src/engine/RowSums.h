@@ -28,8 +28,10 @@ enum class dvRowShape { Quickest, Dense, Rims };
 ///   K(c) = near * K_radius(dy, c - x) + far * K_radius+1(dy, c - x)
 ///
 /// Products are added in single precision; every few source rows these sums are emptied into sums
-/// in double, so that their error does not grow with the number of splats. The constant stretches
-/// of Rims are added in double from the start, as differences that are summed up from the left.
+/// in double, so that their error does not grow with the number of splats: 4e-6 of the sum of the
+/// magnitudes was the largest under the 65 000 splats that reach a column at 255 px. The constant
+/// stretches of Rims are added in double from the start, as differences that are summed up from the
+/// left.
 ///
 /// A column that no kernel reaches with a value other than zero is exactly 0. Where the constant
 /// stretch of some splat lies, a value plane to which all splats there add 0 may be left with
@@ -49,8 +51,10 @@ class dvRowSums {
 
   /// Back to sums of zero.
   void clear();
-  /// Adds the records [begin, end) of a source row. `dy` is the output row less the row of the
-  /// centres. Radii are within the table: that of the kernel of every share that is not 0.
+  /// Adds the records [begin, end) of a source row, which are by ascending column. `dy` is the
+  /// output row less the row of the centres. The table has the kernel of every share above 0.
+  /// `reach`, of the same row, makes it quicker: records that do not reach the output row are then
+  /// skipped many at a time. It does not change a bit of the sums.
   void add(const dvSplatRow& row, std::size_t begin, std::size_t end, int dy,
            const dvKernelTable& kernels, const dvRowReach* reach = nullptr);
   /// Call after each source row.

@@ -243,6 +243,18 @@ TEST(RowSums, sameSplatsAgain_giveTheSameBits) {
   }
 }
 
+TEST(RowSums, knownReach_givesTheSameBits) {
+  SceneRange range;
+  range.records = 700;
+  range.right = 400;
+  range.largestRadius = 30;
+  const RowScene scene = randomScene(KernelKind::Disc, range, 21);
+  for (const dvRowShape shape : {dvRowShape::Quickest, dvRowShape::Dense, dvRowShape::Rims}) {
+    EXPECT_EQ(rowSums(scene, {shape, dvRowOrder::Quickest, true}),
+              rowSums(scene, {shape, dvRowOrder::Quickest, false}));
+  }
+}
+
 TEST(RowSums, partOfARow_isAddedAlone) {
   RowScene scene = randomScene(KernelKind::Random, {}, 14);
   scene.rows.resize(1);
