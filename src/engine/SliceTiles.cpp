@@ -86,23 +86,31 @@ void dvSliceTiles::forEachRecord(const Tile& tile, const Visit& visit) const {
 }
 
 void dvSliceTiles::findLights(Tile& tile) const {
-  std::vector<double> sums(group_.places.size(), 0.0);
+  const std::size_t channels = group_.places.size();
+  std::vector<double> sums(channels + 1, 0.0);
   std::size_t count = 0;
-  forEachRecord(tile, [&](int /*row*/, const dvSplatRecord& /*record*/, const float* values) {
-    for (std::size_t c = 0; c < sums.size(); ++c)
-      sums[c] += static_cast<double>(std::fabs(values[c]));
+  forEachRecord(tile, [&](int /*row*/, const dvSplatRecord& record, const float* values) {
+    const auto share = static_cast<double>(record.near + record.far);
+    for (std::size_t c = 0; c < channels; ++c)
+      sums[c] += share * static_cast<double>(std::fabs(values[c]));
+    sums[channels] += share;
     ++count;
   });
-  tile.light.assign(sums.size(), 0.0F);
-  for (std::size_t c = 0; c < sums.size() && count > 0; ++c) {
+  tile.light.assign(channels + 1, 0.0F);
+  for (std::size_t c = 0; c <= channels && count > 0; ++c) {
     const float mean = static_cast<float>(sums[c] / static_cast<double>(count));
-    tile.light[c] = std::fmin(dvLightRatio * mean, dvGreatestTransformed);
+    const float greatest = c == channels ? dvGreatestShare : dvGreatestTransformed;
+    tile.light[c] = std::fmin(dvLightRatio * mean, greatest);
   }
 }
 
-bool dvSliceTiles::isLight(const Tile& tile, const float* values) const {
-  for (std::size_t c = 0; c < tile.light.size(); ++c) {
-    if (std::fabs(values[c]) > tile.light[c]) return true;
+bool dvSliceTiles::isLight(const Tile& tile, const dvSplatRecord& record,
+                           const float* values) const {
+  const std::size_t channels = group_.places.size();
+  const float share = record.near + record.far;
+  if (share > tile.light[channels]) return true;
+  for (std::size_t c = 0; c < channels; ++c) {
+    if (share * std::fabs(values[c]) > tile.light[c]) return true;
   }
   return false;
 }
@@ -113,7 +121,7 @@ void dvSliceTiles::chooseTile(Tile& tile, dvTileChoice choice) const {
   findLights(tile);
   std::vector<int> splats(radii, 0);
   forEachRecord(tile, [&](int /*row*/, const dvSplatRecord& record, const float* values) {
-    if (isLight(tile, values)) return;
+    if (isLight(tile, record, values)) return;
     const auto radius = static_cast<std::size_t>(record.radius);
     splats[radius] += record.near > 0.0F ? 1 : 0;
     if (record.far > 0.0F) ++splats[radius + 1];
@@ -162,7 +170,7 @@ void dvSliceTiles::collectImpulses(const Tile& tile, Impulses& impulses) const {
       impulses.byRadius[radius].push_back({place, share, values});
   };
   forEachRecord(tile, [&](int row, const dvSplatRecord& record, const float* values) {
-    if (isLight(tile, values)) return;
+    if (isLight(tile, record, values)) return;
     const int place = row * dvTileSide + (record.x - tile.left);
     const auto radius = static_cast<std::size_t>(record.radius);
     add(radius, record.near, place, values);
@@ -233,7 +241,7 @@ dvSplatRow dvSliceTiles::directRow(std::size_t line) const {
     dvSplatRecord record = row->records[r];
     const float* values = row->values.data() + r * channels;
     const Tile& tile = tileOf(line, record.x);
-    if (tile.largest >= 0 && !isLight(tile, values)) {
+    if (tile.largest >= 0 && !isLight(tile, record, values)) {
       const auto radius = static_cast<std::size_t>(record.radius);
       if (tile.transformed[radius] != 0) record.near = 0.0F;
       if (record.far > 0.0F && tile.transformed[radius + 1] != 0) record.far = 0.0F;

@@ -19,9 +19,13 @@ constexpr int dvTileSide = 128;
 /// A value this many times the mean of its tile is a light: it would drown its neighbours in the
 /// rounding of a transform, and is splatted by itself.
 constexpr float dvLightRatio = 16.0F;
-/// A value above this is a light in any case: the sums of a transform are of all values of a tile, times
-/// its length squared, and must stay finite.
+/// A value above this is a light in any case: the sums of a transform are of all values of a tile,
+/// times its length squared, and must stay finite.
 constexpr float dvGreatestTransformed = 1e25F;
+
+/// A share above this is a light too. Shares are parts of a pixel, 1 at most, but for those of deep
+/// samples whose merge has left negative coverage before them: these may be of any size.
+constexpr float dvGreatestShare = 4.0F;
 
 /// How a tile's radii are chosen.
 enum class dvTileChoice { ByCost, Nothing, Everything };
@@ -54,7 +58,7 @@ class dvSliceTiles {
     int bottom = 0;
     int largest = -1;                       ///< largest transformed radius; -1: none
     std::vector<std::uint8_t> transformed;  ///< by radius
-    std::vector<float> light;               ///< by channel: values above are splatted directly
+    std::vector<float> light;  ///< by channel, then of the share: what is above is direct
   };
   class Turns;
   /// A splat's share of one radius, by its place in the tile.
@@ -76,7 +80,7 @@ class dvSliceTiles {
   void findLights(Tile& tile) const;
   void collectImpulses(const Tile& tile, Impulses& impulses) const;
   void sumTile(const Tile& tile, Impulses& impulses, dvSpectrumCache& spectra) const;
-  bool isLight(const Tile& tile, const float* values) const;
+  bool isLight(const Tile& tile, const dvSplatRecord& record, const float* values) const;
   const Tile& tileOf(std::size_t line, int x) const;
 
   const dvSplatGroup& group_;
