@@ -1,6 +1,7 @@
 #include "engine/FrameMaker.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstdint>
 #include <cstdlib>
 
@@ -77,9 +78,13 @@ void dvFrameMaker::makeSlice(Group& group, std::size_t slice, dvFramePlanes& pla
   DirectRows direct;
   const bool hasTransforms = tiles.hasTransforms();
   if (hasTransforms) {
-    group.transformed = true;
-    transformed.assign(settings.places.size() + 1, dvFramePlane<float>(box_));
-    tiles.sum(*group.spectra, parallel_, transformed);
+    const std::size_t count = settings.places.size() + 1;
+    if (group.rounding == nullptr) {
+      group.rounding =
+          std::make_unique<dvTransformRounding>(box_, static_cast<int>(count), *settings.kernels);
+    }
+    transformed.assign(count, dvFramePlane<float>(box_));
+    tiles.sum(*group.spectra, parallel_, transformed, *group.rounding);
     direct = directRows(tiles);
   }
   parallel_.forEach(box_.height(), [&](int worker, int item) {
@@ -88,8 +93,9 @@ void dvFrameMaker::makeSlice(Group& group, std::size_t slice, dvFramePlanes& pla
     sumRow(group, slice, hasTransforms ? &direct : nullptr, y, scratch);
     for (std::size_t plane = 0; plane < transformed.size(); ++plane) {
       const float* row = transformed[plane].row(y);
+      const auto unit = static_cast<double>(tiles.unit(plane));
       for (std::size_t i = 0; i < scratch.planes[plane].size(); ++i)
-        scratch.planes[plane][i] += static_cast<double>(row[i]);
+        scratch.planes[plane][i] += unit * static_cast<double>(row[i]);
     }
     compositeRow(group, y, scratch, planes);
   });
@@ -169,12 +175,10 @@ void dvFrameMaker::compositeRow(Group& group, int y, const Scratch& scratch,
 void dvFrameMaker::finishRow(Group& group, int y, dvFramePlanes& planes) const {
   double* coverage = group.coverage.row(y);
   const int width = box_.width();
-  for (int i = 0; i < width && group.transformed;) {
-    const int end = std::min(i + dvRepairColumns, width);
-    const bool low = std::any_of(coverage + i, coverage + end,
-                                 [](double covered) { return covered < dvRepairCoverage; });
-    if (low) repairSpan(group, y, box_.left + i, box_.left + end, planes);
-    i = end;
+  for (int i = 0; i < width && group.rounding != nullptr; i += dvRepairColumns) {
+    const int left = box_.left + i;
+    const int right = std::min(left + dvRepairColumns, box_.right);
+    if (isInDoubt(group, y, left, right, planes)) repairSpan(group, y, left, right, planes);
   }
   for (const std::size_t place : settings_.groups[group.place].places) {
     float* values = planes[place].row(y);
@@ -183,6 +187,26 @@ void dvFrameMaker::finishRow(Group& group, int y, dvFramePlanes& planes) const {
         values[i] = static_cast<float>(static_cast<double>(values[i]) / coverage[i]);
     }
   }
+}
+
+bool dvFrameMaker::isInDoubt(const Group& group, int y, int left, int right,
+                             const dvFramePlanes& planes) const {
+  const std::vector<std::size_t>& places = settings_.groups[group.place].places;
+  const double* coverage = group.coverage.row(y) + (left - box_.left);
+  const double weightError = group.rounding->error(static_cast<int>(places.size()), left, y);
+  for (int i = 0; i < right - left; ++i) {
+    if (coverage[i] < dvRepairCoverage) return true;
+  }
+  for (std::size_t plane = 0; plane < places.size(); ++plane) {
+    const float* sums = planes[places[plane]].row(y) + (left - box_.left);
+    const double error = group.rounding->error(static_cast<int>(plane), left, y);
+    for (int i = 0; i < right - left; ++i) {
+      const double sum = std::fabs(static_cast<double>(sums[i]));
+      const double allowed = dvRepairAbsolute * coverage[i] + dvRepairRelative * sum;
+      if (error + weightError * sum / coverage[i] > allowed) return true;
+    }
+  }
+  return false;
 }
 
 void dvFrameMaker::repairSpan(Group& group, int y, int left, int right,

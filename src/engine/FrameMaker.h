@@ -19,17 +19,22 @@ namespace drevin {
 /// is known of the row, and it adds nothing.
 using dvSplatLines = std::vector<const dvSplatLine*>;
 
-constexpr int dvRepairColumns = 64;
+/// When stretches of how many columns are made anew: below this coverage, and where the rounding of
+/// transforms may be above these shares, absolute and of the value.
+constexpr int dvRepairColumns = dvRoundingCell;
 constexpr double dvRepairCoverage = 1e-2;
+constexpr double dvRepairAbsolute = 2.5e-6;
+constexpr double dvRepairRelative = 2.5e-5;
 
 /// One plane for each splatted channel.
 using dvFramePlanes = std::vector<dvFramePlane<float>>;
 
 /// Sums and composites; the formulas are those of the row code (convole, compositeSlices).
 ///
-/// What goes through a transform has its rounding, which where nearly nothing covers a pixel is
-/// more than the pixel itself. So stretches of dvRepairColumns px in which some coverage is below
-/// dvRepairCoverage are made anew from splats alone, and what nothing covers stays exactly 0.
+/// What goes through a transform has its rounding, which where nearly nothing covers a pixel, or
+/// beside what is far brighter, is more than the pixel itself. So stretches of dvRepairColumns px
+/// in which some coverage is below dvRepairCoverage, or some value too small for the rounding
+/// there, are made anew from splats alone, and what nothing covers stays exactly 0.
 class dvFrameMaker {
  public:
   /// `padding`: how far a source row reaches, px. All must outlive this.
@@ -54,7 +59,7 @@ class dvFrameMaker {
     std::unique_ptr<dvSpectrumCache> spectra;
     dvFramePlane<double> coverage;
     std::vector<Scratch> scratches;
-    bool transformed = false;  ///< whether any slice went through a transform
+    std::unique_ptr<dvTransformRounding> rounding;  ///< null: no slice went through a transform
   };
   /// The direct part of one slice, source row by source row, where a part is transformed.
   using DirectRows = std::vector<dvSplatRow>;
@@ -74,6 +79,7 @@ class dvFrameMaker {
                    std::vector<std::vector<double>>& sums) const;
   void compositeRow(Group& group, int y, const Scratch& scratch, dvFramePlanes& planes) const;
   void finishRow(Group& group, int y, dvFramePlanes& planes) const;
+  bool isInDoubt(const Group& group, int y, int left, int right, const dvFramePlanes& planes) const;
   void repairSpan(Group& group, int y, int left, int right, dvFramePlanes& planes) const;
 
   const dvLineSettings& settings_;

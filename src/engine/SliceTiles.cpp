@@ -59,7 +59,8 @@ dvSliceTiles::dvSliceTiles(const dvSplatGroup& group, std::size_t groupPlace, st
       lines_(lines),
       bottom_(bottom),
       left_(left),
-      tilesAcross_((std::max(0, right - left) + dvTileSide - 1) / dvTileSide) {
+      tilesAcross_((std::max(0, right - left) + dvTileSide - 1) / dvTileSide),
+      units_(group.places.size() + 1, 1.0F) {
   const int rows = static_cast<int>(lines.size());
   for (int y = 0; y < rows; y += dvTileSide) {
     for (int i = 0; i < tilesAcross_; ++i) {
@@ -154,6 +155,18 @@ void dvSliceTiles::choose(dvTileChoice choice, dvParallel& parallel) {
   parallel.forEach(static_cast<int>(tiles_.size()), [&](int /*worker*/, int item) {
     chooseTile(tiles_[static_cast<std::size_t>(item)], choice);
   });
+  findUnits();
+}
+
+void dvSliceTiles::findUnits() {
+  for (std::size_t c = 0; c < group_.places.size(); ++c) {
+    float mean = 0.0F;
+    for (const Tile& tile : tiles_) {
+      if (tile.largest >= 0) mean = std::max(mean, tile.light[c] / dvLightRatio);
+    }
+    // Smaller ones would overflow the values.
+    if (mean > 1e-30F) units_[c] = std::ldexp(1.0F, std::ilogb(mean));
+  }
 }
 
 bool dvSliceTiles::hasTransforms() const {
@@ -178,29 +191,61 @@ void dvSliceTiles::collectImpulses(const Tile& tile, Impulses& impulses) const {
   });
 }
 
-void dvSliceTiles::sumTile(const Tile& tile, Impulses& impulses, dvSpectrumCache& spectra) const {
+void dvSliceTiles::fillPlanes(const std::vector<Impulse>& splats, double kernelSquare,
+                              Impulses& impulses) const {
   constexpr std::size_t plane = static_cast<std::size_t>(dvTileSide) * dvTileSide;
   const std::size_t channels = group_.places.size();
+  std::fill(impulses.planes.begin(), impulses.planes.end(), 0.0F);
+  for (const Impulse& splat : splats) {
+    float* at = impulses.planes.data() + splat.place;
+    for (std::size_t c = 0; c < channels; ++c)
+      at[c * plane] += splat.share * (splat.values[c] / units_[c]);
+    at[channels * plane] += splat.share;
+  }
+  for (std::size_t p = 0; p <= channels; ++p) {
+    double squares = 0.0;
+    for (const Impulse& splat : splats) {
+      const auto value =
+          static_cast<double>(impulses.planes[p * plane + static_cast<std::size_t>(splat.place)]);
+      squares += value * value;
+    }
+    impulses.squares[p] += kernelSquare * squares;
+  }
+}
+
+void dvSliceTiles::sumTile(const Tile& tile, Impulses& impulses, dvSpectrumCache& spectra,
+                           const dvTransformRounding& rounding) const {
   const int length = transformSide(dvTileSide + 2 * tile.largest);
   collectImpulses(tile, impulses);
+  impulses.squares.assign(units_.size(), 0.0);
   impulses.sum->begin(length);
   for (int radius = 0; radius <= tile.largest; ++radius) {
     const auto& splats = impulses.byRadius[static_cast<std::size_t>(radius)];
     if (splats.empty()) continue;
-    std::fill(impulses.planes.begin(), impulses.planes.end(), 0.0F);
-    for (const Impulse& splat : splats) {
-      float* at = impulses.planes.data() + splat.place;
-      for (std::size_t c = 0; c < channels; ++c)
-        at[c * plane] += splat.share * splat.values[c];
-      at[channels * plane] += splat.share;
-    }
+    fillPlanes(splats, rounding.kernelSquare(radius), impulses);
     impulses.sum->add(impulses.planes.data(), spectra.spectrum(length, radius));
   }
   impulses.sum->finish();
 }
 
+void dvSliceTiles::addRounding(const Tile& tile, const Impulses& impulses,
+                               dvTransformRounding& rounding) const {
+  const int reach = tile.largest;
+  const dvFrameBox reached{tile.left - reach, tile.bottom - reach, tile.left + dvTileSide + reach,
+                           tile.bottom + dvTileSide + reach};
+  constexpr double pixels = static_cast<double>(dvTileSide) * dvTileSide;
+  for (std::size_t plane = 0; plane < units_.size(); ++plane) {
+    const std::size_t partner = plane % 2 == 0 ? plane + 1 : plane - 1;
+    double squares = impulses.squares[plane];
+    if (partner < units_.size()) squares += impulses.squares[partner];
+    const auto unit = static_cast<double>(units_[plane]);
+    rounding.add(static_cast<int>(plane), reached, unit * unit * squares / pixels);
+  }
+}
+
 void dvSliceTiles::sum(dvSpectrumCache& spectra, dvParallel& parallel,
-                       std::vector<dvFramePlane<float>>& planes) const {
+                       std::vector<dvFramePlane<float>>& planes,
+                       dvTransformRounding& rounding) const {
   std::vector<Impulses> scratches(static_cast<std::size_t>(parallel.workers()));
   const dvFrameBox& box = planes.front().box();
   Turns turns;
@@ -213,8 +258,9 @@ void dvSliceTiles::sum(dvSpectrumCache& spectra, dvParallel& parallel,
       scratch.sum = std::make_unique<dvTileSum>(dvTileSide, static_cast<int>(planes.size()));
       scratch.planes.resize(planes.size() * dvTileSide * dvTileSide);
     }
-    sumTile(tile, scratch, spectra);
+    sumTile(tile, scratch, spectra, rounding);
     turn.wait();
+    addRounding(tile, scratch, rounding);
     const dvTileBox inside{box.left - tile.left, box.bottom - tile.bottom, box.right - tile.left,
                            box.top - tile.bottom};
     for (std::size_t plane = 0; plane < planes.size(); ++plane) {

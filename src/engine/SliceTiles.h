@@ -11,6 +11,7 @@
 #include "engine/Parallel.h"
 #include "engine/SplatLine.h"
 #include "engine/TileSum.h"
+#include "engine/TransformRounding.h"
 
 namespace drevin {
 
@@ -44,10 +45,14 @@ class dvSliceTiles {
   /// Whether any tile has radii to transform.
   bool hasTransforms() const;
 
-  /// Adds the transformed part to the planes (values, then weight), which share a box. Tiles are
-  /// summed at once, but added in order, so that threads do not show.
-  void sum(dvSpectrumCache& spectra, dvParallel& parallel,
-           std::vector<dvFramePlane<float>>& planes) const;
+  /// What 1 in a plane of the transformed part stands for: a power of two at which values are of
+  /// the order of the weights. Planes that are transformed as one take each other's rounding.
+  float unit(std::size_t plane) const { return units_[plane]; }
+  /// Adds the transformed part to the planes (values, then weight), which share a box, and what it
+  /// may be off by, in units of 1, to `rounding`. Tiles are summed at once, but added in order, so
+  /// that threads do not show.
+  void sum(dvSpectrumCache& spectra, dvParallel& parallel, std::vector<dvFramePlane<float>>& planes,
+           dvTransformRounding& rounding) const;
 
   /// What of a source row is left to be splatted directly, as a row of one slice.
   dvSplatRow directRow(std::size_t line) const;
@@ -71,15 +76,21 @@ class dvSliceTiles {
   struct Impulses {
     std::unique_ptr<dvTileSum> sum;
     std::vector<std::vector<Impulse>> byRadius;
-    std::vector<float> planes;  ///< of one radius
+    std::vector<float> planes;    ///< of one radius
+    std::vector<double> squares;  ///< of all radii by plane, times that of the kernels
   };
 
   template <typename Visit>
   void forEachRecord(const Tile& tile, const Visit& visit) const;
   void chooseTile(Tile& tile, dvTileChoice choice) const;
   void findLights(Tile& tile) const;
+  void findUnits();
   void collectImpulses(const Tile& tile, Impulses& impulses) const;
-  void sumTile(const Tile& tile, Impulses& impulses, dvSpectrumCache& spectra) const;
+  void fillPlanes(const std::vector<Impulse>& splats, double kernelSquare,
+                  Impulses& impulses) const;
+  void sumTile(const Tile& tile, Impulses& impulses, dvSpectrumCache& spectra,
+               const dvTransformRounding& rounding) const;
+  void addRounding(const Tile& tile, const Impulses& impulses, dvTransformRounding& rounding) const;
   bool isLight(const Tile& tile, const dvSplatRecord& record, const float* values) const;
   const Tile& tileOf(std::size_t line, int x) const;
 
@@ -91,6 +102,7 @@ class dvSliceTiles {
   int left_;
   int tilesAcross_;
   std::vector<Tile> tiles_;
+  std::vector<float> units_;  ///< by plane
 };
 
 }  // namespace drevin

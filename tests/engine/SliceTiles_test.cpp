@@ -60,6 +60,7 @@ class Field {
 
   dvSliceTiles tiles() const { return {group_, 0, 0, places_, bottom_, left_, left_ + width_}; }
   dvSpectrumCache spectra() const { return dvSpectrumCache(*group_.kernels); }
+  dvTransformRounding rounding() const { return {box(), channels + 1, *group_.kernels}; }
 
  private:
   int bottom_;
@@ -101,7 +102,8 @@ std::vector<dvFramePlane<float>> transformed(const Field& field, const dvSliceTi
   std::vector<dvFramePlane<float>> planes(channels + 1, dvFramePlane<float>(field.box()));
   ThreadParallel parallel(workers);
   dvSpectrumCache spectra = field.spectra();
-  tiles.sum(spectra, parallel, planes);
+  dvTransformRounding rounding = field.rounding();
+  tiles.sum(spectra, parallel, planes, rounding);
   return planes;
 }
 
@@ -156,7 +158,8 @@ void expectEverythingOnce(Field& field, dvTileChoice choice) {
     const Sums rest = splatted(field, direct, y);
     for (std::size_t plane = 0; plane < wanted.size(); ++plane) {
       for (std::size_t i = 0; i < wanted[plane].size(); ++i) {
-        const double sum = rest[plane][i] + static_cast<double>(planes[plane].row(y)[i]);
+        const float part = planes[plane].row(y)[i] * tiles.unit(plane);
+        const double sum = rest[plane][i] + static_cast<double>(part);
         ASSERT_NEAR(sum, wanted[plane][i], 4e-6) << "plane " << plane << ", row " << y;
       }
     }
@@ -306,6 +309,57 @@ TEST(SliceTiles, severalSplatsOfAPixel_areAllSummed) {
   expectEverythingOnce(field, dvTileChoice::Everything);
 }
 
+/// Bright on the left, a thousandth of a thousandth on the right.
+Field brightSide() {
+  Field field = drawnField(12, 21);
+  for (int y = field.bottom(); y < field.bottom() + field.rows(); ++y) {
+    dvSplatRow& row = field.row(y);
+    for (std::size_t i = 0; i < row.records.size(); ++i) {
+      if (row.records[i].x > 70) row.values[2 * i] *= 1e-6F;
+      row.values[2 * i] *= 300.0F;
+    }
+  }
+  return field;
+}
+
+TEST(SliceTiles, rounding_isNoMoreThanIsTold) {
+  Field field = brightSide();
+  const dvSliceTiles tiles = chosen(field, dvTileChoice::Everything);
+  ThreadParallel parallel(2);
+  dvSpectrumCache spectra = field.spectra();
+  dvTransformRounding rounding = field.rounding();
+  std::vector<dvFramePlane<float>> planes(channels + 1, dvFramePlane<float>(field.box()));
+  tiles.sum(spectra, parallel, planes, rounding);
+  const auto all = allRows(field);
+  const dvFrameBox box = field.box();
+  double worst = 0.0;
+  for (int y = box.bottom; y < box.top; y += 5) {
+    const Sums wanted = splatted(field, all, y);
+    // Where the sums are dim they are off by the rounding of the transforms alone.
+    for (int x = 130; x < box.right; ++x) {
+      const auto i = static_cast<std::size_t>(x - box.left);
+      const auto sum = static_cast<double>(planes[0].row(y)[i] * tiles.unit(0));
+      worst = std::max(worst, std::fabs(sum - wanted[0][i]) / rounding.error(0, x, y));
+    }
+  }
+  EXPECT_LE(worst, 1.0);
+  EXPECT_GT(worst, 0.1);
+}
+
+TEST(SliceTiles, units_areThePowersOfTwoOfTheValues) {
+  Field field = uniformField();
+  for (int y = field.bottom(); y < field.bottom() + field.rows(); ++y) {
+    for (std::size_t i = 0; i < field.row(y).records.size(); ++i) {
+      field.row(y).values[2 * i] = 1000.0F;
+      field.row(y).values[2 * i + 1] = -0.01F;
+    }
+  }
+  const dvSliceTiles tiles = chosen(field, dvTileChoice::Everything);
+  EXPECT_EQ(tiles.unit(0), 512.0F);
+  EXPECT_EQ(tiles.unit(1), 0x1p-7F);
+  EXPECT_EQ(tiles.unit(2), 1.0F);
+}
+
 TEST(SliceTiles, sum_addsToWhatIsThere) {
   const Field field = uniformField();
   const dvSliceTiles tiles = chosen(field, dvTileChoice::ByCost);
@@ -313,7 +367,8 @@ TEST(SliceTiles, sum_addsToWhatIsThere) {
   auto twice = transformed(field, tiles);
   ThreadParallel parallel(2);
   dvSpectrumCache spectra = field.spectra();
-  tiles.sum(spectra, parallel, twice);
+  dvTransformRounding rounding = field.rounding();
+  tiles.sum(spectra, parallel, twice, rounding);
   const int y = field.box().bottom + 40;
   for (std::size_t plane = 0; plane < once.size(); ++plane) {
     for (int i = 0; i < field.box().width(); ++i)
@@ -345,7 +400,8 @@ TEST(SliceTiles, abortBetweenTiles_endsTheSum) {
     ThreadParallel parallel(4);
     parallel.abortAfter(items);
     dvSpectrumCache spectra = field.spectra();
-    tiles.sum(spectra, parallel, planes);
+    dvTransformRounding rounding = field.rounding();
+    tiles.sum(spectra, parallel, planes, rounding);
     EXPECT_GE(parallel.begun(), items);
   }
 }
