@@ -104,7 +104,8 @@ void dvFrameMaker::makeSlice(Group& group, std::size_t slice, dvFramePlanes& pla
 dvFrameMaker::DirectRows dvFrameMaker::directRows(const dvSliceTiles& tiles) const {
   DirectRows rows(lines_->size());
   parallel_.forEach(static_cast<int>(rows.size()), [&](int /*worker*/, int item) {
-    rows[static_cast<std::size_t>(item)] = tiles.directRow(static_cast<std::size_t>(item));
+    const auto line = static_cast<std::size_t>(item);
+    rows[line].emplace(tiles.directRow(line));
   });
   return rows;
 }
@@ -143,9 +144,11 @@ void dvFrameMaker::sumRow(const Group& group, std::size_t slice, const DirectRow
   dvRowSums& sums = *scratch.sums;
   sums.clear();
   forEachReaching(group.place, y, [&](const dvCentredSplats& splats, std::size_t line, int dy) {
-    const dvSplatRow& row = direct != nullptr ? (*direct)[line] : splats.row;
-    const std::size_t place = direct != nullptr ? 0 : slice;
-    sums.add(row, row.begin(place), row.end(place), dy, kernels);
+    if (direct == nullptr) {
+      sums.add(splats.row, splats.row.begin(slice), splats.row.end(slice), dy, kernels);
+    } else if (const std::optional<DirectRow>& left = (*direct)[line]; left) {
+      sums.add(left->row, 0, left->row.records.size(), dy, kernels, &left->reach);
+    }
     sums.endSourceRow();
   });
   sums.finish();

@@ -5,6 +5,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <vector>
 
 #include "engine/FrameBox.h"
@@ -61,8 +62,14 @@ class dvFrameMaker {
     std::vector<Scratch> scratches;
     std::unique_ptr<dvTransformRounding> rounding;  ///< null: no slice went through a transform
   };
-  /// The direct part of one slice, source row by source row, where a part is transformed.
-  using DirectRows = std::vector<dvSplatRow>;
+  /// The direct part of a source row, where a part of the slice is transformed.
+  struct DirectRow {
+    explicit DirectRow(dvSplatRow splats) : row(std::move(splats)), reach(row) {}
+    dvSplatRow row;
+    dvRowReach reach;
+  };
+  /// By source row.
+  using DirectRows = std::vector<std::optional<DirectRow>>;
 
   void makeGroup(std::size_t group, dvFramePlanes& planes,
                  const std::function<void(double)>& progress);
