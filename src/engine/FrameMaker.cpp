@@ -170,6 +170,7 @@ void dvFrameMaker::compositeRow(Group& group, int y, const Scratch& scratch,
                                 dvFramePlanes& planes) const {
   const std::vector<std::size_t>& places = settings_.groups[group.place].places;
   std::vector<float*> colours;
+  colours.reserve(places.size());
   for (const std::size_t place : places)
     colours.push_back(planes[place].row(y));
   compositeSlice(scratch.planes, box_.width(), colours, group.coverage.row(y));
