@@ -28,7 +28,7 @@ using drevin::dvSplatRecord;
 using drevin::dvSplatRow;
 
 constexpr int channels = 4;
-constexpr int width = 1920; ///< columns that the splats are centred on
+constexpr int width = 1920;  ///< columns that the splats are centred on
 const std::vector<int> rgba{1, 2, 3, 4};
 
 const dvKernelBank& bankTo(int radius) {

@@ -111,8 +111,8 @@ TEST(RealDeepPictures, viewOfAVolume_isNotWarnedOf) {
   SKIP_WITHOUT_PICTURES();
   const ScratchFolder folder;
   const std::string file = deepPicture("fire_and_spikes.volume.exr");
-  const RunResult result = runCommand(
-      deepArguments(file, folder.file("out.exr"), {"--set", "outputType=Focus Matte"}));
+  const RunResult result =
+      runCommand(deepArguments(file, folder.file("out.exr"), {"--set", "outputType=Focus Matte"}));
   EXPECT_EQ(result.exitCode, 0);
   EXPECT_EQ(result.error.find("thick"), std::string::npos) << result.error;
 }
