@@ -8,6 +8,7 @@
 
 #include <chrono>
 #include <cstdlib>
+#include <optional>
 #include <sstream>
 #include <stdexcept>
 #include <thread>
@@ -46,40 +47,49 @@ void limit(int resource, std::size_t bytes) {
   _exit(127);
 }
 
-double secondsSince(std::chrono::steady_clock::time_point start) {
-  return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+using Clock = std::chrono::steady_clock;
+
+double secondsSince(Clock::time_point start) {
+  return std::chrono::duration<double>(Clock::now() - start).count();
 }
 
-// Waits for the end, sending the signal that was asked for, and SIGKILL when time is out.
-int waitFor(pid_t process, const RunOptions& options, rusage& usage) {
-  const auto start = std::chrono::steady_clock::now();
-  bool signalled = options.signal == 0;
+struct End {
   int status = 0;
-  while (wait4(process, &status, WNOHANG, &usage) == 0) {
-    if (!signalled && secondsSince(start) >= options.signalAfterSeconds) {
+  rusage usage{};
+  double secondsAfterSignal = 0.0;
+};
+
+// Waits for the end, sending the signal that was asked for, and SIGKILL when time is out.
+End waitFor(pid_t process, const RunOptions& options) {
+  const auto start = Clock::now();
+  std::optional<Clock::time_point> signalled;
+  End end;
+  while (wait4(process, &end.status, WNOHANG, &end.usage) == 0) {
+    if (options.signal != 0 && !signalled && secondsSince(start) >= options.signalAfterSeconds) {
       kill(process, options.signal);
-      signalled = true;
+      signalled = Clock::now();
     }
     if (secondsSince(start) > options.timeoutSeconds) kill(process, SIGKILL);
     std::this_thread::sleep_for(std::chrono::milliseconds(2));
   }
-  return status;
+  if (signalled) end.secondsAfterSignal = secondsSince(*signalled);
+  return end;
 }
 
 }  // namespace
 
 RunResult runCommand(const std::vector<std::string>& arguments, const RunOptions& options) {
   const ScratchFolder folder;
-  const auto start = std::chrono::steady_clock::now();
+  const auto start = Clock::now();
   const pid_t process = fork();
   if (process < 0) throw std::runtime_error("cannot fork");
   if (process == 0) becomeCommand(arguments, options, folder);
-  rusage usage{};
-  const int status = waitFor(process, options, usage);
+  const End end = waitFor(process, options);
   RunResult result;
   result.seconds = secondsSince(start);
-  result.peakKibibytes = usage.ru_maxrss;
-  result.exitCode = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+  result.secondsAfterSignal = end.secondsAfterSignal;
+  result.peakKibibytes = end.usage.ru_maxrss;
+  result.exitCode = WIFEXITED(end.status) ? WEXITSTATUS(end.status) : -1;
   result.out = bytesOfFile(folder.file("out"));
   result.error = bytesOfFile(folder.file("error"));
   return result;

@@ -23,6 +23,7 @@ struct RunResult {
   std::string out;
   std::string error;
   double seconds = 0.0;
+  double secondsAfterSignal = 0.0;  ///< from the signal to the end, if one was sent
   long peakKibibytes = 0;
 };
 
