@@ -1,13 +1,10 @@
 #include "defocus/Bloom.h"
 
 #include <cmath>
-#include <cstdlib>
 
 namespace drevin {
 
-namespace {
-
-float radialFactor(const dvBloom& bloom, int x, int y) {
+float bloomRadialFactor(const dvBloom& bloom, int x, int y) {
   if (bloom.curvature <= 0.0F) return 1.0F;
   const float halfWidth = 0.5F * static_cast<float>(bloom.formatWidth);
   const float halfHeight = 0.5F * static_cast<float>(bloom.formatHeight);
@@ -16,19 +13,6 @@ float radialFactor(const dvBloom& bloom, int x, int y) {
   const float factor = std::pow(std::sqrt(dx * dx + dy * dy), bloom.curvature + 0.001F);
   if (factor < 0.0F) return 0.0F;
   return factor > 1.0F ? 1.0F : factor;
-}
-
-}  // namespace
-
-float bloomAmount(const dvBloom& bloom, int x, int y) {
-  if (bloom.amount <= 0.0F) return 0.0F;
-  return bloom.amount * radialFactor(bloom, x, y);
-}
-
-float bloomedLight(const dvBloom& bloom, float value, float amount, float matte) {
-  if (amount == 0.0F) return 0.0F;
-  const float above = value - bloom.threshold;
-  return (above > 0.0F ? above : 0.0F) * amount * matte;
 }
 
 }  // namespace drevin

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <vector>
 
+#include "defocus/CorrectiveSlices.h"
 #include "defocus/DepthToBlur.h"
 
 namespace drevin {
@@ -27,9 +28,20 @@ struct dvBlurRecord {
 };
 
 /// Whether the focus output shows a region; unordered depths count as back.
-bool showsRegion(dvFocusOutput output, dvFocusRegion region);
+inline bool showsRegion(dvFocusOutput output, dvFocusRegion region) {
+  if (output == dvFocusOutput::Both) return true;
+  const bool front = region == dvFocusRegion::Front;
+  return front == (output == dvFocusOutput::Front);
+}
 
 /// The record of one pixel; `defocusMatte` is 1 where no matte is used.
-dvBlurRecord blurRecord(float rawDepth, float defocusMatte, const dvBlurSettings& settings);
+inline dvBlurRecord blurRecord(float rawDepth, float defocusMatte, const dvBlurSettings& settings) {
+  const dvBlur blur = depthToBlur(rawDepth, settings.lens);
+  dvBlurRecord record;
+  record.coc = splattedCoc(blur.coc, defocusMatte);
+  record.splatted = showsRegion(settings.focusOutput, blur.region);
+  record.slice = sliceIndex(blur.depth, settings.slices, settings.sliceStarts);
+  return record;
+}
 
 }  // namespace drevin

@@ -24,22 +24,4 @@ std::vector<float> sliceStarts(int slices, float focalPlane, const dvSliceVolume
   return starts;
 }
 
-std::uint64_t sliceIndex(float depth, int slices, const std::vector<float>& starts) {
-  if (slices == 1) return 0;
-  // Written out because a custom volume below 0 gives starts that do not ascend; the bisection is
-  // defined for them all the same.
-  std::size_t first = 0;
-  std::size_t length = starts.size();
-  while (length > 0) {
-    const std::size_t half = length / 2;
-    if (depth < starts[first + half]) {
-      length = half;
-    } else {
-      first += half + 1;
-      length -= half + 1;
-    }
-  }
-  return static_cast<std::uint64_t>(first) - 1;
-}
-
 }  // namespace drevin

@@ -2,6 +2,7 @@
 
 /// Corrective slices: the depth layers that keep near and far from bleeding into one another.
 
+#include <cstddef>
 #include <cstdint>
 #include <vector>
 
@@ -28,6 +29,22 @@ std::vector<float> sliceStarts(int slices, float focalPlane, const dvSliceVolume
 /// Slice of a normalised depth: 0 when there is one slice, else the last start that is not greater,
 /// found by bisection. A depth before the first start, or an empty list, gives dvNoSlice; a NaN
 /// depth the last slice.
-std::uint64_t sliceIndex(float depth, int slices, const std::vector<float>& starts);
+inline std::uint64_t sliceIndex(float depth, int slices, const std::vector<float>& starts) {
+  if (slices == 1) return 0;
+  // Written out because a custom volume below 0 gives starts that do not ascend; the bisection is
+  // defined for them all the same.
+  std::size_t first = 0;
+  std::size_t length = starts.size();
+  while (length > 0) {
+    const std::size_t half = length / 2;
+    if (depth < starts[first + half]) {
+      length = half;
+    } else {
+      first += half + 1;
+      length -= half + 1;
+    }
+  }
+  return static_cast<std::uint64_t>(first) - 1;
+}
 
 }  // namespace drevin

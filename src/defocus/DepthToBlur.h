@@ -1,6 +1,11 @@
 #pragma once
 
-/// The one place where a depth sample becomes a blur size and a focus region.
+/// The one place where a depth sample becomes a blur size and a focus region. Inline, as every
+/// pixel of a frame goes through it twice.
+
+#include <cmath>
+
+#include "defocus/FloatRules.h"
 
 namespace drevin {
 
@@ -45,13 +50,45 @@ struct dvBlur {
 /// Real: the sample; not finite counts as infinitely far. 1/z: 1 / sample where it is positive;
 /// zero and negative samples are infinitely far; not finite is almost at the lens and is not
 /// inverted.
-float normaliseDepth(float raw, dvDepthStyle style);
+inline float normaliseDepth(float raw, dvDepthStyle style) {
+  const bool reciprocal = style == dvDepthStyle::Reciprocal;
+  if (!std::isfinite(raw)) return reciprocal ? dvAlmostAtLens : dvInfinitelyFar;
+  if (!reciprocal) return raw;
+  return raw > 0.0F ? 1.0F / raw : dvInfinitelyFar;
+}
 
 /// In the artistic mode the depth raised to focusNear, then lowered to focusFar; else unchanged.
-float clampToFocusRegion(float depth, const dvLens& lens);
+inline float clampToFocusRegion(float depth, const dvLens& lens) {
+  if (lens.realWorldLens) return depth;
+  const float raised = maxKeepingNaN(lens.focusNear, depth);
+  return minKeepingNaN(lens.focusFar, raised);
+}
 
 /// Side of the focal plane; a depth exactly on it is behind.
-dvFocusRegion focusRegion(float depth, const dvLens& lens);
+inline dvFocusRegion focusRegion(float depth, const dvLens& lens) {
+  if (lens.focalPlane > depth) return dvFocusRegion::Front;
+  if (depth >= lens.focalPlane) return dvFocusRegion::Back;
+  return dvFocusRegion::Unordered;
+}
+
+/// The two forms of unscaledCoc, before the multiplier of the region.
+inline float artisticCoc(float depth, const dvLens& lens) {
+  const float distance = std::fabs(depth - lens.focalPlane) * lens.invHalfFocusRegion;
+  float ramp = minKeepingNaN(1.0F, distance);
+  if (lens.falloff == dvFalloff::Quadratic) ramp = ramp * ramp;
+  return ramp * lens.multiplier;
+}
+
+inline float thinLensCoc(float depth, const dvLens& lens) {
+  const float k = lens.unit * lens.worldScaleMultiplier;
+  const float focus = lens.focalPlane * k;
+  const float sample = depth * k;
+  const float delta = std::fabs(sample - focus);
+  // Both forms equal the sample's distance; they differ in rounding, which is behaviour.
+  const float divisor = focus > sample ? focus - delta : focus + delta;
+  const float coc = delta / divisor * lens.lensCoefficient * lens.filmBackScale;
+  return std::isfinite(coc) ? coc : 0.0F;
+}
 
 /// Blur of a normalised, clamped depth before the infinity rule and the interface scale.
 ///
@@ -69,15 +106,30 @@ dvFocusRegion focusRegion(float depth, const dvLens& lens);
 /// Fails to: NaN in the artistic mode at z = F with an infinite h; 0 (before r) in the thin-lens
 /// mode when the quotient is not finite (D = 0, S = f, NaN).
 /// Order: float, left to right; the order is behaviour.
-float unscaledCoc(float depth, dvFocusRegion region, const dvLens& lens);
+inline float unscaledCoc(float depth, dvFocusRegion region, const dvLens& lens) {
+  const float coc = lens.realWorldLens ? thinLensCoc(depth, lens) : artisticCoc(depth, lens);
+  if (region == dvFocusRegion::Front) return coc * lens.frontMultiplier;
+  if (region == dvFocusRegion::Back) return coc * lens.backMultiplier;
+  return coc;
+}
 
 /// The whole conversion of one raw sample, as the visualizations show it: normalisation, clamp,
 /// blur, kernelSize for the infinitely far (thin-lens mode), interface scale. Not limited above or
 /// below; may be NaN or negative.
-dvBlur depthToBlur(float raw, const dvLens& lens);
+inline dvBlur depthToBlur(float raw, const dvLens& lens) {
+  dvBlur blur;
+  blur.depth = clampToFocusRegion(normaliseDepth(raw, lens.depthStyle), lens);
+  blur.region = focusRegion(blur.depth, lens);
+  const float coc = isInfinitelyFar(blur.depth) ? static_cast<float>(lens.kernelSize)
+                                                : unscaledCoc(blur.depth, blur.region, lens);
+  blur.coc = coc * lens.uiContextScale;
+  return blur;
+}
 
 /// The diameter that is splatted: modulated by the defocus matte and never under one pixel. NaN
 /// stays NaN.
-float splattedCoc(float coc, float defocusMatte);
+inline float splattedCoc(float coc, float defocusMatte) {
+  return maxKeepingNaN(1.0F, coc * defocusMatte);
+}
 
 }  // namespace drevin

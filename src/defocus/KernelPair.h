@@ -2,6 +2,7 @@
 
 /// Which two kernels make a blur.
 
+#include <algorithm>
 #include <cstddef>
 
 #include "kernel/KernelBank.h"
@@ -22,6 +23,15 @@ struct dvKernelPair {
 };
 
 /// The bank must not be empty; `coc` in px.
-dvKernelPair kernelPair(float coc, const dvKernelBank& bank);
+inline dvKernelPair kernelPair(float coc, const dvKernelBank& bank) {
+  const std::size_t last = bank.size() - 1;
+  if (!(coc >= 0.0F && coc < static_cast<float>(bank.size()))) {
+    return {{last, last}, {1.0F, 0.0F}, 1};
+  }
+  const auto k = static_cast<std::size_t>(coc);
+  const float first = 1.0F - (coc - static_cast<float>(bank[k].width)) * 0.5F;
+  const std::size_t least = std::min<std::size_t>(1, last);
+  return {{std::max(k, least), std::min(k + 2, last)}, {first, 1.0F - first}, 2};
+}
 
 }  // namespace drevin

@@ -15,10 +15,6 @@ constexpr int rowsPerFlush = 8;
 
 }  // namespace
 
-int clampedColumn(int x, int formatWidth) {
-  return std::max(0, std::min(x, formatWidth - 1));
-}
-
 dvRowSplatter::dvRowSplatter(const dvSplatFrame& frame, const dvOutputSpan& out,
                              const std::vector<int>& channels)
     : frame_(frame),

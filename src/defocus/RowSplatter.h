@@ -2,6 +2,7 @@
 
 /// What flat and deep defocus share: the accumulators of one output row and their flushing.
 
+#include <algorithm>
 #include <cstddef>
 #include <vector>
 
@@ -17,7 +18,9 @@ struct dvColumns {
 };
 
 /// The column of a format nearest to `x`; 0 for a format without columns.
-int clampedColumn(int x, int formatWidth);
+inline int clampedColumn(int x, int formatWidth) {
+  return std::max(0, std::min(x, formatWidth - 1));
+}
 
 /// Value of a matte row at an absolute column; 1 where no matte is used (null).
 inline float matteValue(const float* matte, int x) {

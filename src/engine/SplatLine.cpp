@@ -1,5 +1,6 @@
 #include "engine/SplatLine.h"
 
+#include <algorithm>
 #include <cmath>
 #include <utility>
 
@@ -26,9 +27,11 @@ dvSplatRecord recordOf(const std::int32_t (&radius)[2], const float (&share)[2],
 
 }  // namespace
 
-dvSplatLineMaker::dvSplatLineMaker(const dvLineSettings& settings, int sourceY)
+dvSplatLineMaker::dvSplatLineMaker(const dvLineSettings& settings, int sourceY,
+                                   std::size_t expected)
     : settings_(settings),
       sourceY_(sourceY),
+      expected_(expected),
       pixel_(static_cast<std::size_t>(dvChannelCount), 0.0F),
       values_(settings.channels.size()),
       groups_(settings.groups.size()) {}
@@ -66,12 +69,31 @@ void dvSplatLineMaker::splat(const dvSplatSource& source) {
     addToGroup(settings_.groups[g], source, kernels, groups_[g]);
 }
 
+dvSplatLineMaker::Centred& dvSplatLineMaker::rowAt(int y, std::size_t channels,
+                                                   Group& group) const {
+  std::vector<Centred>& rows = group.rows;
+  if (group.last < rows.size() && rows[group.last].y == y) return rows[group.last];
+  auto place = std::lower_bound(rows.begin(), rows.end(), y,
+                                [](const Centred& row, int wanted) { return row.y < wanted; });
+  if (place == rows.end() || place->y != y) {
+    place = rows.emplace(place, y);
+    // Only what is not shifted stays on one row.
+    if (rows.size() == 1) {
+      place->slices.reserve(expected_);
+      place->records.reserve(expected_);
+      place->values.reserve(expected_ * channels);
+    }
+  }
+  group.last = static_cast<std::size_t>(place - rows.begin());
+  return *place;
+}
+
 void dvSplatLineMaker::addToGroup(const dvSplatGroup& group, const dvSplatSource& source,
-                                  const Kernels& kernels, std::map<int, Centred>& rows) {
+                                  const Kernels& kernels, Group& made) const {
   const float distance =
       group.shift == 0.0F ? 0.0F : shiftDistance(group.shift, source.coc, source.chromaticMatte);
   const int x = shiftedPlace(source.x, distance);
-  Centred& centred = rows[shiftedPlace(source.y, distance)];
+  Centred& centred = rowAt(shiftedPlace(source.y, distance), group.places.size(), made);
   bool finite = std::isfinite(kernels.share[0]) && std::isfinite(kernels.share[1]);
   for (const std::size_t place : group.places)
     finite = finite && std::isfinite(values_[place]);
@@ -84,26 +106,32 @@ void dvSplatLineMaker::addToGroup(const dvSplatGroup& group, const dvSplatSource
     centred.specials.push_back(std::move(special));
     return;
   }
-  centred.pending.push_back({slice, recordOf(kernels.radius, kernels.share, x)});
+  if (!centred.slices.empty() && slice < centred.slices.back()) centred.inOrder = false;
+  centred.slices.push_back(slice);
+  centred.records.push_back(recordOf(kernels.radius, kernels.share, x));
   for (const std::size_t place : group.places)
     centred.values.push_back(values_[place]);
 }
 
-dvSplatRow dvSplatLineMaker::sorted(const Centred& centred, std::size_t slices) {
+dvSplatRow dvSplatLineMaker::sorted(Centred& centred, std::size_t slices) {
   dvSplatRow row;
   row.sliceBegin.assign(slices + 1, 0);
-  for (const Pending& pending : centred.pending)
-    ++row.sliceBegin[pending.slice + 1];
+  for (const std::uint32_t slice : centred.slices)
+    ++row.sliceBegin[slice + 1];
   for (std::size_t slice = 0; slice < slices; ++slice)
     row.sliceBegin[slice + 1] += row.sliceBegin[slice];
+  if (centred.inOrder) {
+    row.records = std::move(centred.records);
+    row.values = std::move(centred.values);
+    return row;
+  }
   std::vector<std::uint32_t> next(row.sliceBegin.begin(), row.sliceBegin.end() - 1);
-  row.records.resize(centred.pending.size());
+  row.records.resize(centred.records.size());
   row.values.resize(centred.values.size());
-  const std::size_t channels =
-      centred.pending.empty() ? 0 : centred.values.size() / centred.pending.size();
-  for (std::size_t i = 0; i < centred.pending.size(); ++i) {
-    const std::size_t place = next[centred.pending[i].slice]++;
-    row.records[place] = centred.pending[i].record;
+  const std::size_t channels = centred.values.size() / centred.records.size();
+  for (std::size_t i = 0; i < centred.records.size(); ++i) {
+    const std::size_t place = next[centred.slices[i]]++;
+    row.records[place] = centred.records[i];
     for (std::size_t c = 0; c < channels; ++c)
       row.values[place * channels + c] = centred.values[i * channels + c];
   }
@@ -113,12 +141,12 @@ dvSplatRow dvSplatLineMaker::sorted(const Centred& centred, std::size_t slices) 
 dvSplatLine dvSplatLineMaker::line() {
   dvSplatLine line;
   line.sourceY = sourceY_;
-  for (std::map<int, Centred>& rows : groups_) {
+  for (Group& group : groups_) {
     std::vector<dvCentredSplats> centred;
-    for (auto& [y, splats] : rows)
-      centred.push_back({y, sorted(splats, settings_.slices), std::move(splats.specials)});
+    for (Centred& splats : group.rows)
+      centred.push_back({splats.y, sorted(splats, settings_.slices), std::move(splats.specials)});
     line.groups.push_back(std::move(centred));
-    rows.clear();
+    group = {};
   }
   return line;
 }

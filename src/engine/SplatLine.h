@@ -3,8 +3,8 @@
 /// A source row as splats: every source pixel or sample turned into kernels, shares and values
 /// once, however many output rows it reaches.
 
+#include <cstddef>
 #include <cstdint>
-#include <map>
 #include <vector>
 
 #include "defocus/Splat.h"
@@ -51,8 +51,8 @@ struct dvLineSettings {
 /// Sources in no slice, and shares of 0 or less, are dropped. The values have their bloom.
 class dvSplatLineMaker {
  public:
-  /// `settings` must outlive this.
-  dvSplatLineMaker(const dvLineSettings& settings, int sourceY);
+  /// `settings` must outlive this. `expected`: about how many sources come, if that is known.
+  dvSplatLineMaker(const dvLineSettings& settings, int sourceY, std::size_t expected = 0);
 
   const std::vector<int>& channels() const { return settings_.channels; }
   /// Value to splat of a channel number, for the splats that follow.
@@ -65,15 +65,20 @@ class dvSplatLineMaker {
   dvSplatLine line();
 
  private:
-  struct Pending {
-    std::uint32_t slice;
-    dvSplatRecord record;
-  };
-  /// Of one group, centred on one row.
+  /// Splats of one group that are centred on one row, in the order that they came.
   struct Centred {
-    std::vector<Pending> pending;
+    explicit Centred(int centreY) : y(centreY) {}
+    int y;
+    bool inOrder = true;                ///< no slice is followed by a smaller one
+    std::vector<std::uint32_t> slices;  ///< by record
+    std::vector<dvSplatRecord> records;
     std::vector<float> values;
     std::vector<dvSpecialSplat> specials;
+  };
+  /// Rows of a group, ascending. Most sources go where the last one went.
+  struct Group {
+    std::vector<Centred> rows;
+    std::size_t last = 0;
   };
   struct Kernels {
     std::int32_t radius[2];
@@ -82,15 +87,17 @@ class dvSplatLineMaker {
 
   Kernels kernelsOf(const dvSplatSource& source) const;
   void addToGroup(const dvSplatGroup& group, const dvSplatSource& source, const Kernels& kernels,
-                  std::map<int, Centred>& rows);
+                  Group& made) const;
+  Centred& rowAt(int y, std::size_t channels, Group& group) const;
   void fillValues(const dvSplatSource& source);
-  static dvSplatRow sorted(const Centred& centred, std::size_t slices);
+  static dvSplatRow sorted(Centred& centred, std::size_t slices);
 
   const dvLineSettings& settings_;
   int sourceY_;
-  std::vector<float> pixel_;                    ///< by channel number
-  std::vector<float> values_;                   ///< of the current source, by channel place
-  std::vector<std::map<int, Centred>> groups_;  ///< by centre row
+  std::size_t expected_;
+  std::vector<float> pixel_;   ///< by channel number
+  std::vector<float> values_;  ///< of the current source, by channel place
+  std::vector<Group> groups_;
 };
 
 }  // namespace drevin

@@ -1,7 +1,9 @@
 #include "kernel/HeroKernel.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <limits>
 
 namespace drevin {
@@ -22,40 +24,39 @@ void fillPlane(float* plane, int side, const Cancelled& cancelled, const Value& 
   }
 }
 
-// A procedural shape is the same in every channel: it is drawn once and copied.
+// A procedural shape is the same in every channel: it is drawn once and shared.
 void drawShape(dvChannelFloatBuffer& hero, const dvApertureShape& shape,
                const std::vector<int>& channels, const Cancelled& cancelled) {
   const float gain = softnessGain(shape.softness);
   const float half = 0.5F * static_cast<float>(hero.width);
-  const float* drawn = nullptr;
+  fillPlane(hero.plane(channels.front()), hero.width, cancelled, [&](int column, int row) {
+    return apertureValue(shape, gain, half, half * half, column, row);
+  });
   for (const int channel : channels) {
-    float* plane = hero.plane(channel);
-    if (plane == nullptr) {
-      continue;
-    }
-    if (drawn == nullptr) {
-      fillPlane(plane, hero.width, cancelled, [&](int column, int row) {
-        return apertureValue(shape, gain, half, half * half, column, row);
-      });
-      drawn = plane;
-    } else {
-      std::copy_n(drawn, hero.count, plane);
-    }
+    hero.share(channel, channels.front());
   }
 }
 
+// Shares the plane of one of the channels in [first, last) that has the same bits.
+void shareEqualPlane(dvChannelFloatBuffer& hero, int channel, const int* first, const int* last) {
+  const dvChannelFloatBuffer& read = hero;
+  const auto bytes = static_cast<std::size_t>(hero.count) * sizeof(float);
+  const int* equal = std::find_if(first, last, [&](int other) {
+    return std::memcmp(read.plane(other), read.plane(channel), bytes) == 0;
+  });
+  if (equal != last) hero.share(channel, *equal);
+}
+
+// The colours of a grey aperture image are equal, and what is equal is resampled only once.
 void drawInput(dvChannelFloatBuffer& hero, const dvKernelSampling& sampling,
                const std::vector<int>& channels, const dvKernelInput& input,
                const Cancelled& cancelled) {
-  for (const int channel : channels) {
-    float* plane = hero.plane(channel);
-    if (plane == nullptr) {
-      continue;
-    }
+  for (const int& channel : channels) {
     const int source = inputKernelChannel(input, channel);
-    fillPlane(plane, hero.width, cancelled, [&](int column, int row) {
+    fillPlane(hero.plane(channel), hero.width, cancelled, [&](int column, int row) {
       return sampleInputKernel(input, sampling, column, row, source);
     });
+    shareEqualPlane(hero, channel, channels.data(), &channel);
   }
 }
 
@@ -91,10 +92,15 @@ void makeHeroKernel(dvChannelFloatBuffer& hero, const dvApertureShape& shape,
                     const dvHeroSizing& sizing, const std::vector<int>& channels,
                     const dvKernelInput& input, const std::function<bool()>& cancelled) {
   hero.resize(sizing.side, channels);
+  std::vector<int> drawn;
+  for (const int channel : channels) {
+    if (hero.plane(channel) != nullptr) drawn.push_back(channel);
+  }
+  if (drawn.empty()) return;
   if (shape.type == dvKernelType::Input) {
-    drawInput(hero, sizing.sampling, channels, input, cancelled);
+    drawInput(hero, sizing.sampling, drawn, input, cancelled);
   } else {
-    drawShape(hero, shape, channels, cancelled);
+    drawShape(hero, shape, drawn, cancelled);
   }
 }
 

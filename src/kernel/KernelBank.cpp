@@ -10,45 +10,65 @@ namespace drevin {
 namespace {
 
 // Where the pixels of one output axis fall on the hero.
-struct AxisPlace {
-  int base;        // hero index left of (below) the place
-  float fraction;  // from the base to the next index
+struct AxisPlaces {
+  std::vector<int> base;        // hero index left of (below) the place
+  std::vector<float> fraction;  // from the base to the next index
+  int first = 0;                // places outside [first, end) are blank
+  int end = 0;
 };
 
-std::vector<AxisPlace> axisPlaces(int size, int heroSize) {
+AxisPlaces axisPlaces(int size, int heroSize) {
   const float scale = static_cast<float>(heroSize) / static_cast<float>(size);
-  std::vector<AxisPlace> places(static_cast<std::size_t>(size));
+  AxisPlaces places;
   for (int i = 0; i < size; ++i) {
     const int base = static_cast<int>((static_cast<double>(i) + 0.5) * static_cast<double>(scale));
     const float place = (static_cast<float>(i) + 0.5F) * scale;
-    places[static_cast<std::size_t>(i)] = {base, place - static_cast<float>(base)};
+    places.base.push_back(base);
+    places.fraction.push_back(place - static_cast<float>(base));
   }
+  // Bases never descend.
+  const auto indexOf = [&](int base) {
+    const auto found = std::lower_bound(places.base.begin(), places.base.end(), base);
+    return static_cast<int>(found - places.base.begin());
+  };
+  places.first = indexOf(1);
+  places.end = indexOf(heroSize);
   return places;
 }
 
-bool isBlank(const AxisPlace& place, int heroSize) {
-  return place.base < 1 || place.base >= heroSize;
-}
+// How many repeated edge pixels stand before and after a row, so that no read needs a limit.
+constexpr int edgesBefore = 1;
+constexpr int edgesAfter = 2;
 
-// Interpolates every hero column at one height: each serves up to four output pixels.
-void interpolateColumns(const float* plane, int width, int height, const AxisPlace& place,
-                        float* columns) {
+// Interpolates every hero column at one height, from its base and fraction: each serves up to four
+// output pixels. `columns` has room for the edges.
+void interpolateColumns(const dvChannelFloatBuffer& hero, const float* plane, int base,
+                        float fraction, float* columns) {
   const auto row = [&](int index) {
-    return plane + static_cast<std::ptrdiff_t>(std::clamp(index, 0, height - 1)) * width;
+    const int nearest = std::clamp(index, 0, hero.height - 1);
+    return plane + static_cast<std::ptrdiff_t>(nearest) * hero.width;
   };
-  const float* below = row(place.base - 1);
-  const float* base = row(place.base);
-  const float* above = row(place.base + 1);
-  const float* last = row(place.base + 2);
-  for (int i = 0; i < width; ++i) {
-    columns[i] = catmullRom(below[i], base[i], above[i], last[i], place.fraction);
+  const float* below = row(base - 1);
+  const float* middle = row(base);
+  const float* above = row(base + 1);
+  const float* last = row(base + 2);
+  float* out = columns + edgesBefore;
+  for (int i = 0; i < hero.width; ++i) {
+    out[i] = catmullRom(below[i], middle[i], above[i], last[i], fraction);
   }
+  std::fill_n(columns, edgesBefore, out[0]);
+  std::fill_n(out + hero.width, edgesAfter, out[hero.width - 1]);
 }
 
-float interpolateAcross(const float* columns, int width, const AxisPlace& place) {
-  const auto at = [&](int index) { return columns[std::clamp(index, 0, width - 1)]; };
-  return catmullRom(at(place.base - 1), at(place.base), at(place.base + 1), at(place.base + 2),
-                    place.fraction);
+void interpolateAcross(const float* columns, const AxisPlaces& places, float* out) {
+  const int* base = places.base.data();
+  const float* fraction = places.fraction.data();
+  std::fill(out, out + places.first, 0.0F);
+  std::fill(out + places.end, out + places.base.size(), 0.0F);
+  for (int i = places.first; i < places.end; ++i) {
+    const float* p = columns + edgesBefore + base[i];
+    out[i] = catmullRom(p[-1], p[0], p[1], p[2], fraction[i]);
+  }
 }
 
 // In double: a float sum of a large kernel is off by more than the accuracy of a picture.
@@ -79,6 +99,20 @@ void normalise(dvChannelFloatBuffer& kernel, const std::vector<int>& channels,
   }
 }
 
+// For each channel the first whose plane of the hero it shares; itself where there is none.
+std::vector<int> modelsOf(const dvChannelFloatBuffer& hero, const std::vector<int>& channels) {
+  std::vector<int> models;
+  for (std::size_t i = 0; i < channels.size(); ++i) {
+    const float* plane = hero.plane(channels[i]);
+    const auto isModel = [&](int channel) {
+      return plane != nullptr && hero.plane(channel) == plane;
+    };
+    const auto own = channels.begin() + static_cast<std::ptrdiff_t>(i);
+    models.push_back(*std::find_if(channels.begin(), own, isModel));
+  }
+  return models;
+}
+
 }  // namespace
 
 int kernelSide(int index) {
@@ -100,37 +134,39 @@ void buildKernel(dvChannelFloatBuffer& kernel, int size, const dvChannelFloatBuf
   if (size < 1 || plane == nullptr || source == nullptr) {
     return;
   }
-  const std::vector<AxisPlace> rows = axisPlaces(size, hero.height);
-  const std::vector<AxisPlace> columns = axisPlaces(size, hero.width);
-  std::vector<float> interpolated(static_cast<std::size_t>(hero.width));
-  for (int r = 0; r < size; ++r) {
-    float* out = plane + static_cast<std::ptrdiff_t>(r) * kernel.width;
-    const AxisPlace& row = rows[static_cast<std::size_t>(r)];
-    if (isBlank(row, hero.height)) {
-      std::fill_n(out, size, 0.0F);
+  const AxisPlaces places = axisPlaces(size, hero.width);
+  std::vector<float> columns(static_cast<std::size_t>(edgesBefore + hero.width + edgesAfter));
+  for (int r = 0; r < size; ++r, plane += size) {
+    const auto row = static_cast<std::size_t>(r);
+    if (r < places.first || r >= places.end) {
+      std::fill_n(plane, size, 0.0F);
       continue;
     }
-    interpolateColumns(source, hero.width, hero.height, row, interpolated.data());
-    for (const AxisPlace& column : columns) {
-      *out++ = isBlank(column, hero.width)
-                   ? 0.0F
-                   : interpolateAcross(interpolated.data(), hero.width, column);
-    }
+    interpolateColumns(hero, source, places.base[row], places.fraction[row], columns.data());
+    interpolateAcross(columns.data(), places, plane);
   }
 }
 
 void initializeBankEntry(dvChannelFloatBuffer& entry, int index, const dvChannelFloatBuffer& hero,
                          const std::vector<int>& channels) {
   const int side = kernelSide(index);
-  entry.resize(side, channels);
+  const std::vector<int> models = modelsOf(hero, channels);
+  std::vector<int> own;
+  for (std::size_t i = 0; i < channels.size(); ++i) {
+    if (models[i] == channels[i]) own.push_back(channels[i]);
+  }
+  entry.resize(side, own);
   std::vector<float> sums;
-  sums.reserve(channels.size());
-  for (const int channel : channels) {
+  sums.reserve(own.size());
+  for (const int channel : own) {
     buildKernel(entry, side, hero, channel);
     const float* plane = entry.plane(channel);
     sums.push_back(plane == nullptr ? 0.0F : planeSum(plane, entry.count));
   }
-  normalise(entry, channels, sums);
+  normalise(entry, own, sums);
+  for (std::size_t i = 0; i < channels.size(); ++i) {
+    if (models[i] != channels[i]) entry.share(channels[i], models[i]);
+  }
 }
 
 }  // namespace drevin

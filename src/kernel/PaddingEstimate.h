@@ -2,6 +2,7 @@
 
 /// The frame's largest blur, found by scanning its depth: it sizes the bank and the padding.
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
 #include <utility>
@@ -56,6 +57,9 @@ class dvPaddingEstimate {
     const float diameter = blur_(depth) * finalScale_;
     largest_ = diameter > largest_ ? diameter : largest_;
   }
+
+  /// Adds what another estimate of the same lens has found.
+  void add(const dvPaddingEstimate& other) { largest_ = std::max(largest_, other.largest_); }
 
   /// The largest diameter so far, px, rounded up.
   int largest() const {

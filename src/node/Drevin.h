@@ -63,6 +63,9 @@ class Drevin : public DD::Image::Iop {
   void computeOptimalPadding();
   /// Builds bank entry `index`; different entries may be built at once.
   void initializeKernel(int index);
+  /// Builds bank entries 2 * pair - 1 and 2 * pair, which are the same kernel and share its planes;
+  /// pair 0 is entry 0 alone. Entries that the bank does not have are passed over.
+  void initializeKernelPair(int pair);
   /// Fills plane z of `kernel`, sized size x size, by resampling the hero kernel.
   void buildKernel(dvChannelFloatBuffer& kernel, int size, const DD::Image::Channel& z);
 
@@ -129,9 +132,9 @@ class Drevin : public DD::Image::Iop {
 
   // Kernels.cpp
   template <typename Estimate>
-  void scanFlatDepth(Estimate& estimate);
+  void scanFlatDepth(Estimate& estimate, dvParallel& parallel);
   template <typename Estimate>
-  void scanDeepDepth(Estimate& estimate);
+  void scanDeepDepth(Estimate& estimate, dvParallel& parallel);
 
   // Prepared.cpp
   void preparePicture();
@@ -171,7 +174,8 @@ class Drevin : public DD::Image::Iop {
   std::atomic<std::uint64_t> mergedPixels_{0};
 };
 
-/// Thread body: builds bank entries threadIndex, threadIndex + threadCount, ... of a Drevin.
+/// Thread body: builds the pairs of bank entries threadIndex, threadIndex + threadCount, ... of a
+/// Drevin.
 void initializeKernelsThreaded(unsigned threadIndex, unsigned threadCount, void* node);
 
 }  // namespace drevin

@@ -40,9 +40,9 @@ dvSourceRow dvFlatLine::source(int sourceY) const {
 dvSplatLine splatLine(const dvFlatPlan& plan, const dvFlatLine& line, int sourceY,
                       const dvLineSettings& settings) {
   const dvSplatFrame& frame = plan.settings.frame;
-  dvSplatLineMaker maker(settings, sourceY);
-  addFlatSources(line.source(sourceY), plan.settings.blur, frame.formatWidth,
-                 {plan.left - frame.padding, plan.right + frame.padding}, maker);
+  const dvColumns columns{plan.left - frame.padding, plan.right + frame.padding};
+  dvSplatLineMaker maker(settings, sourceY, static_cast<std::size_t>(columns.right - columns.left));
+  addFlatSources(line.source(sourceY), plan.settings.blur, frame.formatWidth, columns, maker);
   return maker.line();
 }
 

@@ -1,14 +1,16 @@
 /// Preparing the kernels when the node opens.
 
+#include <algorithm>
+
 #include "DDImage/DeepOp.h"
 #include "DDImage/DeepPlane.h"
-#include "DDImage/Thread.h"
 #include "defocus/PassValue.h"
 #include "kernel/HeroKernel.h"
 #include "kernel/PaddingEstimate.h"
 #include "node/DeepPixels.h"
 #include "node/Drevin.h"
 #include "node/HostConversions.h"
+#include "node/HostParallel.h"
 
 namespace drevin {
 
@@ -21,7 +23,6 @@ using DD::Image::DeepPlane;
 using DD::Image::Iop;
 using DD::Image::Mask_Deep;
 using DD::Image::Row;
-using DD::Image::Thread;
 
 namespace {
 
@@ -35,6 +36,17 @@ dvKernelInput kernelImage(Iop* kernel, Channel missingKernelChannel) {
   image.channels = channelNumbers(kernel->info().channels());
   image.missingKernelChannel = static_cast<int>(missingKernelChannel);
   return image;
+}
+
+/// Calls add(estimate, y) for every row y below `height`, each on any thread with an estimate of
+/// that thread's own, and gives the estimate of all.
+template <typename Estimate, typename Add>
+void scanRows(int height, dvParallel& parallel, Estimate& estimate, const Add& add) {
+  std::vector<Estimate> parts(static_cast<std::size_t>(parallel.workers()), estimate);
+  parallel.forEach(height,
+                   [&](int worker, int y) { add(parts[static_cast<std::size_t>(worker)], y); });
+  for (const Estimate& part : parts)
+    estimate.add(part);
 }
 
 }  // namespace
@@ -51,11 +63,12 @@ void Drevin::initialize() {
   progressMessage("Kernels");
   kernelBank_.clear();
   kernelBank_.resize(static_cast<std::size_t>(bankSize(kernelSize_)));
-  if (Thread::spawn(initializeKernelsThreaded, Thread::numCPUs, this)) {
-    Thread::wait(this);
-  } else {
-    initializeKernelsThreaded(0, 1, this);
-  }
+  const int pairs = static_cast<int>(kernelBank_.size() / 2) + 1;
+  // The largest first, so that no thread is left with much at the end.
+  dvHostParallel([this] { return aborted(); }).forEach(pairs, [&](int /*worker*/, int item) {
+    initializeKernelsThreaded(static_cast<unsigned>(pairs - 1 - item), static_cast<unsigned>(pairs),
+                              this);
+  });
 }
 
 void Drevin::makeHeroKernel(bool sizeToFormat) {
@@ -77,30 +90,32 @@ void Drevin::makeHeroKernel(bool sizeToFormat) {
 }
 
 template <typename Estimate>
-void Drevin::scanFlatDepth(Estimate& estimate) {
+void Drevin::scanFlatDepth(Estimate& estimate, dvParallel& parallel) {
   const int width = format().w();
+  if (width <= 0) return;
   const ChannelSet depth(settings_.depthChannel);
-  for (int y = 0; y < format().h() && width > 0 && !aborted(); ++y) {
+  scanRows(format().h(), parallel, estimate, [&](Estimate& part, int y) {
     Row row(0, width);
     row.get(input0(), y, 0, width, depth);
-    estimate.addRow(row[settings_.depthChannel], width);
-  }
+    part.addRow(row[settings_.depthChannel], width);
+  });
 }
 
 template <typename Estimate>
-void Drevin::scanDeepDepth(Estimate& estimate) {
+void Drevin::scanDeepDepth(Estimate& estimate, dvParallel& parallel) {
   auto* deep = dynamic_cast<DeepOp*>(Op::input(dvInput::deep));
   const int width = format().w();
-  for (int y = 0; y < format().h() && width > 0 && !aborted(); ++y) {
+  if (width <= 0) return;
+  scanRows(format().h(), parallel, estimate, [&](Estimate& part, int y) {
     DeepPlane plane;
-    if (!deep->deepEngine(y, 0, width, Mask_Deep, plane)) continue;
+    if (!deep->deepEngine(y, 0, width, Mask_Deep, plane)) return;
     const ChannelSet& channels = plane.channels();
     for (int x = 0; x < width; ++x) {
       if (!plane.box().contains(Box(x, y, x + 1, y + 1))) continue;
       const DeepPixel pixel = plane.getPixel(y, x);
-      if (pixel.getSampleCount() > 0) estimate.addDepth(farthestBack({pixel, channels}));
+      if (pixel.getSampleCount() > 0) part.addDepth(farthestBack({pixel, channels}));
     }
-  }
+  });
 }
 
 void Drevin::computeOptimalPadding() {
@@ -113,7 +128,8 @@ void Drevin::computeOptimalPadding() {
                                return unscaledCoc(z, focusRegion(z, lens), lens);
                              },
                              lens.uiContextScale);
-  deep ? scanDeepDepth(estimate) : scanFlatDepth(estimate);
+  dvHostParallel parallel([this] { return aborted(); });
+  deep ? scanDeepDepth(estimate, parallel) : scanFlatDepth(estimate, parallel);
   // Of a scan that was cut short nothing is known.
   if (aborted()) return;
   const dvPaddingResult result = estimate.result(settings_.maxKernelSize);
@@ -132,16 +148,25 @@ void Drevin::initializeKernel(int index) {
                       channelNumbers(kernelChannels_));
 }
 
+void Drevin::initializeKernelPair(int pair) {
+  const int first = std::max(2 * pair - 1, 0);
+  const int second = 2 * pair;
+  const int size = static_cast<int>(kernelBank_.size());
+  if (first < size) initializeKernel(first);
+  if (first < second && second < size) {
+    kernelBank_[static_cast<std::size_t>(second)] = kernelBank_[static_cast<std::size_t>(first)];
+  }
+}
+
 void Drevin::buildKernel(dvChannelFloatBuffer& kernel, int size, const Channel& z) {
   drevin::buildKernel(kernel, size, heroKernel_, static_cast<int>(z));
 }
 
 void initializeKernelsThreaded(unsigned threadIndex, unsigned threadCount, void* node) {
   auto& drevin = *static_cast<Drevin*>(node);
-  const std::size_t size = drevin.kernelBank().size();
-  for (std::size_t i = threadIndex; i < size && !drevin.aborted(); i += threadCount) {
-    drevin.initializeKernel(static_cast<int>(i));
-  }
+  const std::size_t pairs = drevin.kernelBank().size() / 2 + 1;
+  for (std::size_t i = threadIndex; i < pairs && !drevin.aborted(); i += threadCount)
+    drevin.initializeKernelPair(static_cast<int>(i));
 }
 
 }  // namespace drevin

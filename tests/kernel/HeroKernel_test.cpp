@@ -150,6 +150,20 @@ TEST(HeroKernel, missingChannelOfTheKernelImage_comesFromTheFallback) {
   EXPECT_EQ(hero.channels[2], hero.channels[1]);
 }
 
+TEST(HeroKernel, equalChannelsOfTheKernelImage_shareAPlane) {
+  dvHeroRequest wanted = request(dvKernelType::Input, 8);
+  wanted.kernelInput = dvKernelBox{0, 0, 8, 8};
+  dvApertureShape shape;
+  shape.type = dvKernelType::Input;
+  dvChannelFloatBuffer hero;
+  makeHeroKernel(hero, shape, sizeHeroKernel(wanted), rgba, coordinateInput());
+  const dvChannelFloatBuffer& read = hero;
+  EXPECT_NE(read.plane(1), read.plane(2));
+  EXPECT_EQ(read.plane(3), read.plane(2));
+  EXPECT_EQ(read.plane(4), read.plane(2));
+  EXPECT_EQ(read.plane(4)[9], -read.plane(1)[9]);
+}
+
 TEST(HeroKernel, proceduralShape_isTheSameInEveryChannelAndInNoOther) {
   const dvChannelFloatBuffer hero = shapeHero(softDisc(0.3F), 31);
   for (const int channel : rgba) {

@@ -186,6 +186,29 @@ TEST(KernelBank, colouredHero_keepsItsColour) {
   EXPECT_EQ(sum(kernel, 3), 0.0);
 }
 
+TEST(KernelBank, channelsThatShareTheHero_shareEachKernel) {
+  dvChannelFloatBuffer hero = test::randomHero(5, 40, {1, 3}, 0.1F, 1.0F);
+  hero.share(2, 1);
+  hero.share(4, 3);
+  for (const int index : {1, 8, 21, 60}) {
+    const dvChannelFloatBuffer kernel = entry(index, hero, rgba);
+    EXPECT_EQ(kernel.plane(2), kernel.plane(1));
+    EXPECT_EQ(kernel.plane(4), kernel.plane(3));
+    EXPECT_NE(kernel.plane(3), kernel.plane(1));
+    const auto plain = test::literalBankEntry<float>(kernelSide(index), hero, rgba);
+    for (std::size_t c = 0; c < rgba.size(); ++c) {
+      EXPECT_EQ(kernel.channels[c + 1], plain[c]) << index;
+    }
+  }
+}
+
+TEST(KernelBank, channelsThatTheHeroLacks_haveZerosOfTheirOwn) {
+  const dvChannelFloatBuffer hero = test::randomHero(5, 40, {1}, 0.1F, 1.0F);
+  const dvChannelFloatBuffer kernel = entry(9, hero, {1, 2, 3});
+  EXPECT_EQ(kernel.channels[2], std::vector<float>(81, 0.0F));
+  EXPECT_EQ(kernel.channels[3], std::vector<float>(81, 0.0F));
+}
+
 TEST(KernelBank, randomHeroes_areBitForBitThePlainBuild) {
   std::mt19937 generator(3);
   for (unsigned seed = 0; seed < 60; ++seed) {

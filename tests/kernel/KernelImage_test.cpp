@@ -82,5 +82,35 @@ TEST(KernelImage, copies_areDeep) {
   EXPECT_EQ(*copy.plane(1), 0.0F);
 }
 
+TEST(KernelImage, sharedPlane_isOnePlaceInMemory) {
+  dvChannelFloatBuffer image;
+  image.resize(3, {1});
+  image.share(7, 1);
+  const dvChannelFloatBuffer& read = image;
+  EXPECT_EQ(read.plane(7), read.plane(1));
+  EXPECT_NE(read.plane(7), nullptr);
+}
+
+TEST(KernelImage, writingASharedPlane_leavesTheOtherAsItIs) {
+  dvChannelFloatBuffer image;
+  image.resize(2, {1});
+  image.share(7, 1);
+  image.plane(7)[3] = 5.0F;
+  EXPECT_EQ(image.channels[7], (std::vector<float>{0.0F, 0.0F, 0.0F, 5.0F}));
+  EXPECT_EQ(image.channels[1], std::vector<float>(4, 0.0F));
+  image.share(7, 1);
+  image.channels[1][0] = 2.0F;
+  EXPECT_EQ(image.channels[1], (std::vector<float>{2.0F, 0.0F, 0.0F, 0.0F}));
+  EXPECT_EQ(image.channels[7], std::vector<float>(4, 0.0F));
+}
+
+TEST(KernelImage, writingAPlaneOfItsOwn_keepsItsPlace) {
+  dvChannelFloatBuffer image;
+  image.resize(3, {1});
+  const float* place = static_cast<const dvChannelFloatBuffer&>(image).plane(1);
+  image.plane(1)[0] = 1.0F;
+  EXPECT_EQ(static_cast<const dvChannelFloatBuffer&>(image).plane(1), place);
+}
+
 }  // namespace
 }  // namespace drevin

@@ -61,6 +61,24 @@ dvLens thinLens() {
   return lens;
 }
 
+TEST(PaddingEstimate, partsInAnyOrder_addUpToTheLargest) {
+  const float depths[] = {3.0F, nan, 7.5F, -2.0F};
+  auto whole = plainEstimate();
+  whole.addRow(depths, 4);
+  for (const int cut : {0, 1, 2, 3, 4}) {
+    auto first = plainEstimate();
+    auto second = plainEstimate();
+    first.addRow(depths, cut);
+    second.addRow(depths + cut, 4 - cut);
+    auto other = second;
+    other.add(first);
+    first.add(second);
+    EXPECT_EQ(first.largest(), whole.largest()) << cut;
+    EXPECT_EQ(other.largest(), whole.largest()) << cut;
+  }
+  EXPECT_EQ(whole.largest(), 8);
+}
+
 TEST(PaddingEstimate, frameAtTheInfinityMarker_givesABankOfFiveAndAPaddingOfTwo) {
   auto estimate = lensEstimate(thinLens());
   const std::vector<float> row(64, most);
