@@ -8,6 +8,7 @@
 #include <limits>
 
 #include "engine/EngineFrame.h"
+#include "engine/FrameScenes.h"
 #include "engine/SimdLevels.h"
 #include "engine/ThreadParallel.h"
 #include "support/Agreement.h"
@@ -28,50 +29,6 @@ std::vector<int> telltaleRows(const LiteralScene& scene, int padding) {
   for (int y = 128 - padding; y < scene.image.formatHeight; y += 128)
     rows.insert(rows.end(), {y - 1, y});
   return rows;
-}
-
-/// A picture of soft shapes and noise with some lights, everywhere blurred by `blur` px.
-LiteralScene farScene(float blur, int width = 400, int height = 300) {
-  LiteralScene scene = plainScene(width, height, 1000.0F);
-  scene.settings.multiplier = blur;
-  scene.settings.maxKernelSize = 80;
-  Draw draw(7);
-  for (int channel = 1; channel <= 3; ++channel) {
-    for (int y = 0; y < height; ++y) {
-      for (int x = 0; x < width; ++x) {
-        const float wave = std::sin(static_cast<float>(x * channel + 2 * y) * 0.03F);
-        const float light = draw.chance(0.001) ? draw.real(20.0F, 500.0F) : 0.0F;
-        pixelAt(scene.image, channel, x, y) = 1.1F + wave + draw.real(0.0F, 0.5F) + light;
-      }
-    }
-  }
-  scene.image.planes[4] = constantPlane(scene.image.box, 1.0F);
-  return scene;
-}
-
-/// The same with depths from in front of the focus region to behind it.
-LiteralScene rampScene(float blur, int slices) {
-  LiteralScene scene = farScene(blur);
-  scene.settings.correctiveSlices = slices;
-  for (int y = 0; y < scene.image.formatHeight; ++y) {
-    for (int x = 0; x < scene.image.formatWidth; ++x) {
-      pixelAt(scene.image, 5, x, y) =
-          7.5F + 5.0F * static_cast<float>(x + y / 2) / static_cast<float>(550);
-    }
-  }
-  return scene;
-}
-
-/// Large flat areas at a few depths, so that tiles hold some populous radii and some stragglers.
-LiteralScene stagedScene(float blur, int slices) {
-  LiteralScene scene = rampScene(blur, slices);
-  for (int y = 0; y < scene.image.formatHeight; ++y) {
-    for (int x = 0; x < scene.image.formatWidth; ++x) {
-      if (x < 150) pixelAt(scene.image, 5, x, y) = 13.0F;
-      if (x > 200 && y > 140) pixelAt(scene.image, 5, x, y) = 8.3F;
-    }
-  }
-  return scene;
 }
 
 /// Compares under every choice of what is transformed.
@@ -174,17 +131,7 @@ TEST(FrameMaker, chromaticShift_isThatOfTheRowCode) {
 
 TEST(FrameMaker, mattesAndBloom_areThoseOfTheRowCode) {
   LiteralScene scene = rampScene(40.0F, 2);
-  LiteralSettings& settings = scene.settings;
-  settings.bloom = 1.5F;
-  settings.bloomMatteChannel = 1;
-  settings.defocusMatteChannel = 2;
-  settings.chromaticMatteChannel = 3;
-  settings.chromaticAberration = 5.0F;
-  scene.mattes = scene.image;
-  for (auto& [channel, plane] : scene.mattes->planes) {
-    for (float& value : plane)
-      value = std::min(value * 0.4F, 1.2F);
-  }
+  addMattesAndShift(scene);
   expectSceneOfTheRowCode(scene);
 }
 
@@ -220,18 +167,6 @@ TEST(FrameMaker, fewLightsBesideShadows_areThoseOfTheRowCode) {
       value = draw.chance(0.0005) ? 1e5F : 1e-3F;
   }
   expectSceneOfTheRowCode(scene);
-}
-
-/// The left of the picture bright, the rest dark, with the border within tiles.
-LiteralScene brightSide(float bright, float dark) {
-  LiteralScene scene = farScene(40.0F);
-  for (int channel = 1; channel <= 3; ++channel) {
-    for (int y = 0; y < scene.image.formatHeight; ++y) {
-      for (int x = 0; x < scene.image.formatWidth; ++x)
-        pixelAt(scene.image, channel, x, y) = x < 150 ? bright : dark;
-    }
-  }
-  return scene;
 }
 
 TEST(FrameMaker, brightAreaBesideShadows_isThatOfTheRowCode) {

@@ -3,6 +3,7 @@
 /// When a rendered value agrees with the literal one.
 
 #include <cmath>
+#include <limits>
 
 #include "support/LiteralFrame.h"
 
@@ -26,16 +27,20 @@ inline bool isComparable(const LiteralValue& literal) {
          (!std::isfinite(literal.value) || literal.slack <= allowedDifference(literal.value));
 }
 
-/// NaN agrees with NaN, an infinity with itself, the rest within the bound.
-inline bool agrees(float rendered, double literal) {
+/// The difference in parts of what is allowed: NaN agrees with NaN and an infinity with itself (0),
+/// neither with anything else (infinity).
+inline double differenceInParts(float rendered, double literal) {
   const auto value = static_cast<double>(rendered);
-  if (std::isnan(literal) || std::isnan(value)) {
-    return std::isnan(literal) && std::isnan(value);
+  const bool same = literal == value || (std::isnan(literal) && std::isnan(value));
+  if (same) return 0.0;
+  if (!std::isfinite(literal) || !std::isfinite(value)) {
+    return std::numeric_limits<double>::infinity();
   }
-  if (std::isinf(literal) || std::isinf(value)) {
-    return literal == value;
-  }
-  return std::fabs(value - literal) <= allowedDifference(literal);
+  return std::fabs(value - literal) / allowedDifference(literal);
+}
+
+inline bool agrees(float rendered, double literal) {
+  return differenceInParts(rendered, literal) <= 1.0;
 }
 
 }  // namespace drevin::test
