@@ -143,8 +143,11 @@ dvSplatLine dvSplatLineMaker::line() {
   line.sourceY = sourceY_;
   for (Group& group : groups_) {
     std::vector<dvCentredSplats> centred;
-    for (Centred& splats : group.rows)
+    for (Centred& splats : group.rows) {
       centred.push_back({splats.y, sorted(splats, settings_.slices), std::move(splats.specials)});
+      // Blurs move by shifts of their own, past one another.
+      if (settings_.groups[line.groups.size()].shift != 0.0F) centred.back().row.sortByColumn();
+    }
     line.groups.push_back(std::move(centred));
     group = {};
   }

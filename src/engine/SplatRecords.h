@@ -36,6 +36,8 @@ struct dvSplatRow {
 
   std::size_t begin(std::size_t slice) const { return sliceBegin[slice]; }
   std::size_t end(std::size_t slice) const { return sliceBegin[slice + 1]; }
+  /// Puts the records of each slice in order, with their values; those of a column stay in theirs.
+  void sortByColumn();
   /// Those of a slice whose centres are in the columns [left, right).
   dvRecordRange within(std::size_t slice, std::int64_t left, std::int64_t right) const;
 };

@@ -331,6 +331,28 @@ TEST_F(ShiftedLine, differentBlurs_areCentredOnDifferentRows) {
   EXPECT_EQ(rowsOf(3, line).size(), 1U);
 }
 
+TEST_F(ShiftedLine, samplesThatMovePastOneAnother_areSortedByColumn) {
+  // Red of blurs of 7 and 5 moves by 1.5 and 0.9 px: from row -1 both go to row 0.
+  bench.prepare();
+  dvSplatLineMaker maker(bench.settings, -1);
+  float value = 0.0F;
+  for (const std::uint64_t slice : {2U, 0U}) {
+    for (const float coc : {7.0F, 5.0F, 7.0F}) {
+      dvSplatSource source = sourceAt(20, coc, slice);
+      source.y = -1;
+      maker.pixel(1) = value += 1.0F;
+      maker.splat(source);
+    }
+  }
+  const dvSplatLine line = maker.line();
+  const auto& rows = rowsOf(1, line);
+  ASSERT_EQ(rows.size(), 1U);
+  EXPECT_EQ(rows[0].centreY, 0);
+  for (const std::size_t slice : {0U, 2U})
+    EXPECT_EQ(columns(rows[0].row, slice), (std::vector<int>{20, 21, 21}));
+  EXPECT_EQ(rows[0].row.values, (std::vector<float>{5.0F, 4.0F, 6.0F, 2.0F, 1.0F, 3.0F}));
+}
+
 TEST_F(ShiftedLine, chromaticMatte_scalesTheBlurThatShifts) {
   dvSplatSource source = sourceAt(20, 12.0F);
   source.chromaticMatte = 0.0F;

@@ -50,5 +50,43 @@ TEST(SplatRecords, emptySlice_hasNothingWithin) {
   expectRange(row.within(1, -100, 100), 0, 0);
 }
 
+/// Two values a record, which tell its place before.
+dvSplatRow disordered() {
+  dvSplatRow row;
+  for (const int x : {3, -5, 3, 0, 7, 1}) {
+    const auto place = static_cast<float>(row.records.size());
+    row.records.push_back({x, 0, 1.0F, 0.0F});
+    row.values.insert(row.values.end(), {place, -place});
+  }
+  row.sliceBegin = {0, 4, 4, 6};
+  return row;
+}
+
+TEST(SplatRecords, disorderedSlices_areSortedEachByItself) {
+  dvSplatRow row = disordered();
+  row.sortByColumn();
+  std::vector<int> columns;
+  for (const dvSplatRecord& record : row.records)
+    columns.push_back(record.x);
+  EXPECT_EQ(columns, (std::vector<int>{-5, 0, 3, 3, 1, 7}));
+  EXPECT_EQ(row.values, (std::vector<float>{1, -1, 3, -3, 0, -0.0F, 2, -2, 5, -5, 4, -4}));
+  EXPECT_EQ(row.sliceBegin, (std::vector<std::uint32_t>{0, 4, 4, 6}));
+}
+
+TEST(SplatRecords, recordsInOrder_stayAsTheyAre) {
+  dvSplatRow row = twoSlices();
+  row.values = {1, 2, 3, 4, 5, 6};
+  row.sortByColumn();
+  EXPECT_EQ(row.values, (std::vector<float>{1, 2, 3, 4, 5, 6}));
+}
+
+TEST(SplatRecords, noRecords_areSorted) {
+  dvSplatRow row;
+  row.sortByColumn();
+  row.sliceBegin = {0, 0, 0};
+  row.sortByColumn();
+  EXPECT_TRUE(row.records.empty());
+}
+
 }  // namespace
 }  // namespace drevin::test
