@@ -23,4 +23,12 @@ constexpr float frameFocusRegion = 8.0F;
 /// Throws std::invalid_argument for another kind.
 embedded::Image frameScene(const std::string& kind, int width, int height);
 
+/// An aperture for the Kernel input, side x side RGBA: discs with soft rims, another radius in red,
+/// green and blue, that of blue in alpha too.
+embedded::Image apertureScene(int side);
+
+/// Mattes of that size: red falls from left to right, green is 1 with a soft hole of 0.5, blue
+/// rises from the bottom to the top.
+embedded::Image matteScene(int width, int height);
+
 }  // namespace drevin::bench

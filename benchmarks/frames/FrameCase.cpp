@@ -1,0 +1,24 @@
+#include "frames/FrameCase.h"
+
+#include "frames/FrameScenes.h"
+
+namespace drevin::bench {
+
+FrameCase frameCase(const std::string& scene, double blur, FrameSize size) {
+  FrameCase picture;
+  picture.scene = scene;
+  picture.size = size;
+  picture.settings.multiplier = static_cast<float>(blur);
+  picture.settings.focalPlane = frameFocalPlane;
+  picture.settings.focusRegionSize = frameFocusRegion;
+  return picture;
+}
+
+FrameCase deepCase(const std::string& scene, double blur, FrameSize size, int samples, bool thick) {
+  FrameCase picture = frameCase(scene, blur, size);
+  picture.deepSamples = samples;
+  picture.thick = thick;
+  return picture;
+}
+
+}  // namespace drevin::bench

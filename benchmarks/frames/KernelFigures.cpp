@@ -1,0 +1,94 @@
+#include <fmt/format.h>
+
+#include <memory>
+
+#include "frames/Figures.h"
+#include "frames/FrameBench.h"
+
+namespace drevin::bench {
+
+namespace {
+
+/// A picture whose time is told as that of the default aperture's.
+struct KernelGoal {
+  std::string name;
+  FrameCase picture;
+  std::string reach;
+  std::string aim;
+};
+
+constexpr int kernelImage = 0;
+constexpr int blades = 2;
+
+KernelGoal softGoal(const FrameCase& plain, float softness) {
+  FrameCase picture = plain;
+  picture.settings.softness = softness;
+  return {fmt::format("softness {:g}", softness), picture, "≤ 1.4×", "≤ 1.1×"};
+}
+
+KernelGoal bladedGoal(const FrameCase& plain) {
+  FrameCase picture = plain;
+  picture.settings.kernelType = blades;
+  picture.settings.numSides = 6;
+  picture.settings.bladeCurvature = 0.0F;
+  return {"six straight blades", picture, "≤ 1.4×", "≤ 1.1×"};
+}
+
+KernelGoal colouredGoal(const FrameCase& plain) {
+  FrameCase picture = plain;
+  picture.settings.kernelType = kernelImage;
+  picture.apertureImage = true;
+  return {"aperture image, coloured", picture, "≤ 1.4×", "≤ 1.1×"};
+}
+
+KernelGoal effectsGoal(const FrameCase& plain) {
+  FrameCase picture = plain;
+  picture.settings.chromaticAberration = 0.2F;
+  picture.settings.bloom = 1.0F;
+  picture.mattes = true;
+  picture.settings.bloomMatteChannel = 1;
+  picture.settings.defocusMatteChannel = 2;
+  picture.settings.chromaticMatteChannel = 3;
+  return {"chromatic aberration, bloom, three mattes", picture, "≤ 1.6×", "≤ 1.25×"};
+}
+
+TableLine kernelLine(const KernelGoal& goal, const FrameBench& bench, const FrameBench& plain) {
+  const FrameErrors errors = bench.errors();
+  TableLine line;
+  line.figure = goal.name;
+  line.ours = fmt::format("{} (default {})", secondsText(bench.frameSeconds()),
+                          secondsText(plain.frameSeconds()));
+  line.node = secondsText(bench.nodeSeconds());
+  line.value = timesText(bench.frameSeconds() / plain.frameSeconds());
+  line.reach = goal.reach;
+  line.aim = goal.aim;
+  line.error = errors.picture;
+  line.rowsError = errors.rows;
+  return line;
+}
+
+/// The default aperture and this one in turn.
+TableLine measured(const KernelGoal& goal, const FrameCase& plain, const TablePlan& plan) {
+  FrameBench usual(plain, plan);
+  FrameBench bench(goal.picture, plan);
+  for (int round = 0; round < plan.rounds; ++round) {
+    usual.timeFrame();
+    bench.timeFrame();
+    bench.timeNodeRows();
+  }
+  return kernelLine(goal, bench, usual);
+}
+
+}  // namespace
+
+std::vector<Figure> kernelFigures(const TablePlan& plan) {
+  const FrameCase plain = frameCase("scene", plan.largeBlur, plan.frame);
+  std::vector<Figure> figures;
+  for (const KernelGoal& goal : {bladedGoal(plain), softGoal(plain, 0.0F), softGoal(plain, 0.3F),
+                                 softGoal(plain, 1.0F), colouredGoal(plain), effectsGoal(plain)}) {
+    figures.push_back({goal.name, [goal, plain, plan] { return measured(goal, plain, plan); }});
+  }
+  return figures;
+}
+
+}  // namespace drevin::bench

@@ -1,0 +1,116 @@
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <cmath>
+
+#include "frames/Figures.h"
+#include "frames/FrameBench.h"
+#include "frames/Measure.h"
+#include "support/Agreement.h"
+
+namespace drevin::bench {
+
+using DD::Image::Box;
+
+namespace {
+
+/// Worst difference of a part of a picture from the whole, in parts of the bound.
+double differenceOf(const embedded::Image& part, const embedded::Image& whole) {
+  double worst = 0.0;
+  for (int y = part.box.y(); y < part.box.t(); ++y) {
+    const std::vector<float> row = pictureRow(part, y);
+    const std::vector<float> wholeRow = pictureRow(whole, y);
+    const auto width = static_cast<std::size_t>(part.box.w());
+    const auto wholeWidth = static_cast<std::size_t>(whole.box.w());
+    for (std::size_t i = 0; i < row.size(); ++i) {
+      const std::size_t column = i % width + static_cast<std::size_t>(part.box.x() - whole.box.x());
+      const auto a = static_cast<double>(row[i]);
+      const auto b = static_cast<double>(wholeRow[i / width * wholeWidth + column]);
+      worst = std::max(worst, std::fabs(a - b) / test::allowedDifference(b));
+    }
+  }
+  return worst;
+}
+
+Box middleOf(const FrameSize& size, int side) {
+  const int x = (size.width - side) / 2;
+  const int y = (size.height - side) / 2;
+  return {x, y, x + side, y + side};
+}
+
+TableLine viewLine(const TablePlan& plan) {
+  FrameBench whole(frameCase("scene", plan.largeBlur, plan.fourK), plan);
+  std::vector<double> times;
+  embedded::RenderResult view;
+  for (int round = 0; round < plan.rounds; ++round) {
+    whole.timeFrame();
+    times.push_back(
+        secondsOf([&] { view = whole.node().render(middleOf(plan.fourK, plan.view)); }));
+  }
+  TableLine line;
+  line.figure =
+      fmt::format("view of {0} × {0} px in a 4K frame, scene, {1} px", plan.view, plan.largeBlur);
+  line.ours =
+      fmt::format("{} of {}", secondsText(median(times)), secondsText(whole.frameSeconds()));
+  line.value = percentText(median(times) / whole.frameSeconds());
+  line.reach = "≤ 6 %";
+  line.error = differenceOf(view.image, whole.result().image);
+  return line;
+}
+
+TableLine threadLine(const std::string& scene, const TablePlan& plan) {
+  FrameBench one(frameCase(scene, plan.largeBlur, plan.frame), plan);
+  FrameBench two(frameCase(scene, plan.largeBlur, plan.frame), plan);
+  for (int round = 0; round < plan.rounds; ++round) {
+    embedded::setThreadCount(1);
+    one.timeFrame();
+    embedded::setThreadCount(2);
+    two.timeFrame();
+  }
+  TableLine line;
+  line.figure = fmt::format("threads 1 to 2, {}, {} px", scene, plan.largeBlur);
+  line.ours =
+      fmt::format("{} to {}", secondsText(one.frameSeconds()), secondsText(two.frameSeconds()));
+  line.value = timesText(one.frameSeconds() / two.frameSeconds());
+  line.reach = "1.85×";
+  line.aim = "1.95×";
+  line.error = differenceOf(one.result().image, two.result().image);
+  return line;
+}
+
+/// Seconds of the stages before the picture itself.
+double kernelSeconds(const embedded::RenderResult& result) {
+  double seconds = 0.0;
+  for (const embedded::Stage& stage : result.stages) {
+    if (stage.name == "Aperture" || stage.name == "Size estimate" || stage.name == "Kernels")
+      seconds += stage.seconds;
+  }
+  return seconds;
+}
+
+TableLine kernelShareLine(const TablePlan& plan) {
+  FrameBench frame(frameCase("scene", plan.largeBlur, plan.frame), plan);
+  std::vector<double> kernels;
+  for (int round = 0; round < plan.rounds; ++round) {
+    frame.timeFrame();
+    kernels.push_back(kernelSeconds(frame.result()));
+  }
+  TableLine line;
+  line.figure = fmt::format("size estimate and kernels, scene, {} px", plan.largeBlur);
+  line.ours =
+      fmt::format("{} of {}", secondsText(median(kernels)), secondsText(frame.frameSeconds()));
+  line.value = percentText(median(kernels) / frame.frameSeconds());
+  line.reach = "few percent";
+  return line;
+}
+
+}  // namespace
+
+std::vector<Figure> shareFigures(const TablePlan& plan) {
+  return {{"view", [plan] { return viewLine(plan); }},
+          {"threads, scene", [plan] { return threadLine("scene", plan); }},
+          {"threads, uniform", [plan] { return threadLine("uniform", plan); }},
+          {"kernels", [plan] { return kernelShareLine(plan); }}};
+}
+
+}  // namespace drevin::bench
