@@ -7,8 +7,6 @@
 
 namespace drevin::bench {
 
-using test::LiteralBlur;
-
 namespace {
 
 void addRun(const float* __restrict kernel, int columns, float weight, float value,
@@ -20,17 +18,15 @@ void addRun(const float* __restrict kernel, int columns, float weight, float val
   }
 }
 
-/// Colour over coverage of one channel at one column; `stride` floats lie between slices.
-float compositedValue(const float* colours, const float* weights, int slices, std::size_t stride) {
-  float colour = 0.0F;
-  float coverage = 0.0F;
-  for (int slice = 0; slice < slices; ++slice, colours += stride, weights += stride) {
-    const float room = 1.0F - coverage;
-    const bool hidden = room < *weights;
-    colour += hidden ? *colours * (room / *weights) : *colours;
-    coverage += hidden ? room : *weights;
+/// Lays a slice under those before it.
+void addSlice(const float* __restrict colours, const float* __restrict weights, std::size_t columns,
+              float* __restrict values, float* __restrict coverage) {
+  for (std::size_t x = 0; x < columns; ++x) {
+    const float room = 1.0F - coverage[x];
+    const bool hidden = room < weights[x];
+    values[x] += hidden ? colours[x] * (room / weights[x]) : colours[x];
+    coverage[x] += hidden ? room : weights[x];
   }
-  return coverage > 0.0F ? colour / coverage : colour;
 }
 
 }  // namespace
@@ -40,6 +36,7 @@ LiteralRows::LiteralRows(const test::LiteralScene& scene, const test::LiteralFra
     : scene_(scene),
       frame_(frame),
       deep_(deep),
+      lens_(scene.settings, frame.lens()),
       width_(scene.image.formatWidth),
       height_(scene.image.formatHeight),
       depth_(scene.image.planes.at(scene.settings.depthChannel).data()) {
@@ -49,6 +46,7 @@ LiteralRows::LiteralRows(const test::LiteralScene& scene, const test::LiteralFra
   for (std::size_t c = 0; c < channels; ++c)
     colour_[c] = scene.image.planes.at(static_cast<int>(c) + 1).data();
   for (const test::LiteralKernel& kernel : frame.bank()) {
+    sides_.push_back(kernel.side);
     kernels_.emplace_back();
     for (std::size_t c = 0; c < channels; ++c)
       kernels_.back()[c] = kernel.planes.at(static_cast<int>(c) + 1).data();
@@ -82,12 +80,10 @@ std::vector<float> LiteralRows::row(int y) {
 }
 
 void LiteralRows::addFlatPixel(const Source& source) {
-  const LiteralBlur blur =
-      literalBlur(depth_[source.at], scene_.settings, frame_.lens(), frame_.kernelSize());
   Values values;
   for (std::size_t c = 0; c < channels; ++c)
     values[c] = colour_[c][source.at];
-  splat(source, blur, 1.0F, values);
+  splat(source, lens_.blurOf(depth_[source.at]), 1.0F, values);
 }
 
 void LiteralRows::readSamples(std::size_t at) {
@@ -103,9 +99,6 @@ void LiteralRows::readSamples(std::size_t at) {
 }
 
 void LiteralRows::addDeepPixel(const Source& source) {
-  const auto blurOf = [this](float depth) {
-    return literalDeepBlur(depth, scene_.settings, frame_.lens(), frame_.kernelSize());
-  };
   readSamples(source.at);
   mergeSamples(samples_, pieces_);
   float coverage = 0.0F;
@@ -115,36 +108,34 @@ void LiteralRows::addDeepPixel(const Source& source) {
     for (std::size_t c = 0; c < channels; ++c)
       values[c] = pieceValue(layout_, samples_, piece, c) / alpha;
     const float weight = (1.0F - coverage) * alpha;
-    splat(source, blurOf(piece.front), weight, values);
+    splat(source, lens_.blurOf(piece.front), weight, values);
     coverage += weight;
     if (1.0F - coverage < 1e-6F) break;
   }
   if (pieces_.empty() || coverage < 1.0F)
-    splat(source, blurOf(std::numeric_limits<float>::max()), 1.0F - coverage, Values{});
+    splat(source, lens_.blurOf(std::numeric_limits<float>::max()), 1.0F - coverage, Values{});
 }
 
-void LiteralRows::splat(const Source& source, const LiteralBlur& blur, float weight,
+void LiteralRows::splat(const Source& source, const PlainBlur& blur, float weight,
                         const Values& values) {
-  const int slice = literalSlice(blur.depth, scene_.settings, frame_.lens());
-  if (slice < 0 || slice >= scene_.settings.correctiveSlices) return;
-  float* sums = sums_.data() +
-                static_cast<std::size_t>(slice) * channels * 2 * static_cast<std::size_t>(width_);
+  if (blur.slice < 0) return;
+  float* sums = sums_.data() + static_cast<std::size_t>(blur.slice) * channels * 2 *
+                                   static_cast<std::size_t>(width_);
   const int last = static_cast<int>(kernels_.size()) - 1;
-  const float coc = std::max(1.0F, blur.coc);
-  if (!(coc < static_cast<float>(kernels_.size()))) {
+  if (!(blur.diameter < static_cast<float>(kernels_.size()))) {
     addPass(source, last, weight, values, sums);
     return;
   }
-  const int index = static_cast<int>(coc);
-  const auto side = static_cast<float>(frame_.bank()[static_cast<std::size_t>(index)].side);
-  const float share = 1.0F - (coc - side) * 0.5F;
+  const int index = static_cast<int>(blur.diameter);
+  const auto side = static_cast<float>(sides_[static_cast<std::size_t>(index)]);
+  const float share = 1.0F - (blur.diameter - side) * 0.5F;
   addPass(source, index, share * weight, values, sums);
   addPass(source, std::min(index + 2, last), (1.0F - share) * weight, values, sums);
 }
 
 void LiteralRows::addPass(const Source& source, int index, float weight, const Values& values,
                           float* sums) {
-  const int side = frame_.bank()[static_cast<std::size_t>(index)].side;
+  const int side = sides_[static_cast<std::size_t>(index)];
   const int reach = (side - 1) / 2;
   if (!(weight > 0.0F) || std::abs(source.rowsAbove) > reach) return;
   const int left = std::max(0, source.x - reach);
@@ -158,15 +149,23 @@ void LiteralRows::addPass(const Source& source, int index, float weight, const V
   }
 }
 
+void LiteralRows::compositeChannel(std::size_t channel, float* values, float* coverage) const {
+  const auto width = static_cast<std::size_t>(width_);
+  const float* sums = sums_.data() + channel * 2 * width;
+  for (int slice = 0; slice < scene_.settings.correctiveSlices; ++slice) {
+    addSlice(sums, sums + width, width, values, coverage);
+    sums += channels * 2 * width;
+  }
+  for (std::size_t x = 0; x < width; ++x)
+    values[x] = coverage[x] > 0.0F ? values[x] / coverage[x] : values[x];
+}
+
 std::vector<float> LiteralRows::composited() const {
   const auto width = static_cast<std::size_t>(width_);
-  std::vector<float> values;
+  std::vector<float> values(channels * width, 0.0F);
   for (std::size_t c = 0; c < channels; ++c) {
-    const float* colours = sums_.data() + c * 2 * width;
-    for (std::size_t x = 0; x < width; ++x) {
-      values.push_back(compositedValue(colours + x, colours + width + x,
-                                       scene_.settings.correctiveSlices, channels * 2 * width));
-    }
+    std::vector<float> coverage(width, 0.0F);
+    compositeChannel(c, values.data() + c * width, coverage.data());
   }
   return values;
 }

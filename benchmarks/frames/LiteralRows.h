@@ -8,8 +8,8 @@
 ///
 ///   colour[c] += (k * w) * v[c]    weight[c] += k * w    for every channel c and kernel column
 ///
-/// and the slices are composited. A deep pixel is merged and composited to weighted samples first,
-/// once more for every output row. Its file is compiled with all vector instructions of this
+/// and then the slices are composited. A deep pixel is merged and composited to weighted samples
+/// first, once more for every output row. Its file is compiled with all vector instructions of this
 /// machine and with fused multiply-adds.
 ///
 /// The literal frame of the tests is the same in double, over lists and maps, which takes several
@@ -22,6 +22,7 @@
 
 #include "deep/SampleMerge.h"
 #include "frames/FramePictures.h"
+#include "frames/PlainLens.h"
 #include "support/LiteralDeepFrame.h"
 
 namespace drevin::bench {
@@ -51,19 +52,21 @@ class LiteralRows {
   void addFlatPixel(const Source& source);
   void addDeepPixel(const Source& source);
   void readSamples(std::size_t at);
-  void splat(const Source& source, const test::LiteralBlur& blur, float weight,
-             const Values& values);
+  void splat(const Source& source, const PlainBlur& blur, float weight, const Values& values);
   void addPass(const Source& source, int index, float weight, const Values& values, float* sums);
   std::vector<float> composited() const;
+  void compositeChannel(std::size_t channel, float* values, float* coverage) const;
 
   const test::LiteralScene& scene_;
   const test::LiteralFrame& frame_;
   const DeepGrid* deep_;
+  PlainLens lens_;
   int width_;
   int height_;
   std::array<const float*, channels> colour_{};
   const float* depth_;
-  std::vector<std::array<const float*, channels>> kernels_;  ///< planes by index in the bank
+  std::vector<int> sides_;                                   ///< of kernels by index in the bank
+  std::vector<std::array<const float*, channels>> kernels_;  ///< their planes
   std::vector<float> sums_;  ///< by slice and channel, a row of colours, then one of weights
   dvDeepLayout layout_;
   dvDeepSamples samples_;

@@ -24,6 +24,7 @@ double median(std::vector<double> values) {
 std::vector<int> spreadRows(int height, int count) {
   const int rows = std::min(height, count);
   std::vector<int> spread;
+  spread.reserve(static_cast<std::size_t>(rows));
   for (int i = 0; i < rows; ++i)
     spread.push_back(height * (2 * i + 1) / (2 * rows));
   return spread;

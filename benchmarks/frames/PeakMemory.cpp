@@ -49,6 +49,7 @@ std::string readAll(int file) {
 
 [[noreturn]] void runThisProgram(std::vector<std::string> arguments, int output) {
   std::vector<char*> pointers;
+  pointers.reserve(arguments.size() + 1);
   for (std::string& argument : arguments)
     pointers.push_back(argument.data());
   pointers.push_back(nullptr);
@@ -65,7 +66,7 @@ std::string outputOfChild(const std::vector<std::string>& arguments) {
   const pid_t child = fork();
   if (child == 0) runThisProgram(arguments, ends[1]);
   close(ends[1]);
-  const std::string text = readAll(ends[0]);
+  std::string text = readAll(ends[0]);
   close(ends[0]);
   int status = 0;
   if (child < 0 || waitpid(child, &status, 0) < 0 || status != 0)

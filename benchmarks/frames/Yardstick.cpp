@@ -10,7 +10,6 @@
 namespace drevin::bench {
 
 using test::LiteralDeepPixel;
-using test::LiteralDeepSample;
 using test::LiteralPicture;
 
 namespace {

@@ -84,14 +84,14 @@ int run(const Arguments& arguments) {
 }  // namespace
 
 int main(int count, char** words) {
-  CLI::App app("Measures whole frames of the node.", "drevin_frames");
-  Arguments arguments;
-  declare(app, arguments);
-  CLI11_PARSE(app, count, words);
   try {
+    CLI::App app("Measures whole frames of the node.", "drevin_frames");
+    Arguments arguments;
+    declare(app, arguments);
+    CLI11_PARSE(app, count, words);
     return run(arguments);
   } catch (const std::exception& failure) {
-    fmt::print(stderr, "drevin_frames: {}\n", failure.what());
+    std::fprintf(stderr, "drevin_frames: %s\n", failure.what());
     return 1;
   }
 }
