@@ -5,6 +5,8 @@
 #include <cstddef>
 #include <vector>
 
+#include "engine/LargeMemory.h"
+
 namespace drevin {
 
 /// Columns [left, right) and rows [bottom, top).
@@ -40,7 +42,7 @@ class dvFramePlane {
   }
 
   dvFrameBox box_;
-  std::vector<Value> values_;
+  std::vector<Value, dvLargeAllocator<Value>> values_;
 };
 
 }  // namespace drevin

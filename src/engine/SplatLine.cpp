@@ -36,7 +36,7 @@ dvSplatLineMaker::dvSplatLineMaker(const dvLineSettings& settings, int sourceY,
       values_(settings.channels.size()),
       groups_(settings.groups.size()) {}
 
-dvSplatLineMaker::Kernels dvSplatLineMaker::kernelsOf(const dvSplatSource& source) const {
+inline dvSplatLineMaker::Kernels dvSplatLineMaker::kernelsOf(const dvSplatSource& source) const {
   const dvKernelBank& bank = *settings_.bank;
   const dvKernelPair pair = kernelPair(source.coc, bank);
   Kernels kernels{};
@@ -47,7 +47,7 @@ dvSplatLineMaker::Kernels dvSplatLineMaker::kernelsOf(const dvSplatSource& sourc
   return kernels;
 }
 
-void dvSplatLineMaker::fillValues(const dvSplatSource& source) {
+inline void dvSplatLineMaker::fillValues(const dvSplatSource& source) {
   const dvBloom& bloom = settings_.splat.bloom;
   const float amount = bloomAmount(bloom, source.clampedX, source.clampedY);
   for (std::size_t i = 0; i < values_.size(); ++i) {
@@ -60,19 +60,9 @@ void dvSplatLineMaker::fillValues(const dvSplatSource& source) {
   }
 }
 
-void dvSplatLineMaker::splat(const dvSplatSource& source) {
-  if (source.slice >= settings_.slices || settings_.bank->empty()) return;
-  const Kernels kernels = kernelsOf(source);
-  if (kernels.share[0] <= 0.0F && kernels.share[1] <= 0.0F) return;
-  fillValues(source);
-  for (std::size_t g = 0; g < groups_.size(); ++g)
-    addToGroup(settings_.groups[g], source, kernels, groups_[g]);
-}
-
-dvSplatLineMaker::Centred& dvSplatLineMaker::rowAt(int y, std::size_t channels,
-                                                   Group& group) const {
+dvSplatLineMaker::Centred& dvSplatLineMaker::otherRowAt(int y, std::size_t channels,
+                                                        Group& group) const {
   std::vector<Centred>& rows = group.rows;
-  if (group.last < rows.size() && rows[group.last].y == y) return rows[group.last];
   auto place = std::lower_bound(rows.begin(), rows.end(), y,
                                 [](const Centred& row, int wanted) { return row.y < wanted; });
   if (place == rows.end() || place->y != y) {
@@ -88,8 +78,14 @@ dvSplatLineMaker::Centred& dvSplatLineMaker::rowAt(int y, std::size_t channels,
   return *place;
 }
 
-void dvSplatLineMaker::addToGroup(const dvSplatGroup& group, const dvSplatSource& source,
-                                  const Kernels& kernels, Group& made) const {
+inline dvSplatLineMaker::Centred& dvSplatLineMaker::rowAt(int y, std::size_t channels,
+                                                          Group& group) const {
+  const bool again = group.last < group.rows.size() && group.rows[group.last].y == y;
+  return again ? group.rows[group.last] : otherRowAt(y, channels, group);
+}
+
+inline void dvSplatLineMaker::addToGroup(const dvSplatGroup& group, const dvSplatSource& source,
+                                         const Kernels& kernels, Group& made) const {
   const float distance =
       group.shift == 0.0F ? 0.0F : shiftDistance(group.shift, source.coc, source.chromaticMatte);
   const int x = shiftedPlace(source.x, distance);
@@ -111,6 +107,15 @@ void dvSplatLineMaker::addToGroup(const dvSplatGroup& group, const dvSplatSource
   centred.records.push_back(recordOf(kernels.radius, kernels.share, x));
   for (const std::size_t place : group.places)
     centred.values.push_back(values_[place]);
+}
+
+void dvSplatLineMaker::splat(const dvSplatSource& source) {
+  if (source.slice >= settings_.slices || settings_.bank->empty()) return;
+  const Kernels kernels = kernelsOf(source);
+  if (kernels.share[0] <= 0.0F && kernels.share[1] <= 0.0F) return;
+  fillValues(source);
+  for (std::size_t g = 0; g < groups_.size(); ++g)
+    addToGroup(settings_.groups[g], source, kernels, groups_[g]);
 }
 
 dvSplatRow dvSplatLineMaker::sorted(Centred& centred, std::size_t slices) {

@@ -89,6 +89,7 @@ class dvSplatLineMaker {
   void addToGroup(const dvSplatGroup& group, const dvSplatSource& source, const Kernels& kernels,
                   Group& made) const;
   Centred& rowAt(int y, std::size_t channels, Group& group) const;
+  Centred& otherRowAt(int y, std::size_t channels, Group& group) const;
   void fillValues(const dvSplatSource& source);
   static dvSplatRow sorted(Centred& centred, std::size_t slices);
 

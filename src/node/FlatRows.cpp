@@ -52,12 +52,17 @@ dvFlatPlan Drevin::flatPlan(int left, int right, const ChannelSet& channels) {
 }
 
 void Drevin::defocus(int y, int x, int r, const ChannelSet& channels, Row& out) {
-  passInputThrough(y, x, r, channels, out);
   // A later request may want other channels than the kernels were built for: those pass through.
   // An opening that was cut short leaves no kernels, and its rows are not wanted.
-  ChannelSet processed(channels);
-  processed &= kernelChannels_;
-  if (processed.empty() || kernelBank_.empty()) return;
+  ChannelSet processed;
+  if (!kernelBank_.empty()) {
+    processed = channels;
+    processed &= kernelChannels_;
+  }
+  ChannelSet passed(channels);
+  passed -= processed;
+  passInputThrough(y, x, r, passed, out);
+  if (processed.empty()) return;
   if (picture_.has(y, x, r, processed, dvDeepMode::Both)) {
     picture_.copy(y, x, r, processed, dvDeepMode::Both, out);
     return;

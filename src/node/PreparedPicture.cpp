@@ -115,8 +115,10 @@ void dvPreparedPicture::make(const dvLineSettings& settings, const dvLineSource&
   clear();
   const dvFrameBox wanted{box.x(), box.y(), box.r(), box.t()};
   if (wanted.empty() || settings.channels.empty()) return;
-  for (const dvDeepMode mode : source.modes)
-    modes_[mode].assign(settings.channels.size(), dvFramePlane<float>(wanted));
+  for (const dvDeepMode mode : source.modes) {
+    for (std::size_t i = 0; i < settings.channels.size(); ++i)
+      modes_[mode].emplace_back(wanted);
+  }
   SourceRows rows(source, wanted, padding);
   dvFrameMaker maker(settings, padding, parallel);
   dvFrameBox band = wanted;

@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 
 #include <set>
+#include <utility>
+#include <vector>
 
 #include "host/HostBench.h"
 
@@ -53,6 +55,31 @@ TEST(Hash, zeroByteAtTheEnd_counts) {
   Hash b;
   b.append("abc", 4);
   EXPECT_NE(a, b);
+}
+
+TEST(Hash, everyByteOfLongData_counts) {
+  std::vector<unsigned char> data(101, 200);
+  const auto hashOf = [&] {
+    Hash hash;
+    hash.append(data.data(), data.size());
+    return hash.value();
+  };
+  std::set<DD::Image::U64> seen = {hashOf()};
+  for (unsigned char& byte : data) {
+    byte = 8;
+    EXPECT_TRUE(seen.insert(hashOf()).second);
+    byte = 200;
+  }
+  data[0] = 1;
+  data[8] = 2;
+  EXPECT_TRUE(seen.insert(hashOf()).second);
+  std::swap(data[0], data[8]);
+  EXPECT_TRUE(seen.insert(hashOf()).second);
+  for (std::size_t length = 0; length < data.size(); ++length) {
+    Hash hash;
+    hash.append(std::vector<unsigned char>(length, 200).data(), length);
+    EXPECT_TRUE(seen.insert(hash.value()).second) << length;
+  }
 }
 
 TEST(OpHash, everyControl_changesIt) {
