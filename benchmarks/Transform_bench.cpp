@@ -52,7 +52,7 @@ void addRadius(benchmark::State& state) {
   const int side = static_cast<int>(state.range(0));
   const int length = static_cast<int>(state.range(1));
   const dvKernelTable table = randomTable(8);
-  const dvKernelSpectrum spectrum(table, length, 8);
+  const dvKernelSpectrum spectrum(table, length, {8});
   const std::vector<float> values = randomPlanes(side);
   dvTileSum sum(side, planes);
   sum.begin(length);
@@ -66,7 +66,7 @@ void finishTile(benchmark::State& state) {
   const int side = static_cast<int>(state.range(0));
   const int length = static_cast<int>(state.range(1));
   const dvKernelTable table = randomTable(8);
-  const dvKernelSpectrum spectrum(table, length, 8);
+  const dvKernelSpectrum spectrum(table, length, {8});
   const std::vector<float> values = randomPlanes(side);
   dvTileSum sum(side, planes);
   for (auto _ : state) {
@@ -84,7 +84,7 @@ void addPicture(benchmark::State& state) {
   const int length = static_cast<int>(state.range(1));
   const int reach = (length - side) / 2;
   const dvKernelTable table = randomTable(8);
-  const dvKernelSpectrum spectrum(table, length, 8);
+  const dvKernelSpectrum spectrum(table, length, {8});
   dvTileSum sum(side, planes);
   sum.begin(length);
   sum.add(randomPlanes(side).data(), spectrum);
@@ -103,7 +103,7 @@ void makeSpectrum(benchmark::State& state) {
   const int radius = length / 3;
   const dvKernelTable table = randomTable(radius);
   for (auto _ : state) {
-    const dvKernelSpectrum spectrum(table, length, radius);
+    const dvKernelSpectrum spectrum(table, length, {radius});
     benchmark::DoNotOptimize(&spectrum);
     state.counters["bytes"] = static_cast<double>(spectrum.bytes());
   }

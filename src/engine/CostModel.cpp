@@ -2,30 +2,42 @@
 
 #include <cmath>
 
+#include "engine/Simd.h"
+
 namespace drevin {
 
 namespace {
 
-double transformWork(int side, int planes) {
-  const auto n = static_cast<double>(side);
+double transformWork(int length, int planes) {
+  const auto n = static_cast<double>(length);
   return planes * n * n * std::log2(n);
+}
+
+/// Of other instruction sets in times of the widest.
+double slowness() {
+  switch (simdLevel()) {
+    case dvSimdLevel::Baseline:
+      return 4.0;
+    case dvSimdLevel::Avx2:
+      return 1.7;
+    case dvSimdLevel::Avx512:
+      break;
+  }
+  return 1.0;
 }
 
 }  // namespace
 
-double fourierAddCost(int side, int planes) {
-  return 0.06 * transformWork(side, planes);
+double fourierAddCost(int length, int planes) {
+  return 0.05 * slowness() * transformWork(length, planes);
 }
 
-double fourierFinishCost(int side, int planes) {
-  return 0.12 * transformWork(side, planes);
+double fourierFinishCost(int length, int planes) {
+  return 0.10 * slowness() * transformWork(length, planes);
 }
 
-double directCost(int radius, int planes) {
-  const double rows = 2.0 * radius + 1.0;
-  // The rims of a soft disc are a tenth of its columns; those of small ones a few vectors.
-  const double vectors = 1.0 + std::fmin(rows / 16.0, 3.0);
-  return rows * (4.0 + 0.8 * planes * vectors);
+double spectrumCost(int length) {
+  return 0.15 * slowness() * transformWork(length, 1);
 }
 
 }  // namespace drevin

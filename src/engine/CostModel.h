@@ -1,18 +1,18 @@
 #pragma once
 
-/// Which radii of a tile go through the Fourier transform: what either way costs, as ratios.
+/// What it takes to convolve a tile by Fourier transform, for choosing between that and rows.
 
 namespace drevin {
 
-/// Expected time, in nanoseconds of one processor of 2.6 GHz with the widest vectors. Only ratios
-/// matter: other machines and instruction sets are slower in both ways.
+/// Expected time, in nanoseconds of one processor of about 3.5 GHz, at the instruction set of
+/// simdLevel() (benchmarks/Transform_bench.cpp). Only ratios to dvRowCost matter.
 ///
-///   transform of the P planes of one radius, and its product with the kernel, at side N:
+///   transform of the P planes of one kernel at length N, and its product with the kernel:
 ///       a * P * N^2 * log2 N
 ///   transform back, and the sum into the slice:   b * P * N^2 * log2 N
-///   direct splat of one pixel, all 2R + 1 rows:   (2R + 1) * (c + d * P * columns)
-double fourierAddCost(int side, int planes);
-double fourierFinishCost(int side, int planes);
-double directCost(int radius, int planes);
+///   spectrum of a kernel:                         c * N^2 * log2 N
+double fourierAddCost(int length, int planes);
+double fourierFinishCost(int length, int planes);
+double spectrumCost(int length);
 
 }  // namespace drevin

@@ -22,6 +22,14 @@ struct dvFrameBox {
   bool contains(int x, int y) const { return x >= left && x < right && y >= bottom && y < top; }
 };
 
+/// Columns [begin, end) of a row, counted from its first.
+struct dvColumnSpan {
+  int begin = 0;
+  int end = 0;
+
+  bool empty() const { return begin >= end; }
+};
+
 /// One value for each pixel of a box.
 template <typename Value>
 class dvFramePlane {

@@ -70,21 +70,22 @@ bool gatherIsQuicker(const dvRowRun& run, const dvRowTimes& times) {
 
 dvRowCost::dvRowCost(const dvKernelTable& kernels, int channels)
     : times_(forPlanes(rowTimes(simdLevel()), channels + 1)) {
-  for (int radius = 0; radius <= kernels.largestRadius(); ++radius)
-    works_.push_back(workOf(kernels, radius));
+  for (int radius = 0; radius <= kernels.largestRadius(); ++radius) {
+    pairs_.push_back(workOf(kernels, radius, std::min(radius + 1, kernels.largestRadius())));
+    kernels_.push_back(workOf(kernels, radius, radius));
+  }
 }
 
-dvRowCost::Work dvRowCost::workOf(const dvKernelTable& kernels, int radius) const {
-  const int far = std::min(radius + 1, kernels.largestRadius());
+dvRowCost::Work dvRowCost::workOf(const dvKernelTable& kernels, int near, int far) const {
   const int leastInner = leastInnerPart(rowTimes(simdLevel()));
   Work work;
   for (int dy = -far; dy <= far; ++dy) {
     const dvKernelRow* rows = kernels.rowsAt(dy);
     const int columns =
-        std::max(rows[radius].end, rows[far].end) - std::min(rows[radius].begin, rows[far].begin);
+        std::max(rows[near].end, rows[far].end) - std::min(rows[near].begin, rows[far].begin);
     if (columns <= 0) continue;
-    const int inner = std::min(rows[radius].constantEnd, rows[far].constantEnd) -
-                      std::max(rows[radius].constantBegin, rows[far].constantBegin);
+    const int inner = std::min(rows[near].constantEnd, rows[far].constantEnd) -
+                      std::max(rows[near].constantBegin, rows[far].constantBegin);
     const bool leavesOut = inner >= leastInner;
     work.rows += 1.0;
     work.innerRows += leavesOut ? 1.0 : 0.0;
@@ -94,7 +95,14 @@ dvRowCost::Work dvRowCost::workOf(const dvKernelTable& kernels, int radius) cons
 }
 
 double dvRowCost::splat(int radius, double spacing) const {
-  const Work& work = works_[static_cast<std::size_t>(radius)];
+  return timeOf(pairs_[static_cast<std::size_t>(radius)], spacing);
+}
+
+double dvRowCost::kernel(int radius, double spacing) const {
+  return timeOf(kernels_[static_cast<std::size_t>(radius)], spacing);
+}
+
+double dvRowCost::timeOf(const Work& work, double spacing) const {
   const double runs = work.rows * std::min(1.0, spacing / runColumns);
   const double gathered = gatherTime(times_, work.cells, work.rows * spacing / cellColumns);
   const double scattered = scatterTime(times_, work.rows, work.cells);

@@ -43,6 +43,8 @@ class dvRowCost {
   /// `spacing` is how many columns apart the splats of this radius are on a row, on average: 1 for
   /// a row full of them. Infinite for a splat that has no others of its radius near it.
   double splat(int radius, double spacing) const;
+  /// Likewise one of the kernel of `radius` alone.
+  double kernel(int radius, double spacing) const;
 
  private:
   /// Of a splat, over all rows that it reaches.
@@ -52,10 +54,12 @@ class dvRowCost {
     double cells = 0.0;      ///< added column by column
   };
 
-  Work workOf(const dvKernelTable& kernels, int radius) const;
+  Work workOf(const dvKernelTable& kernels, int near, int far) const;
+  double timeOf(const Work& work, double spacing) const;
 
   dvRowTimes times_;
-  std::vector<Work> works_;  ///< by radius
+  std::vector<Work> pairs_;    ///< of a radius and the next, by radius
+  std::vector<Work> kernels_;  ///< by radius
 };
 
 }  // namespace drevin

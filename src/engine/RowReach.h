@@ -53,6 +53,8 @@ class dvRowReach {
   /// Records of a block.
   static constexpr std::size_t blockSize = 64;
 
+  /// Of a row without records.
+  dvRowReach() = default;
   explicit dvRowReach(const dvSplatRow& row);
 
   /// By record.

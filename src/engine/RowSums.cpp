@@ -138,21 +138,32 @@ void dvRowSums::addInnerParts() {
   edgesTouched_ = false;
 }
 
+dvColumnSpan dvRowSums::touched() const {
+  return {used_.begin * dvCellColumns, std::min(used_.end * dvCellColumns, right_ - left_)};
+}
+
 template <typename Value>
-void dvRowSums::storeAs(int plane, Value* out) const {
-  for (int column = 0; column < right_ - left_; ++column) {
-    const int cell = column / dvCellColumns * (channels_ + 1) + plane;
-    out[column] =
-        static_cast<Value>(totals_[static_cast<std::size_t>(cell)].columns[column % dvCellColumns]);
+void dvRowSums::storeAs(int plane, const dvColumnSpan& columns, Value* out) const {
+  for (int begin = columns.begin; begin < columns.end;) {
+    const int cell = begin / dvCellColumns;
+    const int end = std::min((cell + 1) * dvCellColumns, columns.end);
+    const double* sums = totals_[static_cast<std::size_t>(cell * (channels_ + 1) + plane)].columns;
+    for (int column = begin; column < end; ++column)
+      out[column] = static_cast<Value>(sums[column - cell * dvCellColumns]);
+    begin = end;
   }
 }
 
 void dvRowSums::store(int plane, float* out) const {
-  storeAs(plane, out);
+  storeAs(plane, {0, right_ - left_}, out);
 }
 
 void dvRowSums::store(int plane, double* out) const {
-  storeAs(plane, out);
+  storeAs(plane, {0, right_ - left_}, out);
+}
+
+void dvRowSums::store(int plane, const dvColumnSpan& columns, double* out) const {
+  storeAs(plane, columns, out);
 }
 
 }  // namespace drevin

@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <vector>
 
+#include "engine/FrameBox.h"
 #include "engine/KernelTable.h"
 #include "engine/RowBatch.h"
 #include "engine/RowCode.h"
@@ -62,9 +63,13 @@ class dvRowSums {
   /// Call after the last source row and before reading.
   void finish();
 
+  /// The columns that may have anything but zeros.
+  dvColumnSpan touched() const;
   /// Writes right - left sums of a plane: 0 to channels - 1 the values, `channels` the weight.
   void store(int plane, float* out) const;
   void store(int plane, double* out) const;
+  /// Likewise those of some columns, each to its place.
+  void store(int plane, const dvColumnSpan& columns, double* out) const;
 
  private:
   struct CellSpan {
@@ -84,7 +89,7 @@ class dvRowSums {
   void emptyTouched();
   void addInnerParts();
   template <typename Value>
-  void storeAs(int plane, Value* out) const;
+  void storeAs(int plane, const dvColumnSpan& columns, Value* out) const;
 
   int channels_;
   int left_;

@@ -1,22 +1,26 @@
 #pragma once
 
-/// One slice of one group in square tiles of sources: in each the radii that many splats share are
+/// One slice of one group in square tiles of sources: in each the kernels that many splats share are
 /// summed by Fourier transform, the rest is left to the rows.
 
-#include <cstdint>
 #include <memory>
 #include <vector>
 
 #include "engine/FrameBox.h"
+#include "engine/GroupRows.h"
 #include "engine/Parallel.h"
-#include "engine/SplatLine.h"
+#include "engine/TilePlan.h"
 #include "engine/TileSum.h"
 #include "engine/TransformRounding.h"
 
 namespace drevin {
 
-/// Source pixels along a tile's side.
+/// Source pixels along the side of the smallest tiles; others have a multiple of it.
 constexpr int dvTileSide = 128;
+/// The sides to choose from, ascending: where one blur fills a large area, larger tiles overlap
+/// less.
+const std::vector<int>& tileSides();
+
 /// A value this many times the mean of its tile is a light: it would drown its neighbours in the
 /// rounding of a transform, and is splatted by itself.
 constexpr float dvLightRatio = 16.0F;
@@ -28,23 +32,23 @@ constexpr float dvGreatestTransformed = 1e25F;
 /// samples whose merge has left negative coverage before them: these may be of any size.
 constexpr float dvGreatestShare = 4.0F;
 
-/// How a tile's radii are chosen.
-enum class dvTileChoice { ByCost, Nothing, Everything };
-
-/// Source rows by their centres. Splats of groups without a chromatic shift only: they are centred
-/// on their own row.
 class dvSliceTiles {
  public:
-  /// `lines[i]` is the source row lines[0]'s y + i; null adds nothing. `columns` are those of the
-  /// sources. All must outlive this.
-  dvSliceTiles(const dvSplatGroup& group, std::size_t groupPlace, std::size_t slice,
-               const std::vector<const dvSplatLine*>& lines, int bottom, int left, int right);
+  /// Splats that are centred outside `sources`, as a chromatic shift may leave them, stay direct.
+  /// All must outlive this.
+  dvSliceTiles(const dvSplatGroup& group, const dvGroupRows& rows, std::size_t slice,
+               const dvFrameBox& sources);
 
-  /// Chooses every tile's radii.
-  void choose(dvTileChoice choice, dvParallel& parallel);
-  /// Whether any tile has radii to transform.
+  /// Chooses the tiles' side, of `sides` (multiples of dvTileSide that begin with it), and every
+  /// tile's kernels. `cost` is that of the group's kernels.
+  void choose(dvTileChoice choice, const dvRowCost& cost, dvParallel& parallel,
+              const std::vector<int>& sides = tileSides());
+  /// Whether any tile has kernels to transform.
   bool hasTransforms() const;
+  /// The pixels that transforms may add to.
+  dvFrameBox reached() const;
 
+  int side() const { return side_; }
   /// What 1 in a plane of the transformed part stands for: a power of two at which values are of
   /// the order of the weights. Planes that are transformed as one take each other's rounding.
   float unit(std::size_t plane) const { return units_[plane]; }
@@ -54,19 +58,17 @@ class dvSliceTiles {
   void sum(dvSpectrumCache& spectra, dvParallel& parallel, std::vector<dvFramePlane<float>>& planes,
            dvTransformRounding& rounding) const;
 
-  /// What of a source row is left to be splatted directly, as a row of one slice.
-  dvSplatRow directRow(std::size_t line) const;
+  /// What of a row is left to be splatted directly, as a row of one slice.
+  dvSplatRow directRow(std::size_t row) const;
 
  private:
   struct Tile {
     int left = 0;
     int bottom = 0;
-    int largest = -1;                       ///< largest transformed radius; -1: none
-    std::vector<std::uint8_t> transformed;  ///< by radius
+    dvTilePlan plan;
     std::vector<float> light;  ///< by channel, then of the share: what is above is direct
   };
-  class Turns;
-  /// A splat's share of one radius, by its place in the tile.
+  /// A splat's share of one kernel, by its place in the tile.
   struct Impulse {
     int place;
     float share;
@@ -75,32 +77,39 @@ class dvSliceTiles {
   /// What one worker needs for its tiles.
   struct Impulses {
     std::unique_ptr<dvTileSum> sum;
-    std::vector<std::vector<Impulse>> byRadius;
-    std::vector<float> planes;    ///< of one radius
-    std::vector<double> squares;  ///< of all radii by plane, times that of the kernels
+    std::vector<std::vector<Impulse>> byKernel;
+    std::vector<float> planes;    ///< of one kernel
+    std::vector<double> squares;  ///< of all kernels by plane, times that of the kernels
   };
 
+  void layOut(int side);
   template <typename Visit>
   void forEachRecord(const Tile& tile, const Visit& visit) const;
-  void chooseTile(Tile& tile, dvTileChoice choice) const;
   void findLights(Tile& tile) const;
+  dvTileCensus census(const Tile& tile) const;
+  int chooseSide(const std::vector<dvTileCensus>& parts, const std::vector<int>& sides,
+                 const dvRowCost& cost, dvParallel& parallel) const;
+  double gainOfSide(const std::vector<dvTileCensus>& parts, int side, const dvRowCost& cost,
+                    dvParallel& parallel) const;
   void findUnits();
   void collectImpulses(const Tile& tile, Impulses& impulses) const;
   void fillPlanes(const std::vector<Impulse>& splats, double kernelSquare,
                   Impulses& impulses) const;
-  void sumTile(const Tile& tile, Impulses& impulses, dvSpectrumCache& spectra,
-               const dvTransformRounding& rounding) const;
+  void sumTile(const Tile& tile, const dvParallel& parallel, Impulses& impulses,
+               dvSpectrumCache& spectra, const dvTransformRounding& rounding) const;
   void addRounding(const Tile& tile, const Impulses& impulses, dvTransformRounding& rounding) const;
   bool isLight(const Tile& tile, const dvSplatRecord& record, const float* values) const;
-  const Tile& tileOf(std::size_t line, int x) const;
+  /// Null outside the tiles.
+  const Tile* tileOf(int x, int y) const;
+  int planes() const { return static_cast<int>(units_.size()); }
 
   const dvSplatGroup& group_;
-  std::size_t groupPlace_;
+  const dvGroupRows& rows_;
   std::size_t slice_;
-  const std::vector<const dvSplatLine*>& lines_;
-  int bottom_;
-  int left_;
-  int tilesAcross_;
+  dvFrameBox sources_;
+  dvCutKernels kernels_;
+  int side_ = dvTileSide;
+  int across_ = 0;
   std::vector<Tile> tiles_;
   std::vector<float> units_;  ///< by plane
 };

@@ -23,11 +23,14 @@ void addCentredRow(const float* row, int radius, float scale, int side, float* t
 
 /// The kernel as image rows of side x side, its centre at (0, 0), what lies before that wrapped to
 /// the end.
-std::vector<float> centredKernel(const dvKernelTable& table, int side, int radius) {
+std::vector<float> centredKernel(const dvKernelTable& table, int side, const dvCutKernel& kernel) {
+  const int radius = kernel.radius;
+  const int lowest = -radius - std::min(kernel.cut, 0);
+  const int highest = radius - std::max(kernel.cut, 0);
   const std::ptrdiff_t stride = side;
   const float scale = 1.0F / (static_cast<float>(side) * static_cast<float>(side));
   std::vector<float> plane(static_cast<std::size_t>(stride * stride), 0.0F);
-  for (int y = -radius; y <= radius; ++y) {
+  for (int y = lowest; y <= highest; ++y) {
     float* to = plane.data() + (y % side + side) % side * stride;
     addCentredRow(table.row(radius, radius - y), radius, scale, side, to);
   }
@@ -36,19 +39,19 @@ std::vector<float> centredKernel(const dvKernelTable& table, int side, int radiu
 
 }  // namespace
 
-dvKernelSpectrum::dvKernelSpectrum(const dvKernelTable& table, int side, int radius)
-    : plan_(&fourierPlan(side)), radius_(radius) {
+dvKernelSpectrum::dvKernelSpectrum(const dvKernelTable& table, int side, const dvCutKernel& kernel)
+    : plan_(&fourierPlan(side)) {
   int kept = 0;
   places_.resize(static_cast<std::size_t>(plan_->blocks()));
   for (int block = 0; block < plan_->blocks(); ++block) {
     if (plan_->isKept(block)) places_[static_cast<std::size_t>(block)] = kept++;
   }
-  const std::vector<float> kernel = centredKernel(table, side, radius);
+  const std::vector<float> plane = centredKernel(table, side, kernel);
   const auto strip = static_cast<std::size_t>(side) * dvStripStep;
   values_.reserve(strip * static_cast<std::size_t>(kept));
   dvForwardTransform transform;
   transform.begin(side);
-  transform.columns({kernel.data(), nullptr, side, side, side});
+  transform.columns({plane.data(), nullptr, side, side, side});
   for (int block = 0; block < plan_->blocks(); ++block) {
     const auto b = static_cast<std::size_t>(block);
     if (plan_->isKept(block)) {
@@ -66,19 +69,20 @@ dvStripFactors dvKernelSpectrum::factors(int block) const {
   return {values, plan_->isKept(block) ? nullptr : plan_->mirroredBlocks().data()};
 }
 
-dvSpectrumCache::dvSpectrumCache(const dvKernelTable& table)
-    : table_(table),
-      radii_(static_cast<std::size_t>(table.largestRadius() + 1)),
-      entries_(std::make_unique<Entry[]>((dvLargestTransform / dvStripLanes + 1) * radii_)) {}
+dvSpectrumCache::dvSpectrumCache(const dvKernelTable& table) : table_(table) {}
 
-const dvKernelSpectrum& dvSpectrumCache::spectrum(int side, int radius) {
-  const auto length = static_cast<std::size_t>(side / dvStripLanes);
-  Entry& entry = entries_[length * radii_ + static_cast<std::size_t>(radius)];
-  std::call_once(entry.once, [&] {
-    entry.spectrum = std::make_unique<const dvKernelSpectrum>(table_, side, radius);
-    bytes_ += entry.spectrum->bytes();
+dvSpectrumCache::Entry& dvSpectrumCache::entry(const Key& key) {
+  const std::lock_guard<std::mutex> lock(mutex_);
+  return entries_[key];
+}
+
+const dvKernelSpectrum& dvSpectrumCache::spectrum(int side, const dvCutKernel& kernel) {
+  Entry& asked = entry({side, kernel.radius, kernel.cut});
+  std::call_once(asked.once, [&] {
+    asked.spectrum = std::make_unique<const dvKernelSpectrum>(table_, side, kernel);
+    bytes_ += asked.spectrum->bytes();
   });
-  return *entry.spectrum;
+  return *asked.spectrum;
 }
 
 }  // namespace drevin

@@ -4,10 +4,13 @@
 
 #include <atomic>
 #include <cstddef>
+#include <map>
 #include <memory>
 #include <mutex>
+#include <tuple>
 #include <vector>
 
+#include "engine/CutKernels.h"
 #include "engine/FourierBuffer.h"
 #include "engine/FourierPlan.h"
 #include "engine/KernelTable.h"
@@ -19,25 +22,23 @@ namespace drevin {
 ///   F(u, v) = 1 / N^2 * sum over (x, y) of  K[R - y][R + x] * exp(-2 pi i (u x + v y) / N)
 ///
 ///   K  kernel, rows against the image's rows     x, y  image columns and rows from the splat's
-///                                                      centre, -R to R
+///                                                      centre, -R to R; cut rows left out
 ///
 /// The 1 / N^2 makes up for what a forward and a backward transform multiply by. Of each pair of
 /// conjugate halves one is kept: 4 * N * (N + 32) bytes at most.
 /// Where N < 2R + 1 the kernel overlaps itself cyclically.
 class dvKernelSpectrum {
  public:
-  /// `side` is a length that transformSide gives, `radius` one that the table has.
-  dvKernelSpectrum(const dvKernelTable& table, int side, int radius);
+  /// `side` is a length that transformSide gives, the kernel's radius one that the table has.
+  dvKernelSpectrum(const dvKernelTable& table, int side, const dvCutKernel& kernel);
 
   const dvFourierPlan& plan() const { return *plan_; }
-  int radius() const { return radius_; }
   std::size_t bytes() const { return values_.size() * sizeof(float); }
   /// For the strip of one block of vertical frequencies.
   dvStripFactors factors(int block) const;
 
  private:
   const dvFourierPlan* plan_;
-  int radius_;
   std::vector<int> places_;  ///< by block, of its strip or its partner's among those kept
   dvFourierBuffer values_;
 };
@@ -50,10 +51,10 @@ class dvSpectrumCache {
 
   const dvKernelTable& table() const { return table_; }
 
-  /// The spectrum of a radius of the table at a length that transformSide gives. Safe from any
-  /// thread: the first that asks makes it, others wait; afterwards nothing locks. Stays as long as
-  /// the cache.
-  const dvKernelSpectrum& spectrum(int side, int radius);
+  /// The spectrum of a kernel of the table at a length that transformSide gives. Safe from any
+  /// thread: the first that asks makes it, and who asks for the same waits. Stays as long as the
+  /// cache.
+  const dvKernelSpectrum& spectrum(int side, const dvCutKernel& kernel);
 
   /// Memory of the spectra made so far.
   std::size_t bytes() const { return bytes_; }
@@ -64,9 +65,13 @@ class dvSpectrumCache {
     std::unique_ptr<const dvKernelSpectrum> spectrum;
   };
 
+  /// Length, radius, cut.
+  using Key = std::tuple<int, int, int>;
+  Entry& entry(const Key& key);
+
   const dvKernelTable& table_;
-  std::size_t radii_;
-  std::unique_ptr<Entry[]> entries_;  ///< by length / 16, then radius
+  std::mutex mutex_;
+  std::map<Key, Entry> entries_;
   std::atomic<std::size_t> bytes_{0};
 };
 

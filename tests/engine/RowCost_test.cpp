@@ -35,6 +35,16 @@ TEST(RowCost, splatsFartherApart_costMore) {
   }
 }
 
+TEST(RowCost, oneKernel_costsLessThanTwo) {
+  const dvKernelTable kernels(kernelBank(KernelKind::Disc, 60), 1);
+  const dvRowCost cost(kernels, 4);
+  for (int radius = 0; radius < 60; ++radius) {
+    EXPECT_LT(cost.kernel(radius, 16.0), cost.splat(radius, 16.0));
+    EXPECT_GT(cost.kernel(radius, 16.0), 0.3 * cost.splat(radius, 16.0)) << radius;
+  }
+  EXPECT_EQ(cost.kernel(60, 16.0), cost.splat(60, 16.0));
+}
+
 TEST(RowCost, moreChannels_costMore) {
   const dvKernelTable kernels(kernelBank(KernelKind::Disc, 20), 1);
   for (int channels = 1; channels < 8; ++channels) {

@@ -19,10 +19,13 @@ namespace {
 constexpr double spectrumTolerance = 2e-7;
 
 /// The kernel's own definition, in double, without the scale.
-std::complex<double> directFrequency(const dvKernelTable& table, int radius, int length, int u,
-                                     int v) {
+std::complex<double> directFrequency(const dvKernelTable& table, const dvCutKernel& kernel,
+                                     int length, int u, int v) {
+  const int radius = kernel.radius;
+  const int lowest = -radius + (kernel.cut < 0 ? -kernel.cut : 0);
+  const int highest = radius - (kernel.cut > 0 ? kernel.cut : 0);
   std::complex<double> sum;
-  for (int y = -radius; y <= radius; ++y) {
+  for (int y = lowest; y <= highest; ++y) {
     const float* row = table.row(radius, radius - y) + radius;
     for (int x = -radius; x <= radius; ++x) {
       const int turn = (u * x + v * y) % length;
@@ -58,9 +61,9 @@ std::complex<double> factorAt(const dvStripFactors& factors, int block, int posi
 }
 
 /// Largest error over every frequency, relative to the largest that one can be.
-double spectrumError(int length, int radius) {
-  const dvKernelTable table = randomKernels(radius, 3);
-  const dvKernelSpectrum spectrum(table, length, radius);
+double spectrumError(int length, const dvCutKernel& kernel) {
+  const dvKernelTable table = randomKernels(kernel.radius, 3);
+  const dvKernelSpectrum spectrum(table, length, kernel);
   const dvFourierPlan& plan = spectrum.plan();
   double worst = 0.0;
   for (int block = 0; block < plan.blocks(); ++block) {
@@ -69,37 +72,42 @@ double spectrumError(int length, int radius) {
       for (int lane = 0; lane < dvStripLanes; ++lane) {
         const int v = plan.frequency(block * dvStripLanes + lane);
         const std::complex<double> expected =
-            directFrequency(table, radius, length, plan.frequency(i), v);
+            directFrequency(table, kernel, length, plan.frequency(i), v);
         const std::complex<double> scaled =
             factorAt(factors, block, i, lane) * static_cast<double>(length * length);
         worst = std::max(worst, std::abs(scaled - expected));
       }
     }
   }
-  return worst / absoluteSum(table, radius);
+  return worst / absoluteSum(table, kernel.radius);
 }
 
 TEST(Spectrum, everyFrequency_isTheKernelsSum) {
   for (const dvSimdLevel level : usableLevels()) {
     const SimdLevelInUse use(level);
-    EXPECT_LT(spectrumError(16, 0), spectrumTolerance);
-    EXPECT_LT(spectrumError(16, 7), spectrumTolerance);
-    EXPECT_LT(spectrumError(32, 5), spectrumTolerance);
-    EXPECT_LT(spectrumError(48, 9), spectrumTolerance);
-    EXPECT_LT(spectrumError(64, 3), spectrumTolerance);
-    EXPECT_LT(spectrumError(80, 4), spectrumTolerance);
+    EXPECT_LT(spectrumError(16, {0}), spectrumTolerance);
+    EXPECT_LT(spectrumError(16, {7}), spectrumTolerance);
+    EXPECT_LT(spectrumError(32, {5}), spectrumTolerance);
+    EXPECT_LT(spectrumError(48, {9}), spectrumTolerance);
+    EXPECT_LT(spectrumError(64, {3}), spectrumTolerance);
+    EXPECT_LT(spectrumError(80, {4}), spectrumTolerance);
   }
 }
 
 TEST(Spectrum, kernelLargerThanTheLength_overlapsItself) {
-  EXPECT_LT(spectrumError(16, 12), spectrumTolerance);
-  EXPECT_LT(spectrumError(16, 40), spectrumTolerance);
+  EXPECT_LT(spectrumError(16, {12}), spectrumTolerance);
+  EXPECT_LT(spectrumError(16, {40}), spectrumTolerance);
+}
+
+TEST(Spectrum, cutRows_areLeftOut) {
+  for (const int cut : {-9, -2, 2, 9})
+    EXPECT_LT(spectrumError(48, {9, cut}), spectrumTolerance) << cut;
 }
 
 TEST(Spectrum, memory_isHalfThePlaneAndABlock) {
   const dvKernelTable table = randomKernels(4, 1);
   for (const int length : {16, 48, 160, 192, 384, 512}) {
-    const dvKernelSpectrum spectrum(table, length, 4);
+    const dvKernelSpectrum spectrum(table, length, {4});
     const auto side = static_cast<std::size_t>(length);
     EXPECT_LE(spectrum.bytes(), 4 * side * (side + 32)) << length;
   }
@@ -108,11 +116,12 @@ TEST(Spectrum, memory_isHalfThePlaneAndABlock) {
 TEST(SpectrumCache, askedTwice_isTheSame) {
   const dvKernelTable table = randomKernels(9, 1);
   dvSpectrumCache cache(table);
-  const dvKernelSpectrum& spectrum = cache.spectrum(64, 9);
-  EXPECT_EQ(&cache.spectrum(64, 9), &spectrum);
-  EXPECT_NE(&cache.spectrum(64, 8), &spectrum);
-  EXPECT_NE(&cache.spectrum(80, 9), &spectrum);
-  EXPECT_EQ(spectrum.radius(), 9);
+  const dvKernelSpectrum& spectrum = cache.spectrum(64, {9});
+  EXPECT_EQ(&cache.spectrum(64, {9}), &spectrum);
+  EXPECT_NE(&cache.spectrum(64, {8}), &spectrum);
+  EXPECT_NE(&cache.spectrum(80, {9}), &spectrum);
+  EXPECT_NE(&cache.spectrum(64, {9, 1}), &spectrum);
+  EXPECT_NE(&cache.spectrum(64, {9, 1}), &cache.spectrum(64, {9, -1}));
   EXPECT_EQ(spectrum.plan().side(), 64);
 }
 
@@ -120,9 +129,9 @@ TEST(SpectrumCache, bytes_areThoseOfWhatWasMade) {
   const dvKernelTable table = randomKernels(3, 1);
   dvSpectrumCache cache(table);
   EXPECT_EQ(cache.bytes(), 0U);
-  const std::size_t first = cache.spectrum(32, 0).bytes();
-  const std::size_t second = cache.spectrum(dvLargestTransform, 3).bytes();
-  cache.spectrum(32, 0);
+  const std::size_t first = cache.spectrum(32, {0}).bytes();
+  const std::size_t second = cache.spectrum(dvLargestTransform, {3}).bytes();
+  cache.spectrum(32, {0});
   EXPECT_EQ(cache.bytes(), first + second);
 }
 
@@ -135,7 +144,7 @@ TEST(SpectrumCache, severalThreadsAtOnce_makeEachOnce) {
   for (auto& spectra : seen) {
     threads.emplace_back([&] {
       for (int radius = 0; radius <= 20; ++radius)
-        spectra.push_back(&cache.spectrum(64, radius));
+        spectra.push_back(&cache.spectrum(64, {radius}));
     });
   }
   for (std::thread& thread : threads)
@@ -151,8 +160,8 @@ TEST(SpectrumCache, severalThreadsAtOnce_makeEachOnce) {
 TEST(SpectrumCache, spectrum_isThatMadeAlone) {
   const dvKernelTable table = randomKernels(6, 2);
   dvSpectrumCache cache(table);
-  const dvKernelSpectrum alone(table, 48, 6);
-  const dvKernelSpectrum& cached = cache.spectrum(48, 6);
+  const dvKernelSpectrum alone(table, 48, {6});
+  const dvKernelSpectrum& cached = cache.spectrum(48, {6});
   ASSERT_EQ(alone.bytes(), cached.bytes());
   EXPECT_EQ(std::memcmp(alone.factors(0).values, cached.factors(0).values, alone.bytes()), 0);
 }

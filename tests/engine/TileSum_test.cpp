@@ -109,7 +109,7 @@ void addScene(const Scene& scene, unsigned seed, dvTileSum& sum, std::vector<Dir
   sum.begin(scene.length);
   for (const Radius& radius : scene.radii) {
     const Values values = sparsePlanes(scene.side, scene.planes, radius.density, ++seed);
-    sum.add(values.data(), spectra.spectrum(scene.length, radius.radius));
+    sum.add(values.data(), spectra.spectrum(scene.length, {radius.radius}));
     const float* plane = values.data();
     for (DirectTile& tile : direct) {
       tile.add(plane, table, radius.radius);
@@ -207,7 +207,7 @@ TEST(TileSum, onePixel_isTheKernelThere) {
   values[5 * side + 30] = 2.0F;
   dvTileSum sum(side, 1);
   sum.begin(64);
-  const dvKernelSpectrum spectrum(table, 64, radius);
+  const dvKernelSpectrum spectrum(table, 64, {radius});
   sum.add(values.data(), spectrum);
   sum.finish();
   const int stride = side + 2 * radius;
@@ -275,7 +275,7 @@ Values pictureWithout(const std::vector<int>& zeros, int planes) {
     std::fill_n(values.begin() + p * side * side, side * side, 0.0F);
   dvTileSum sum(side, planes);
   sum.begin(48);
-  const dvKernelSpectrum spectrum(table, 48, 8);
+  const dvKernelSpectrum spectrum(table, 48, {8});
   sum.add(values.data(), spectrum);
   sum.finish();
   Values target(static_cast<std::size_t>(planes * 48 * 48), 0.0F);
@@ -314,7 +314,7 @@ TEST(TileSum, weightTogetherWithStrongColours_keepsItsOwnAccuracy) {
   std::vector<DirectTile> direct(3, {side, 8});
   dvTileSum sum(side, 3);
   sum.begin(48);
-  const dvKernelSpectrum spectrum(table, 48, 8);
+  const dvKernelSpectrum spectrum(table, 48, {8});
   sum.add(values.data(), spectrum);
   sum.finish();
   direct[2].add(values.data() + 2 * side * side, table, 8);

@@ -1,0 +1,59 @@
+#include "engine/GroupRows.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <numeric>
+
+namespace drevin {
+
+dvGroupRows::dvGroupRows(const dvSplatLines& lines, std::size_t group, int bottom, int padding,
+                         dvParallel& parallel)
+    : bottom_(bottom), padding_(padding) {
+  firstOfSource_.reserve(lines.size() + 1);
+  for (std::size_t i = 0; i < lines.size(); ++i) {
+    firstOfSource_.push_back(rows_.size());
+    if (lines[i] == nullptr) continue;
+    for (const dvCentredSplats& splats : lines[i]->groups[group]) {
+      rows_.push_back({&splats, bottom + static_cast<int>(i)});
+      greatestShift_ = std::max(greatestShift_, std::abs(rows_.back().shift()));
+      hasSpecials_ = hasSpecials_ || !splats.specials.empty();
+    }
+  }
+  firstOfSource_.push_back(rows_.size());
+  byCentre_.resize(rows_.size());
+  std::iota(byCentre_.begin(), byCentre_.end(), std::size_t{0});
+  std::stable_sort(byCentre_.begin(), byCentre_.end(), [&](std::size_t a, std::size_t b) {
+    return rows_[a].splats->centreY < rows_[b].splats->centreY;
+  });
+  reaches_.resize(rows_.size());
+  parallel.forEach(static_cast<int>(rows_.size()), [&](int /*worker*/, int item) {
+    const auto row = static_cast<std::size_t>(item);
+    reaches_[row] = dvRowReach(rows_[row].splats->row);
+  });
+}
+
+dvRecordRange dvGroupRows::reaching(int y) const {
+  const int sources = static_cast<int>(firstOfSource_.size()) - 1;
+  const int begin = std::clamp(y - padding_ - bottom_, 0, sources);
+  const int end = std::clamp(y + padding_ + 1 - bottom_, 0, sources);
+  return {firstOfSource_[static_cast<std::size_t>(begin)],
+          firstOfSource_[static_cast<std::size_t>(end)]};
+}
+
+dvGroupRows::Span dvGroupRows::centred(int bottom, int top) const {
+  const auto place = [&](int centreY) {
+    const auto found = std::partition_point(
+        byCentre_.begin(), byCentre_.end(),
+        [&](std::size_t row) { return rows_[row].splats->centreY < centreY; });
+    return byCentre_.data() + (found - byCentre_.begin());
+  };
+  return {place(bottom), place(top)};
+}
+
+bool dvGroupRows::isEmpty(std::size_t slice) const {
+  return !hasSpecials_ && std::none_of(rows_.begin(), rows_.end(), [&](const Row& row) {
+    return row.splats->row.begin(slice) < row.splats->row.end(slice);
+  });
+}
+
+}  // namespace drevin

@@ -1,0 +1,68 @@
+#pragma once
+
+/// The splats of one group: which source rows they come from, and where they are centred.
+
+#include <cstddef>
+#include <vector>
+
+#include "engine/Parallel.h"
+#include "engine/RowReach.h"
+#include "engine/SplatLine.h"
+
+namespace drevin {
+
+/// The source rows from bottom - padding to top + padding - 1 of a box, bottom first. Null: nothing
+/// is known of the row, and it adds nothing.
+using dvSplatLines = std::vector<const dvSplatLine*>;
+
+/// Rows of splats, one for each source row and row of centres, by ascending source row, then centre.
+class dvGroupRows {
+ public:
+  struct Row {
+    const dvCentredSplats* splats;
+    int sourceY;
+
+    /// Rows from the source to the centres.
+    int shift() const { return splats->centreY - sourceY; }
+  };
+  /// Places [begin, end) in a list.
+  struct Span {
+    const std::size_t* first;
+    const std::size_t* last;
+    const std::size_t* begin() const { return first; }
+    const std::size_t* end() const { return last; }
+  };
+
+  /// `lines[i]` is the source row `bottom` + i, which reaches `padding` rows up and down. The lines
+  /// must outlive this.
+  dvGroupRows(const dvSplatLines& lines, std::size_t group, int bottom, int padding,
+              dvParallel& parallel);
+
+  std::size_t size() const { return rows_.size(); }
+  const Row& operator[](std::size_t row) const { return rows_[row]; }
+  const dvRowReach& reach(std::size_t row) const { return reaches_[row]; }
+  int padding() const { return padding_; }
+  /// Of all rows, in either direction.
+  int greatestShift() const { return greatestShift_; }
+
+  /// Whether any row has special splats.
+  bool hasSpecials() const { return hasSpecials_; }
+  /// The rows whose sources reach output row y.
+  dvRecordRange reaching(int y) const;
+  /// The rows centred on [bottom, top), by centre.
+  Span centred(int bottom, int top) const;
+  /// Whether no row has a splat in a slice.
+  bool isEmpty(std::size_t slice) const;
+
+ private:
+  int bottom_;
+  int padding_;
+  int greatestShift_ = 0;
+  bool hasSpecials_ = false;
+  std::vector<Row> rows_;
+  std::vector<std::size_t> firstOfSource_;  ///< by source row, and behind the last
+  std::vector<std::size_t> byCentre_;
+  std::vector<dvRowReach> reaches_;
+};
+
+}  // namespace drevin

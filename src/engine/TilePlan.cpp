@@ -1,0 +1,110 @@
+#include "engine/TilePlan.h"
+
+#include <algorithm>
+
+#include "engine/CostModel.h"
+#include "engine/FourierPlan.h"
+
+namespace drevin {
+
+namespace {
+
+/// A kernel that splats of the tile take.
+struct Candidate {
+  int place;
+  int radius;
+  double directTime;
+};
+
+double gainOf(const std::vector<Candidate>& candidates, int side, int length, int planes) {
+  const double add = fourierAddCost(length, planes);
+  double gain = -fourierFinishCost(length, planes);
+  for (const Candidate& candidate : candidates) {
+    if (side + 2 * candidate.radius <= length) gain += std::max(0.0, candidate.directTime - add);
+  }
+  return gain;
+}
+
+}  // namespace
+
+dvTileCensus::dvTileCensus(const dvCutKernels& kernels)
+    : uses_(static_cast<std::size_t>(kernels.count())),
+      splats_(static_cast<std::size_t>(kernels.largestRadius()) + 1) {}
+
+void dvTileCensus::add(const dvCutKernels& kernels, const dvSplatRecord& record, int shift) {
+  ++splats_[static_cast<std::size_t>(record.radius)];
+  const int near = record.near > 0.0F ? kernels.place(record.radius, shift) : -1;
+  const int far = record.far > 0.0F ? kernels.place(record.radius + 1, shift) : -1;
+  const bool both = record.near > 0.0F && record.far > 0.0F;
+  if (near >= 0) ++(both ? uses_[static_cast<std::size_t>(near)].near
+                         : uses_[static_cast<std::size_t>(near)].alone);
+  if (far >= 0) ++(both ? uses_[static_cast<std::size_t>(far)].far
+                        : uses_[static_cast<std::size_t>(far)].alone);
+}
+
+void dvTileCensus::add(const dvTileCensus& other) {
+  for (std::size_t i = 0; i < uses_.size(); ++i) {
+    uses_[i].alone += other.uses_[i].alone;
+    uses_[i].near += other.uses_[i].near;
+    uses_[i].far += other.uses_[i].far;
+  }
+  for (std::size_t i = 0; i < splats_.size(); ++i)
+    splats_[i] += other.splats_[i];
+}
+
+bool dvTileCensus::has(int place) const {
+  const Uses& uses = uses_[static_cast<std::size_t>(place)];
+  return uses.alone > 0 || uses.near > 0 || uses.far > 0;
+}
+
+double dvTileCensus::spacing(int radius, int side) const {
+  const int splats = std::max(1, splats_[static_cast<std::size_t>(radius)]);
+  return static_cast<double>(side) * side / splats;
+}
+
+double dvTileCensus::directTime(const dvCutKernels& kernels, int place, int side,
+                                const dvRowCost& cost) const {
+  const Uses& uses = uses_[static_cast<std::size_t>(place)];
+  const int radius = kernels[place].radius;
+  double time = 0.0;
+  if (uses.alone > 0) time += uses.alone * cost.kernel(radius, spacing(radius, side));
+  if (uses.near > 0) time += 0.5 * uses.near * cost.splat(radius, spacing(radius, side));
+  if (uses.far > 0) time += 0.5 * uses.far * cost.splat(radius - 1, spacing(radius - 1, side));
+  return time;
+}
+
+dvTilePlan planTile(const dvTileCensus& census, const dvCutKernels& kernels, int side, int planes,
+                    const dvRowCost& cost, dvTileChoice choice) {
+  dvTilePlan plan;
+  if (choice == dvTileChoice::Nothing) return plan;
+  std::vector<Candidate> candidates;
+  for (int place = 0; place < kernels.count(); ++place) {
+    const int radius = kernels[place].radius;
+    if (!census.has(place) || (radius == 0 && choice == dvTileChoice::ByCost)) continue;
+    candidates.push_back(
+        {place, radius, census.directTime(kernels, place, side, cost)});
+  }
+  const bool everything = choice == dvTileChoice::Everything;
+  for (const Candidate& candidate : candidates) {
+    const int length = transformSide(side + 2 * candidate.radius);
+    if (length == plan.length) continue;
+    const double gain = gainOf(candidates, side, length, planes);
+    if (everything || gain > plan.gain) {
+      plan.length = length;
+      plan.gain = gain;
+    }
+  }
+  if (plan.length == 0) return plan;
+  const double add = fourierAddCost(plan.length, planes);
+  plan.transformed.assign(static_cast<std::size_t>(kernels.count()), 0);
+  for (const Candidate& candidate : candidates) {
+    const bool fits = side + 2 * candidate.radius <= plan.length;
+    if (!everything && !(fits && candidate.directTime > add)) continue;
+    plan.transformed[static_cast<std::size_t>(candidate.place)] = 1;
+    plan.largest = std::max(plan.largest, candidate.radius);
+  }
+  plan.length = transformSide(side + 2 * plan.largest);
+  return plan;
+}
+
+}  // namespace drevin

@@ -1,0 +1,68 @@
+#pragma once
+
+/// Which kernels of a tile of sources go through the Fourier transform.
+
+#include <cstddef>
+#include <cstdint>
+#include <vector>
+
+#include "engine/CutKernels.h"
+#include "engine/RowCost.h"
+#include "engine/SplatRecords.h"
+
+namespace drevin {
+
+/// How a tile's kernels are chosen.
+enum class dvTileChoice { ByCost, Nothing, Everything };
+
+/// How many splats of a tile take each kernel. Those of a larger tile are the sum of its parts'.
+class dvTileCensus {
+ public:
+  explicit dvTileCensus(const dvCutKernels& kernels);
+
+  /// Counts a splat centred `shift` rows above its source row.
+  void add(const dvCutKernels& kernels, const dvSplatRecord& record, int shift);
+  void add(const dvTileCensus& other);
+
+  /// Time that the splats of a kernel take when they are added row by row, ns; 0 if there are none.
+  /// A splat's two kernels are added together: each is half of its cost.
+  double directTime(const dvCutKernels& kernels, int place, int side, const dvRowCost& cost) const;
+  bool has(int place) const;
+
+ private:
+  struct Uses {
+    int alone = 0;  ///< splats of this kernel alone
+    int near = 0;   ///< of this one and the next radius
+    int far = 0;    ///< of this one and the radius before
+  };
+
+  /// Of the splats of a nearer size, in columns on a row.
+  double spacing(int radius, int side) const;
+
+  std::vector<Uses> uses_;   ///< by place among the kernels
+  std::vector<int> splats_;  ///< by radius of the nearer size
+};
+
+struct dvTilePlan {
+  std::vector<std::uint8_t> transformed;  ///< by place among the kernels; empty: none
+  int largest = -1;                       ///< largest radius of those; -1: none
+  int length = 0;                         ///< of the transform
+  double gain = 0.0;                      ///< time saved, ns
+
+  bool takes(int place) const {
+    return largest >= 0 && place >= 0 && transformed[static_cast<std::size_t>(place)] != 0;
+  }
+};
+
+/// The plan of a tile of side x side sources with `planes` planes, the weight included.
+///
+/// By cost: of all lengths N, each with the kernels that gain by it, the one at which
+///
+///   gain(N) = sum over kernels of max(0, direct time - fourierAddCost(N)) - fourierFinishCost(N)
+///
+/// is largest, over kernels whose pictures fit into it; nothing if none gains. Radius 0 is not taken:
+/// what is in focus stays as sharp and as exact as it is.
+dvTilePlan planTile(const dvTileCensus& census, const dvCutKernels& kernels, int side, int planes,
+                    const dvRowCost& cost, dvTileChoice choice);
+
+}  // namespace drevin

@@ -1,0 +1,65 @@
+#include "engine/Doubt.h"
+
+#include <gtest/gtest.h>
+
+#include "engine/RowScene.h"
+
+namespace drevin::test {
+namespace {
+
+constexpr int count = 8;
+
+/// A stretch of one channel that is 1 everywhere and covered, beside transforms of some rounding.
+class Stretch {
+ public:
+  explicit Stretch(double squares = 0.0) {
+    if (squares > 0.0) rounding_.add(0, box_, squares);
+  }
+  Stretch& addToWeight(double squares) {
+    rounding_.add(1, box_, squares);
+    return *this;
+  }
+  bool inDoubt() {
+    return isInDoubt({colour.data()}, coverage.data(), count, rounding_, 0, 0);
+  }
+
+  std::vector<float> colour = std::vector<float>(count, 1.0F);
+  std::vector<double> coverage = std::vector<double>(count, 1.0);
+
+ private:
+  dvFrameBox box_{0, 0, dvRoundingCell, dvRoundingCell};
+  dvTransformRounding rounding_{box_, 2, dvKernelTable(kernelBank(KernelKind::Disc, 2), 1)};
+};
+
+TEST(Doubt, coveredWithoutRounding_isNone) {
+  EXPECT_FALSE(Stretch().inDoubt());
+}
+
+TEST(Doubt, onePixelOfLittleCoverage_isEnough) {
+  for (const double coverage : {0.0, 0.009, -1.0}) {
+    Stretch stretch;
+    stretch.coverage[5] = coverage;
+    EXPECT_TRUE(stretch.inDoubt()) << coverage;
+  }
+  Stretch stretch;
+  stretch.coverage[5] = 0.011;
+  EXPECT_FALSE(stretch.inDoubt());
+}
+
+TEST(Doubt, dimPixelBesideBrightOnes_isEnough) {
+  // Off by 2e-7 * 100 = 2e-5, which is within 2.5e-5 of 1.
+  Stretch stretch(1e4);
+  EXPECT_FALSE(stretch.inDoubt());
+  stretch.colour[2] = -0.5F;
+  EXPECT_TRUE(stretch.inDoubt());
+}
+
+TEST(Doubt, roundingOfTheWeight_countsByTheColour) {
+  Stretch within(0.0);
+  EXPECT_FALSE(within.addToWeight(1e4).inDoubt());
+  Stretch beyond(0.0);
+  EXPECT_TRUE(beyond.addToWeight(4e4).inDoubt());
+}
+
+}  // namespace
+}  // namespace drevin::test

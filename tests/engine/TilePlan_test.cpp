@@ -1,0 +1,142 @@
+#include "engine/TilePlan.h"
+
+#include <gtest/gtest.h>
+
+#include "engine/CostModel.h"
+#include "engine/FourierPlan.h"
+#include "engine/RowScene.h"
+
+namespace drevin::test {
+namespace {
+
+constexpr int side = 128;
+constexpr int planes = 5;
+constexpr int largestRadius = 64;
+
+const dvKernelTable& discs() {
+  static const dvKernelTable table(kernelBank(KernelKind::Disc, largestRadius), 1);
+  return table;
+}
+
+/// A tile in which radii have splats, half of each splat's share in the next radius.
+class Tile {
+ public:
+  Tile& add(int radius, int splats, int shift = 0) {
+    for (int i = 0; i < splats; ++i)
+      census_.add(kernels_, {0, radius, 0.5F, 0.5F}, shift);
+    return *this;
+  }
+  Tile& addAlone(int radius, int splats) {
+    for (int i = 0; i < splats; ++i)
+      census_.add(kernels_, {0, radius, 1.0F, 0.0F}, 0);
+    return *this;
+  }
+  dvTilePlan plan(dvTileChoice choice = dvTileChoice::ByCost) const {
+    return planTile(census_, kernels_, side, planes, cost_, choice);
+  }
+  double directTime(int radius) const {
+    return census_.directTime(kernels_, kernels_.place(radius, 0), side, cost_);
+  }
+  const dvTileCensus& census() const { return census_; }
+  const dvCutKernels& kernels() const { return kernels_; }
+  const dvRowCost& cost() const { return cost_; }
+
+ private:
+  dvCutKernels kernels_{largestRadius, largestRadius, 2};
+  dvRowCost cost_{discs(), planes - 1};
+  dvTileCensus census_{kernels_};
+};
+
+bool takes(const Tile& tile, int radius) {
+  return tile.plan().takes(tile.kernels().place(radius, 0));
+}
+
+TEST(TilePlan, emptyTile_hasNone) {
+  for (const dvTileChoice choice : {dvTileChoice::ByCost, dvTileChoice::Everything}) {
+    const dvTilePlan plan = Tile().plan(choice);
+    EXPECT_EQ(plan.largest, -1);
+    EXPECT_EQ(plan.gain, 0.0);
+    EXPECT_FALSE(plan.takes(3));
+  }
+}
+
+TEST(TilePlan, choiceNothing_hasNone) {
+  EXPECT_EQ(Tile().addAlone(40, side * side).plan(dvTileChoice::Nothing).largest, -1);
+}
+
+TEST(TilePlan, choiceEverything_takesAllThatIsThere) {
+  const Tile tile = Tile().add(3, 1).addAlone(40, 1);
+  const dvTilePlan plan = tile.plan(dvTileChoice::Everything);
+  EXPECT_EQ(plan.largest, 40);
+  EXPECT_EQ(plan.length, transformSide(side + 80));
+  for (const int radius : {3, 4, 40})
+    EXPECT_TRUE(plan.takes(tile.kernels().place(radius, 0))) << radius;
+  for (const int radius : {2, 5, 39, 41})
+    EXPECT_FALSE(plan.takes(tile.kernels().place(radius, 0))) << radius;
+}
+
+TEST(TilePlan, tileFullOfOneLargeBlur_isTransformed) {
+  for (const int radius : {16, 32, 64})
+    EXPECT_TRUE(takes(Tile().addAlone(radius, side * side), radius)) << radius;
+}
+
+TEST(TilePlan, aDozenSplats_stayDirect) {
+  for (const int radius : {1, 8, 32, 64})
+    EXPECT_FALSE(takes(Tile().addAlone(radius, 12), radius)) << radius;
+}
+
+TEST(TilePlan, tileInFocus_staysDirect) {
+  EXPECT_FALSE(takes(Tile().addAlone(0, side * side), 0));
+}
+
+TEST(TilePlan, fewSplatsOfALargerBlur_doNotLengthenTheTransform) {
+  const Tile tile = Tile().addAlone(20, side * side).addAlone(64, 20);
+  const dvTilePlan plan = tile.plan();
+  EXPECT_EQ(plan.largest, 20);
+  EXPECT_EQ(plan.length, transformSide(side + 40));
+}
+
+TEST(TilePlan, gain_isTheTimeSaved) {
+  const Tile tile = Tile().addAlone(40, side * side).addAlone(20, side * side / 2);
+  const dvTilePlan plan = tile.plan();
+  ASSERT_EQ(plan.largest, 40);
+  const double transforms =
+      2.0 * fourierAddCost(plan.length, planes) + fourierFinishCost(plan.length, planes);
+  const double saved = tile.directTime(40) + tile.directTime(20) - transforms;
+  EXPECT_NEAR(plan.gain, saved, 1e-6 * saved);
+}
+
+TEST(TilePlan, kernelsOfASplat_shareItsCost) {
+  const Tile tile = Tile().add(30, 128);
+  const double whole = 128.0 * tile.cost().splat(30, 128.0);
+  EXPECT_NEAR(tile.directTime(30), 0.5 * whole, 1e-9 * whole);
+  EXPECT_NEAR(tile.directTime(31), 0.5 * whole, 1e-9 * whole);
+}
+
+TEST(TilePlan, kernelAlone_costsLessThanTwo) {
+  const Tile tile = Tile().addAlone(30, 128);
+  EXPECT_LT(tile.directTime(30), 128.0 * tile.cost().splat(30, 128.0));
+  EXPECT_GT(tile.directTime(30), 64.0 * tile.cost().splat(30, 128.0));
+}
+
+TEST(TilePlan, cutKernels_areOthers) {
+  const Tile tile = Tile().add(63, side * side / 2, 2).add(63, 3, 0);
+  const dvTilePlan plan = tile.plan();
+  EXPECT_TRUE(plan.takes(tile.kernels().place(63, 2)));
+  EXPECT_FALSE(plan.takes(tile.kernels().place(63, 0)));
+}
+
+TEST(TileCensus, ofALargerTile_isTheSumOfItsParts) {
+  const Tile whole = Tile().add(10, 40).addAlone(33, 7).add(33, 5);
+  const Tile part = Tile().add(10, 25).addAlone(33, 7);
+  dvTileCensus sum = part.census();
+  sum.add(Tile().add(10, 15).add(33, 5).census());
+  for (const int radius : {10, 11, 33, 34}) {
+    const int place = whole.kernels().place(radius, 0);
+    EXPECT_EQ(sum.directTime(whole.kernels(), place, side, whole.cost()),
+              whole.directTime(radius));
+  }
+}
+
+}  // namespace
+}  // namespace drevin::test
