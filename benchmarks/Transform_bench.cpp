@@ -112,12 +112,18 @@ void makeSpectrum(benchmark::State& state) {
 void tiles(benchmark::internal::Benchmark* benchmark) {
   for (const int length : {160, 192, 256, 384, 512})
     benchmark->Args({128, length});
-  benchmark->Args({256, 512})->Unit(benchmark::kMicrosecond);
+  benchmark->Args({256, 320})->Args({256, 512});
+  benchmark->Args({384, 480})->Args({384, 640})->Unit(benchmark::kMicrosecond);
 }
 
 BENCHMARK(addRadius)->Name("tile.add")->Apply(tiles);
 BENCHMARK(finishTile)->Name("tile.finish")->Apply(tiles);
 BENCHMARK(addPicture)->Name("tile.picture")->Apply(tiles);
-BENCHMARK(makeSpectrum)->Name("spectrum")->Arg(192)->Arg(384)->Unit(benchmark::kMicrosecond);
+BENCHMARK(makeSpectrum)
+    ->Name("spectrum")
+    ->Arg(192)
+    ->Arg(384)
+    ->Arg(640)
+    ->Unit(benchmark::kMicrosecond);
 
 }  // namespace

@@ -8,18 +8,19 @@ namespace drevin {
 
 namespace {
 
-double transformWork(int length, int planes) {
+/// Of `lines` lines.
+double transformWork(int length, double lines) {
   const auto n = static_cast<double>(length);
-  return planes * n * n * std::log2(n);
+  return lines * n * std::log2(n);
 }
 
 /// Of other instruction sets in times of the widest.
 double slowness() {
   switch (simdLevel()) {
     case dvSimdLevel::Baseline:
-      return 4.0;
+      return 2.4;
     case dvSimdLevel::Avx2:
-      return 1.7;
+      return 1.1;
     case dvSimdLevel::Avx512:
       break;
   }
@@ -28,16 +29,12 @@ double slowness() {
 
 }  // namespace
 
-double fourierAddCost(int length, int planes) {
-  return 0.05 * slowness() * transformWork(length, planes);
+double fourierAddCost(int side, int length, int planes) {
+  return 0.04 * slowness() * transformWork(length, planes * static_cast<double>(side + length));
 }
 
 double fourierFinishCost(int length, int planes) {
-  return 0.10 * slowness() * transformWork(length, planes);
-}
-
-double spectrumCost(int length) {
-  return 0.15 * slowness() * transformWork(length, 1);
+  return 0.08 * slowness() * transformWork(length, planes * static_cast<double>(length));
 }
 
 }  // namespace drevin

@@ -5,14 +5,13 @@
 namespace drevin {
 
 /// Expected time, in nanoseconds of one processor of about 3.5 GHz, at the instruction set of
-/// simdLevel() (benchmarks/Transform_bench.cpp). Only ratios to dvRowCost matter.
+/// simdLevel(), fitted to measurements (benchmarks/Transform_bench.cpp). Only ratios to dvRowCost
+/// matter.
 ///
-///   transform of the P planes of one kernel at length N, and its product with the kernel:
-///       a * P * N^2 * log2 N
+///   transform of the P planes of one kernel, of tiles of side S at length N, and its product with
+///   the kernel:   a * P * (S + N) * N * log2 N
 ///   transform back, and the sum into the slice:   b * P * N^2 * log2 N
-///   spectrum of a kernel:                         c * N^2 * log2 N
-double fourierAddCost(int length, int planes);
+double fourierAddCost(int side, int length, int planes);
 double fourierFinishCost(int length, int planes);
-double spectrumCost(int length);
 
 }  // namespace drevin

@@ -2,6 +2,8 @@
 
 /// Kernels as far as a source row reaches.
 
+#include <algorithm>
+
 namespace drevin {
 
 /// A source row reaches `padding` rows up and down. A chromatic shift may carry the kernel of a
@@ -18,16 +20,24 @@ class dvCutKernels {
   static constexpr int greatestCut = 8;
 
   /// `greatestShift`: how many rows from its source row a splat may be centred.
-  dvCutKernels(int largestRadius, int padding, int greatestShift);
+  dvCutKernels(int largestRadius, int padding, int greatestShift)
+      : largestRadius_(largestRadius),
+        padding_(padding),
+        span_(std::min(greatestShift, greatestCut)) {}
 
   int count() const { return (largestRadius_ + 1) * cuts(); }
   int largestRadius() const { return largestRadius_; }
-  /// Of the kernel of a radius that is centred `shift` rows above its source row; -1 for one that is
-  /// not among them.
-  int place(int radius, int shift) const;
-  dvCutKernel operator[](int place) const {
-    return {place / cuts(), place % cuts() - span_};
+  /// Of the kernel of a radius that is centred `shift` rows above its source row; -1 for one that
+  /// is not among them.
+  int place(int radius, int shift) const {
+    if (radius > largestRadius_) return -1;
+    const int upper = std::max(0, radius + shift - padding_);
+    const int lower = std::max(0, radius - shift - padding_);
+    const int cut = upper - lower;
+    if ((upper > 0 && lower > 0) || cut > span_ || cut < -span_) return -1;
+    return radius * cuts() + cut + span_;
   }
+  dvCutKernel operator[](int place) const { return {place / cuts(), place % cuts() - span_}; }
 
  private:
   int cuts() const { return 2 * span_ + 1; }

@@ -18,7 +18,8 @@ constexpr double dvRepairRelative = 2.5e-5;
 /// Whether the columns from x on of row y, all in one cell of `rounding`, have a pixel for which
 ///
 ///   coverage < dvRepairCoverage   or
-///   e[c] + e_w * |colour[c]| / coverage > dvRepairAbsolute * coverage + dvRepairRelative * |colour[c]|
+///   e[c] + e_w * |colour[c]| / coverage > dvRepairAbsolute * coverage + dvRepairRelative *
+///   |colour[c]|
 ///
 ///   colour[c], coverage  sums of all slices, from x on     e[c], e_w  what they may be off by
 bool isInDoubt(const std::vector<float*>& colours, const double* coverage, int count,

@@ -74,8 +74,7 @@ void dvFrameMaker::makeGroup(std::size_t place, const dvSplatLines& lines, dvFra
     progress(static_cast<double>(slice + 1) / static_cast<double>(settings_.slices));
   }
   parallel_.forEach(box_.height(), [&](int worker, int item) {
-    finishRow(group, box_.bottom + item, planes,
-              group.scratches[static_cast<std::size_t>(worker)]);
+    finishRow(group, box_.bottom + item, planes, group.scratches[static_cast<std::size_t>(worker)]);
   });
 }
 
@@ -93,15 +92,15 @@ void dvFrameMaker::makeSlice(Group& group, std::size_t slice, dvFramePlanes& pla
 
 std::optional<dvFrameMaker::Transformed> dvFrameMaker::transform(Group& group,
                                                                  std::size_t slice) const {
-  dvSliceTiles tiles(group.settings, group.rows, slice,
-                     {box_.left - padding_, box_.bottom - padding_, box_.right + padding_,
-                      box_.top + padding_});
+  dvSliceTiles tiles(
+      group.settings, group.rows, slice,
+      {box_.left - padding_, box_.bottom - padding_, box_.right + padding_, box_.top + padding_});
   tiles.choose(choice_, group.cost, parallel_);
   if (!tiles.hasTransforms()) return std::nullopt;
   const std::size_t count = group.settings.places.size() + 1;
   if (group.rounding == nullptr) {
-    group.rounding = std::make_unique<dvTransformRounding>(box_, static_cast<int>(count),
-                                                           group.kernels);
+    group.rounding =
+        std::make_unique<dvTransformRounding>(box_, static_cast<int>(count), group.kernels);
   }
   Transformed transformed;
   transformed.reached = tiles.reached();

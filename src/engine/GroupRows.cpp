@@ -42,9 +42,9 @@ dvRecordRange dvGroupRows::reaching(int y) const {
 
 dvGroupRows::Span dvGroupRows::centred(int bottom, int top) const {
   const auto place = [&](int centreY) {
-    const auto found = std::partition_point(
-        byCentre_.begin(), byCentre_.end(),
-        [&](std::size_t row) { return rows_[row].splats->centreY < centreY; });
+    const auto found =
+        std::partition_point(byCentre_.begin(), byCentre_.end(),
+                             [&](std::size_t row) { return rows_[row].splats->centreY < centreY; });
     return byCentre_.data() + (found - byCentre_.begin());
   };
   return {place(bottom), place(top)};

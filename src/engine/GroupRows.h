@@ -15,7 +15,8 @@ namespace drevin {
 /// is known of the row, and it adds nothing.
 using dvSplatLines = std::vector<const dvSplatLine*>;
 
-/// Rows of splats, one for each source row and row of centres, by ascending source row, then centre.
+/// Rows of splats, one for each source row and row of centres, by ascending source row, then
+/// centre.
 class dvGroupRows {
  public:
   struct Row {

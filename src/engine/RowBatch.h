@@ -35,6 +35,9 @@ class dvRowBatch {
   std::size_t collect(const dvSplatRow& row, std::size_t begin, std::size_t end, int distance,
                       const dvRowReach* reach);
 
+  /// Records that it holds.
+  std::size_t size() const { return static_cast<std::size_t>(count_); }
+
   /// Cuts the records into runs whose kernels lie `dy` rows above their centres. Where that makes
   /// longer runs the records are sorted by radius before.
   void cut(int dy, const dvKernelTable& kernels, const dvRowChoice& choice);

@@ -10,8 +10,10 @@ namespace drevin {
 
 namespace {
 
-/// Float sums of this many source rows keep a picture within its accuracy (see the tests).
+/// Float sums of this many source rows keep a picture within its accuracy (see the tests), and so
+/// do those of this many splats: no column is reached by more.
 constexpr int sourceRowsPerSum = 8;
+constexpr std::size_t splatsPerSum = 1024;
 
 int cellsOf(int left, int right) {
   return right <= left ? 0 : (right - left + dvCellColumns - 1) / dvCellColumns;
@@ -60,6 +62,7 @@ void dvRowSums::clear() {
   touched_ = used_ = {cells_, 0};
   edgesTouched_ = false;
   sourceRows_ = 0;
+  splats_ = 0;
 }
 
 void dvRowSums::add(const dvSplatRow& row, std::size_t begin, std::size_t end, int dy,
@@ -67,6 +70,7 @@ void dvRowSums::add(const dvSplatRow& row, std::size_t begin, std::size_t end, i
   if (cells_ == 0 || kernels.empty() || std::abs(dy) > kernels.largestRadius()) return;
   while (begin < end) {
     begin = batch_.collect(row, begin, end, std::abs(dy), reach);
+    splats_ += batch_.size();
     batch_.cut(dy, kernels, choice_);
     addRuns(batch_.scattered(), code_->scatterRuns);
     addRuns(batch_.gathered(), code_->gatherRuns);
@@ -96,11 +100,13 @@ void dvRowSums::touch(const dvRowRun& run) {
 }
 
 void dvRowSums::endSourceRow() {
-  if (++sourceRows_ == sourceRowsPerSum) emptyTouched();
+  ++sourceRows_;
+  if (sourceRows_ >= sourceRowsPerSum && splats_ > splatsPerSum) emptyTouched();
 }
 
 void dvRowSums::emptyTouched() {
   sourceRows_ = 0;
+  splats_ = 0;
   if (touched_.begin >= touched_.end) return;
   const std::size_t planes = static_cast<std::size_t>(channels_) + 1;
   const std::size_t first = static_cast<std::size_t>(touched_.begin) * planes;

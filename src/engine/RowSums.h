@@ -105,7 +105,8 @@ class dvRowSums {
   CellSpan touched_;                ///< where sums_ may not be 0
   CellSpan used_;                   ///< likewise totals_
   bool edgesTouched_ = false;
-  int sourceRows_ = 0;  ///< since the sums were last emptied
+  int sourceRows_ = 0;      ///< since the sums were last emptied
+  std::size_t splats_ = 0;  ///< likewise
 };
 
 }  // namespace drevin

@@ -3,33 +3,20 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
-#include <set>
-#include <utility>
 
-#include "engine/CostModel.h"
 #include "engine/Turns.h"
 
 namespace drevin {
 
 namespace {
 
-/// Memory that the spectra of one slice at a side above the smallest may take.
-constexpr std::size_t largestSpectra = std::size_t{96} << 20U;
+constexpr std::size_t planeSize = static_cast<std::size_t>(dvTileSide) * dvTileSide;
 
-std::size_t spectrumBytes(int length) {
-  return sizeof(float) * static_cast<std::size_t>(length) * (static_cast<std::size_t>(length) + 32);
-}
-
-int tilesAlong(int pixels, int side) {
-  return (pixels + side - 1) / side;
+int tilesAlong(int pixels) {
+  return (pixels + dvTileSide - 1) / dvTileSide;
 }
 
 }  // namespace
-
-const std::vector<int>& tileSides() {
-  static const std::vector<int> sides{dvTileSide, 2 * dvTileSide, 3 * dvTileSide};
-  return sides;
-}
 
 dvSliceTiles::dvSliceTiles(const dvSplatGroup& group, const dvGroupRows& rows, std::size_t slice,
                            const dvFrameBox& sources)
@@ -38,16 +25,10 @@ dvSliceTiles::dvSliceTiles(const dvSplatGroup& group, const dvGroupRows& rows, s
       slice_(slice),
       sources_(sources),
       kernels_(group.kernels->largestRadius(), rows.padding(), rows.greatestShift()),
+      across_(tilesAlong(sources.width())),
       units_(group.places.size() + 1, 1.0F) {
-  layOut(dvTileSide);
-}
-
-void dvSliceTiles::layOut(int side) {
-  side_ = side;
-  across_ = tilesAlong(sources_.width(), side);
-  tiles_.clear();
-  for (int y = sources_.bottom; y < sources_.top; y += side) {
-    for (int x = sources_.left; x < sources_.right; x += side) {
+  for (int y = sources.bottom; y < sources.top; y += dvTileSide) {
+    for (int x = sources.left; x < sources.right; x += dvTileSide) {
       Tile tile;
       tile.left = x;
       tile.bottom = y;
@@ -56,19 +37,26 @@ void dvSliceTiles::layOut(int side) {
   }
 }
 
+void dvSliceTiles::findParts(Tile& tile) const {
+  for (const std::size_t place : rows_.centred(tile.bottom, tile.bottom + dvTileSide)) {
+    const dvRecordRange range =
+        rows_[place].splats->row.within(slice_, tile.left, tile.left + dvTileSide);
+    if (range.begin < range.end) tile.parts.push_back({&rows_[place], range});
+  }
+}
+
 template <typename Visit>
 void dvSliceTiles::forEachRecord(const Tile& tile, const Visit& visit) const {
-  for (const std::size_t place : rows_.centred(tile.bottom, tile.bottom + side_)) {
-    const dvGroupRows::Row& from = rows_[place];
-    const dvSplatRow& row = from.splats->row;
-    const dvRecordRange range = row.within(slice_, tile.left, tile.left + side_);
-    for (std::size_t r = range.begin; r < range.end; ++r)
-      visit(from, row.records[r], row.values.data() + r * group_.places.size());
+  for (const Part& part : tile.parts) {
+    const dvSplatRow& row = part.row->splats->row;
+    const float* values = row.values.data() + part.records.begin * channels();
+    for (std::size_t r = part.records.begin; r < part.records.end; ++r, values += channels())
+      visit(*part.row, row.records[r], values);
   }
 }
 
 void dvSliceTiles::findLights(Tile& tile) const {
-  const std::size_t channels = group_.places.size();
+  const std::size_t channels = this->channels();
   std::vector<double> sums(channels + 1, 0.0);
   std::size_t count = 0;
   forEachRecord(tile, [&](const dvGroupRows::Row& /*from*/, const dvSplatRecord& record,
@@ -89,7 +77,7 @@ void dvSliceTiles::findLights(Tile& tile) const {
 
 bool dvSliceTiles::isLight(const Tile& tile, const dvSplatRecord& record,
                            const float* values) const {
-  const std::size_t channels = group_.places.size();
+  const std::size_t channels = this->channels();
   const float share = record.near + record.far;
   if (share > tile.light[channels]) return true;
   for (std::size_t c = 0; c < channels; ++c) {
@@ -100,89 +88,28 @@ bool dvSliceTiles::isLight(const Tile& tile, const dvSplatRecord& record,
 
 dvTileCensus dvSliceTiles::census(const Tile& tile) const {
   dvTileCensus census(kernels_);
-  forEachRecord(tile, [&](const dvGroupRows::Row& from, const dvSplatRecord& record,
-                          const float* values) {
-    if (!isLight(tile, record, values)) census.add(kernels_, record, from.shift());
-  });
+  forEachRecord(
+      tile, [&](const dvGroupRows::Row& from, const dvSplatRecord& record, const float* values) {
+        if (!isLight(tile, record, values)) census.add(kernels_, record, from.shift());
+      });
   return census;
 }
 
-void dvSliceTiles::choose(dvTileChoice choice, const dvRowCost& cost, dvParallel& parallel,
-                          const std::vector<int>& sides) {
-  if (choice == dvTileChoice::Nothing || tiles_.empty()) return;
-  std::vector<dvTileCensus> censuses(tiles_.size(), dvTileCensus(kernels_));
-  const auto take = [&] {
-    parallel.forEach(static_cast<int>(tiles_.size()), [&](int /*worker*/, int item) {
-      Tile& tile = tiles_[static_cast<std::size_t>(item)];
-      findLights(tile);
-      censuses[static_cast<std::size_t>(item)] = census(tile);
-    });
-  };
-  take();
-  const int side = choice == dvTileChoice::ByCost ? chooseSide(censuses, sides, cost, parallel)
-                                                  : sides.back();
-  if (side != side_) {
-    layOut(side);
-    censuses.assign(tiles_.size(), dvTileCensus(kernels_));
-    take();
-  }
+void dvSliceTiles::choose(dvTileChoice choice, const dvRowCost& cost, dvParallel& parallel) {
+  if (choice == dvTileChoice::Nothing) return;
+  const int planes = static_cast<int>(units_.size());
   parallel.forEach(static_cast<int>(tiles_.size()), [&](int /*worker*/, int item) {
-    const auto tile = static_cast<std::size_t>(item);
-    tiles_[tile].plan = planTile(censuses[tile], kernels_, side_, planes(), cost, choice);
+    Tile& tile = tiles_[static_cast<std::size_t>(item)];
+    findParts(tile);
+    if (tile.parts.empty()) return;
+    findLights(tile);
+    tile.plan = planTile(census(tile), kernels_, dvTileSide, planes, cost, choice);
   });
   findUnits();
 }
 
-int dvSliceTiles::chooseSide(const std::vector<dvTileCensus>& parts, const std::vector<int>& sides,
-                             const dvRowCost& cost, dvParallel& parallel) const {
-  int best = sides.front();
-  double most = 0.0;
-  for (const int side : sides) {
-    const double gain = gainOfSide(parts, side, cost, parallel);
-    if (gain <= most) continue;
-    most = gain;
-    best = side;
-  }
-  return best;
-}
-
-// Lights are those of the smallest tiles, which is near enough for a choice.
-double dvSliceTiles::gainOfSide(const std::vector<dvTileCensus>& parts, int side,
-                                const dvRowCost& cost, dvParallel& parallel) const {
-  const int factor = side / dvTileSide;
-  const int partsUp = tilesAlong(sources_.height(), dvTileSide);
-  const int across = tilesAlong(across_, factor);
-  std::vector<dvTilePlan> plans(
-      static_cast<std::size_t>(across * tilesAlong(partsUp, factor)));
-  parallel.forEach(static_cast<int>(plans.size()), [&](int /*worker*/, int item) {
-    dvTileCensus census(kernels_);
-    const int left = item % across * factor;
-    const int bottom = item / across * factor;
-    for (int y = bottom; y < std::min(bottom + factor, partsUp); ++y) {
-      for (int x = left; x < std::min(left + factor, across_); ++x)
-        census.add(parts[static_cast<std::size_t>(y * across_ + x)]);
-    }
-    plans[static_cast<std::size_t>(item)] =
-        planTile(census, kernels_, side, planes(), cost, dvTileChoice::ByCost);
-  });
-  std::set<std::pair<int, int>> spectra;
-  double gain = 0.0;
-  for (const dvTilePlan& plan : plans) {
-    gain += plan.gain;
-    for (int kernel = 0; kernel < kernels_.count(); ++kernel) {
-      if (plan.takes(kernel)) spectra.emplace(plan.length, kernel);
-    }
-  }
-  std::size_t bytes = 0;
-  for (const auto& [length, kernel] : spectra) {
-    bytes += spectrumBytes(length);
-    gain -= spectrumCost(length);
-  }
-  return side > dvTileSide && bytes > largestSpectra ? 0.0 : gain;
-}
-
 void dvSliceTiles::findUnits() {
-  for (std::size_t c = 0; c < group_.places.size(); ++c) {
+  for (std::size_t c = 0; c < channels(); ++c) {
     float mean = 0.0F;
     for (const Tile& tile : tiles_) {
       if (tile.plan.largest >= 0) mean = std::max(mean, tile.light[c] / dvLightRatio);
@@ -202,8 +129,8 @@ dvFrameBox dvSliceTiles::reached() const {
   for (const Tile& tile : tiles_) {
     const int reach = tile.plan.largest;
     if (reach < 0) continue;
-    const dvFrameBox box{tile.left - reach, tile.bottom - reach, tile.left + side_ + reach,
-                         tile.bottom + side_ + reach};
+    const dvFrameBox box{tile.left - reach, tile.bottom - reach, tile.left + dvTileSide + reach,
+                         tile.bottom + dvTileSide + reach};
     if (reached.empty()) reached = box;
     reached = {std::min(reached.left, box.left), std::min(reached.bottom, box.bottom),
                std::max(reached.right, box.right), std::max(reached.top, box.top)};
@@ -224,31 +151,38 @@ void dvSliceTiles::collectImpulses(const Tile& tile, Impulses& impulses) const {
   forEachRecord(tile, [&](const dvGroupRows::Row& from, const dvSplatRecord& record,
                           const float* values) {
     if (isLight(tile, record, values)) return;
-    const int place = (from.splats->centreY - tile.bottom) * side_ + (record.x - tile.left);
+    const int place = (from.splats->centreY - tile.bottom) * dvTileSide + (record.x - tile.left);
     add(record.radius, record.near, from, place, values);
     add(record.radius + 1, record.far, from, place, values);
   });
 }
 
-void dvSliceTiles::fillPlanes(const std::vector<Impulse>& splats, double kernelSquare,
-                              Impulses& impulses) const {
-  const std::size_t plane = static_cast<std::size_t>(side_) * static_cast<std::size_t>(side_);
-  const std::size_t channels = group_.places.size();
-  std::fill(impulses.planes.begin(), impulses.planes.end(), 0.0F);
-  for (const Impulse& splat : splats) {
-    float* at = impulses.planes.data() + splat.place;
-    for (std::size_t c = 0; c < channels; ++c)
-      at[c * plane] += splat.share * (splat.values[c] / units_[c]);
-    at[channels * plane] += splat.share;
-  }
-  for (std::size_t p = 0; p <= channels; ++p) {
+void dvSliceTiles::addToPlanes(const ImpulseList& splats, double kernelSquare,
+                               Impulses& impulses) const {
+  for (std::size_t p = 0; p < units_.size(); ++p) {
+    float* plane = impulses.planes.data() + p * planeSize;
+    const bool isWeight = p == channels();
+    const float perUnit = 1.0F / units_[p];
     double squares = 0.0;
     for (const Impulse& splat : splats) {
-      const auto value =
-          static_cast<double>(impulses.planes[p * plane + static_cast<std::size_t>(splat.place)]);
-      squares += value * value;
+      const float value = isWeight ? splat.share : splat.share * (splat.values[p] * perUnit);
+      const float before = plane[splat.place];
+      plane[splat.place] = before + value;
+      // The difference of the squares after and before.
+      squares += static_cast<double>(value) * static_cast<double>(2.0F * before + value);
     }
     impulses.squares[p] += kernelSquare * squares;
+  }
+}
+
+void dvSliceTiles::clearPlanes(const ImpulseList& splats, Impulses& impulses) const {
+  if (splats.size() > planeSize / 8) {
+    std::fill(impulses.planes.begin(), impulses.planes.end(), 0.0F);
+    return;
+  }
+  for (std::size_t p = 0; p < units_.size(); ++p) {
+    for (const Impulse& splat : splats)
+      impulses.planes[p * planeSize + static_cast<std::size_t>(splat.place)] = 0.0F;
   }
 }
 
@@ -261,8 +195,9 @@ void dvSliceTiles::sumTile(const Tile& tile, const dvParallel& parallel, Impulse
     const auto& splats = impulses.byKernel[static_cast<std::size_t>(place)];
     if (splats.empty()) continue;
     const dvCutKernel kernel = kernels_[place];
-    fillPlanes(splats, rounding.kernelSquare(kernel.radius), impulses);
+    addToPlanes(splats, rounding.kernelSquare(kernel.radius), impulses);
     impulses.sum->add(impulses.planes.data(), spectra.spectrum(tile.plan.length, kernel));
+    clearPlanes(splats, impulses);
   }
   impulses.sum->finish();
 }
@@ -270,9 +205,9 @@ void dvSliceTiles::sumTile(const Tile& tile, const dvParallel& parallel, Impulse
 void dvSliceTiles::addRounding(const Tile& tile, const Impulses& impulses,
                                dvTransformRounding& rounding) const {
   const int reach = tile.plan.largest;
-  const dvFrameBox reached{tile.left - reach, tile.bottom - reach, tile.left + side_ + reach,
-                           tile.bottom + side_ + reach};
-  const double pixels = static_cast<double>(side_) * side_;
+  const dvFrameBox reached{tile.left - reach, tile.bottom - reach, tile.left + dvTileSide + reach,
+                           tile.bottom + dvTileSide + reach};
+  constexpr auto pixels = static_cast<double>(planeSize);
   for (std::size_t plane = 0; plane < units_.size(); ++plane) {
     const std::size_t partner = plane % 2 == 0 ? plane + 1 : plane - 1;
     double squares = impulses.squares[plane];
@@ -294,8 +229,8 @@ void dvSliceTiles::sum(dvSpectrumCache& spectra, dvParallel& parallel,
     if (tile.plan.largest < 0) return;
     Impulses& scratch = scratches[static_cast<std::size_t>(worker)];
     if (scratch.sum == nullptr) {
-      scratch.sum = std::make_unique<dvTileSum>(side_, static_cast<int>(planes.size()));
-      scratch.planes.resize(planes.size() * static_cast<std::size_t>(side_ * side_));
+      scratch.sum = std::make_unique<dvTileSum>(dvTileSide, static_cast<int>(planes.size()));
+      scratch.planes.resize(planes.size() * planeSize);
     }
     sumTile(tile, parallel, scratch, spectra, rounding);
     turn.wait();
@@ -313,9 +248,9 @@ void dvSliceTiles::sum(dvSpectrumCache& spectra, dvParallel& parallel,
 
 const dvSliceTiles::Tile* dvSliceTiles::tileOf(int x, int y) const {
   if (x < sources_.left || y < sources_.bottom) return nullptr;
-  const int across = (x - sources_.left) / side_;
-  const int up = (y - sources_.bottom) / side_;
-  if (across >= across_ || up >= tilesAlong(sources_.height(), side_)) return nullptr;
+  const int across = (x - sources_.left) / dvTileSide;
+  const int up = (y - sources_.bottom) / dvTileSide;
+  if (across >= across_ || up >= tilesAlong(sources_.height())) return nullptr;
   return &tiles_[static_cast<std::size_t>(up * across_ + across)];
 }
 
@@ -323,10 +258,9 @@ dvSplatRow dvSliceTiles::directRow(std::size_t place) const {
   dvSplatRow direct;
   const dvGroupRows::Row& from = rows_[place];
   const dvSplatRow& row = from.splats->row;
-  const std::size_t channels = group_.places.size();
   for (std::size_t r = row.begin(slice_); r < row.end(slice_); ++r) {
     dvSplatRecord record = row.records[r];
-    const float* values = row.values.data() + r * channels;
+    const float* values = row.values.data() + r * channels();
     const Tile* tile = tileOf(record.x, from.splats->centreY);
     if (tile != nullptr && tile->plan.largest >= 0 && !isLight(*tile, record, values)) {
       if (tile->plan.takes(kernels_.place(record.radius, from.shift()))) record.near = 0.0F;
@@ -334,7 +268,7 @@ dvSplatRow dvSliceTiles::directRow(std::size_t place) const {
     }
     if (record.near == 0.0F && record.far == 0.0F) continue;
     direct.records.push_back(record);
-    direct.values.insert(direct.values.end(), values, values + channels);
+    direct.values.insert(direct.values.end(), values, values + channels());
   }
   direct.sliceBegin = {0, static_cast<std::uint32_t>(direct.records.size())};
   return direct;

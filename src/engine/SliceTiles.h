@@ -1,7 +1,7 @@
 #pragma once
 
-/// One slice of one group in square tiles of sources: in each the kernels that many splats share are
-/// summed by Fourier transform, the rest is left to the rows.
+/// One slice of one group in square tiles of sources: in each the kernels that many splats share
+/// are summed by Fourier transform, the rest is left to the rows.
 
 #include <memory>
 #include <vector>
@@ -15,12 +15,9 @@
 
 namespace drevin {
 
-/// Source pixels along the side of the smallest tiles; others have a multiple of it.
+/// Source pixels along a tile's side. Larger ones overlap less, but their transforms no longer fit
+/// into the caches: 256 was measured to be no faster where one blur fills the picture, 384 slower.
 constexpr int dvTileSide = 128;
-/// The sides to choose from, ascending: where one blur fills a large area, larger tiles overlap
-/// less.
-const std::vector<int>& tileSides();
-
 /// A value this many times the mean of its tile is a light: it would drown its neighbours in the
 /// rounding of a transform, and is splatted by itself.
 constexpr float dvLightRatio = 16.0F;
@@ -39,16 +36,13 @@ class dvSliceTiles {
   dvSliceTiles(const dvSplatGroup& group, const dvGroupRows& rows, std::size_t slice,
                const dvFrameBox& sources);
 
-  /// Chooses the tiles' side, of `sides` (multiples of dvTileSide that begin with it), and every
-  /// tile's kernels. `cost` is that of the group's kernels.
-  void choose(dvTileChoice choice, const dvRowCost& cost, dvParallel& parallel,
-              const std::vector<int>& sides = tileSides());
+  /// Chooses every tile's kernels. `cost` is that of the group's kernels.
+  void choose(dvTileChoice choice, const dvRowCost& cost, dvParallel& parallel);
   /// Whether any tile has kernels to transform.
   bool hasTransforms() const;
   /// The pixels that transforms may add to.
   dvFrameBox reached() const;
 
-  int side() const { return side_; }
   /// What 1 in a plane of the transformed part stands for: a power of two at which values are of
   /// the order of the weights. Planes that are transformed as one take each other's rounding.
   float unit(std::size_t plane) const { return units_[plane]; }
@@ -62,9 +56,15 @@ class dvSliceTiles {
   dvSplatRow directRow(std::size_t row) const;
 
  private:
+  /// Splats of one row, at least one.
+  struct Part {
+    const dvGroupRows::Row* row;
+    dvRecordRange records;
+  };
   struct Tile {
     int left = 0;
     int bottom = 0;
+    std::vector<Part> parts;  ///< its splats
     dvTilePlan plan;
     std::vector<float> light;  ///< by channel, then of the share: what is above is direct
   };
@@ -74,42 +74,39 @@ class dvSliceTiles {
     float share;
     const float* values;
   };
+  using ImpulseList = std::vector<Impulse>;
   /// What one worker needs for its tiles.
   struct Impulses {
     std::unique_ptr<dvTileSum> sum;
-    std::vector<std::vector<Impulse>> byKernel;
-    std::vector<float> planes;    ///< of one kernel
+    std::vector<ImpulseList> byKernel;
+    std::vector<float> planes;    ///< of one kernel; zeros in between
     std::vector<double> squares;  ///< of all kernels by plane, times that of the kernels
   };
 
-  void layOut(int side);
+  void findParts(Tile& tile) const;
   template <typename Visit>
   void forEachRecord(const Tile& tile, const Visit& visit) const;
   void findLights(Tile& tile) const;
   dvTileCensus census(const Tile& tile) const;
-  int chooseSide(const std::vector<dvTileCensus>& parts, const std::vector<int>& sides,
-                 const dvRowCost& cost, dvParallel& parallel) const;
-  double gainOfSide(const std::vector<dvTileCensus>& parts, int side, const dvRowCost& cost,
-                    dvParallel& parallel) const;
   void findUnits();
   void collectImpulses(const Tile& tile, Impulses& impulses) const;
-  void fillPlanes(const std::vector<Impulse>& splats, double kernelSquare,
-                  Impulses& impulses) const;
+  /// Adds the splats to the planes, and their squares to those of all.
+  void addToPlanes(const ImpulseList& splats, double kernelSquare, Impulses& impulses) const;
+  void clearPlanes(const ImpulseList& splats, Impulses& impulses) const;
   void sumTile(const Tile& tile, const dvParallel& parallel, Impulses& impulses,
                dvSpectrumCache& spectra, const dvTransformRounding& rounding) const;
   void addRounding(const Tile& tile, const Impulses& impulses, dvTransformRounding& rounding) const;
   bool isLight(const Tile& tile, const dvSplatRecord& record, const float* values) const;
   /// Null outside the tiles.
   const Tile* tileOf(int x, int y) const;
-  int planes() const { return static_cast<int>(units_.size()); }
+  std::size_t channels() const { return group_.places.size(); }
 
   const dvSplatGroup& group_;
   const dvGroupRows& rows_;
   std::size_t slice_;
   dvFrameBox sources_;
   dvCutKernels kernels_;
-  int side_ = dvTileSide;
-  int across_ = 0;
+  int across_;
   std::vector<Tile> tiles_;
   std::vector<float> units_;  ///< by plane
 };

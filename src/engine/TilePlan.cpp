@@ -17,7 +17,7 @@ struct Candidate {
 };
 
 double gainOf(const std::vector<Candidate>& candidates, int side, int length, int planes) {
-  const double add = fourierAddCost(length, planes);
+  const double add = fourierAddCost(side, length, planes);
   double gain = -fourierFinishCost(length, planes);
   for (const Candidate& candidate : candidates) {
     if (side + 2 * candidate.radius <= length) gain += std::max(0.0, candidate.directTime - add);
@@ -36,20 +36,12 @@ void dvTileCensus::add(const dvCutKernels& kernels, const dvSplatRecord& record,
   const int near = record.near > 0.0F ? kernels.place(record.radius, shift) : -1;
   const int far = record.far > 0.0F ? kernels.place(record.radius + 1, shift) : -1;
   const bool both = record.near > 0.0F && record.far > 0.0F;
-  if (near >= 0) ++(both ? uses_[static_cast<std::size_t>(near)].near
-                         : uses_[static_cast<std::size_t>(near)].alone);
-  if (far >= 0) ++(both ? uses_[static_cast<std::size_t>(far)].far
-                        : uses_[static_cast<std::size_t>(far)].alone);
-}
-
-void dvTileCensus::add(const dvTileCensus& other) {
-  for (std::size_t i = 0; i < uses_.size(); ++i) {
-    uses_[i].alone += other.uses_[i].alone;
-    uses_[i].near += other.uses_[i].near;
-    uses_[i].far += other.uses_[i].far;
-  }
-  for (std::size_t i = 0; i < splats_.size(); ++i)
-    splats_[i] += other.splats_[i];
+  if (near >= 0)
+    ++(both ? uses_[static_cast<std::size_t>(near)].near
+            : uses_[static_cast<std::size_t>(near)].alone);
+  if (far >= 0)
+    ++(both ? uses_[static_cast<std::size_t>(far)].far
+            : uses_[static_cast<std::size_t>(far)].alone);
 }
 
 bool dvTileCensus::has(int place) const {
@@ -81,8 +73,7 @@ dvTilePlan planTile(const dvTileCensus& census, const dvCutKernels& kernels, int
   for (int place = 0; place < kernels.count(); ++place) {
     const int radius = kernels[place].radius;
     if (!census.has(place) || (radius == 0 && choice == dvTileChoice::ByCost)) continue;
-    candidates.push_back(
-        {place, radius, census.directTime(kernels, place, side, cost)});
+    candidates.push_back({place, radius, census.directTime(kernels, place, side, cost)});
   }
   const bool everything = choice == dvTileChoice::Everything;
   for (const Candidate& candidate : candidates) {
@@ -95,7 +86,7 @@ dvTilePlan planTile(const dvTileCensus& census, const dvCutKernels& kernels, int
     }
   }
   if (plan.length == 0) return plan;
-  const double add = fourierAddCost(plan.length, planes);
+  const double add = fourierAddCost(side, plan.length, planes);
   plan.transformed.assign(static_cast<std::size_t>(kernels.count()), 0);
   for (const Candidate& candidate : candidates) {
     const bool fits = side + 2 * candidate.radius <= plan.length;

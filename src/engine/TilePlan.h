@@ -15,14 +15,13 @@ namespace drevin {
 /// How a tile's kernels are chosen.
 enum class dvTileChoice { ByCost, Nothing, Everything };
 
-/// How many splats of a tile take each kernel. Those of a larger tile are the sum of its parts'.
+/// How many splats of a tile take each kernel.
 class dvTileCensus {
  public:
   explicit dvTileCensus(const dvCutKernels& kernels);
 
   /// Counts a splat centred `shift` rows above its source row.
   void add(const dvCutKernels& kernels, const dvSplatRecord& record, int shift);
-  void add(const dvTileCensus& other);
 
   /// Time that the splats of a kernel take when they are added row by row, ns; 0 if there are none.
   /// A splat's two kernels are added together: each is half of its cost.
@@ -60,8 +59,8 @@ struct dvTilePlan {
 ///
 ///   gain(N) = sum over kernels of max(0, direct time - fourierAddCost(N)) - fourierFinishCost(N)
 ///
-/// is largest, over kernels whose pictures fit into it; nothing if none gains. Radius 0 is not taken:
-/// what is in focus stays as sharp and as exact as it is.
+/// is largest, over kernels whose pictures fit into it; nothing if none gains. Radius 0 is not
+/// taken: what is in focus stays as sharp and as exact as it is.
 dvTilePlan planTile(const dvTileCensus& census, const dvCutKernels& kernels, int side, int planes,
                     const dvRowCost& cost, dvTileChoice choice);
 

@@ -35,7 +35,6 @@ TEST(CutKernels, shiftBeyondTheReach_cutsRowsOfThatSide) {
   EXPECT_EQ(kernels[kernels.place(6, 4)].cut, 0);
 }
 
-
 TEST(CutKernels, wideCuts_areNotAmongThem) {
   const dvCutKernels kernels(30, 30, 20);
   EXPECT_GE(kernels.place(30, dvCutKernels::greatestCut), 0);

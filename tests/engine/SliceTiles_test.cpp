@@ -61,8 +61,7 @@ class Field {
   /// Of the rows as they are now; valid as long as the field.
   dvSliceTiles tiles(int padding = largestRadius) const {
     ThreadParallel parallel(1);
-    rowsOfTiles_.push_back(
-        std::make_unique<dvGroupRows>(places_, 0, bottom_, padding, parallel));
+    rowsOfTiles_.push_back(std::make_unique<dvGroupRows>(places_, 0, bottom_, padding, parallel));
     return {group_, *rowsOfTiles_.back(), 0, sources()};
   }
   dvFrameBox sources() const { return {left_, bottom_, left_ + width_, bottom_ + rows()}; }
@@ -102,7 +101,7 @@ Field uniformField() {
 dvSliceTiles chosen(const Field& field, dvTileChoice choice) {
   ThreadParallel parallel(2);
   dvSliceTiles tiles = field.tiles();
-  tiles.choose(choice, field.cost(), parallel, {dvTileSide});
+  tiles.choose(choice, field.cost(), parallel);
   return tiles;
 }
 
