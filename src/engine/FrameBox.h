@@ -30,6 +30,13 @@ struct dvColumnSpan {
   bool empty() const { return begin >= end; }
 };
 
+/// The least span that holds both.
+inline dvColumnSpan together(const dvColumnSpan& a, const dvColumnSpan& b) {
+  if (a.empty()) return b;
+  if (b.empty()) return a;
+  return {a.begin < b.begin ? a.begin : b.begin, a.end > b.end ? a.end : b.end};
+}
+
 /// One value for each pixel of a box.
 template <typename Value>
 class dvFramePlane {

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <cstdlib>
 
+#include "engine/CompositeCode.h"
 #include "engine/SpecialSplats.h"
 
 namespace drevin {
@@ -19,12 +20,6 @@ void forEachReaching(const dvGroupRows& rows, const dvKernelTable& kernels, int 
     const std::int64_t dy = static_cast<std::int64_t>(y) - rows[row].splats->centreY;
     if (std::abs(dy) <= kernels.largestRadius()) add(row, static_cast<int>(dy));
   }
-}
-
-dvColumnSpan together(const dvColumnSpan& a, const dvColumnSpan& b) {
-  if (a.empty()) return b;
-  if (b.empty()) return a;
-  return {std::min(a.begin, b.begin), std::max(a.end, b.end)};
 }
 
 }  // namespace
@@ -68,6 +63,7 @@ void dvFrameMaker::makeGroup(std::size_t place, const dvSplatLines& lines, dvFra
               {lines, place, box_.bottom - padding_, padding_, parallel_},
               dvFramePlane<double>(box_),
               scratches(settings.places.size()),
+              {},
               nullptr};
   for (std::size_t slice = 0; slice < settings_.slices && !parallel_.aborted(); ++slice) {
     if (!group.rows.isEmpty(slice)) makeSlice(group, slice, planes);
@@ -79,37 +75,38 @@ void dvFrameMaker::makeGroup(std::size_t place, const dvSplatLines& lines, dvFra
 }
 
 void dvFrameMaker::makeSlice(Group& group, std::size_t slice, dvFramePlanes& planes) {
-  const std::optional<Transformed> transformed = transform(group, slice);
+  const bool transformed = transform(group, slice);
   parallel_.forEach(box_.height(), [&](int worker, int item) {
     Scratch& scratch = group.scratches[static_cast<std::size_t>(worker)];
     const int y = box_.bottom + item;
     const dvColumnSpan columns =
-        sumRow(group, slice, transformed ? &*transformed : nullptr, y, scratch);
+        sumRow(group, slice, transformed ? &group.transformed : nullptr, y, scratch);
     pointAt(group, box_.left, y, planes, scratch.colours);
     compositeSlice(scratch.planes, columns, scratch.colours, group.coverage.row(y));
   });
 }
 
-std::optional<dvFrameMaker::Transformed> dvFrameMaker::transform(Group& group,
-                                                                 std::size_t slice) const {
+bool dvFrameMaker::transform(Group& group, std::size_t slice) {
   dvSliceTiles tiles(
       group.settings, group.rows, slice,
       {box_.left - padding_, box_.bottom - padding_, box_.right + padding_, box_.top + padding_});
   tiles.choose(choice_, group.cost, parallel_);
-  if (!tiles.hasTransforms()) return std::nullopt;
+  if (!tiles.hasTransforms()) return false;
   const std::size_t count = group.settings.places.size() + 1;
+  Transformed& transformed = group.transformed;
   if (group.rounding == nullptr) {
     group.rounding =
         std::make_unique<dvTransformRounding>(box_, static_cast<int>(count), group.kernels);
+    for (std::size_t plane = 0; plane < count; ++plane)
+      transformed.planes.emplace_back(box_);
   }
-  Transformed transformed;
-  transformed.reached = tiles.reached();
-  transformed.planes.assign(count, dvFramePlane<float>(box_));
-  tiles.sum(group.spectra, parallel_, transformed.planes, *group.rounding);
+  transformed.reached = tiles.reached(box_);
+  transformed.units.clear();
   for (std::size_t plane = 0; plane < count; ++plane)
     transformed.units.push_back(static_cast<double>(tiles.unit(plane)));
+  tiles.sum(group.spectra, parallel_, transformed.planes, *group.rounding);
   transformed.direct = directRows(group, tiles);
-  return transformed;
+  return true;
 }
 
 dvFrameMaker::DirectRows dvFrameMaker::directRows(const Group& group,
@@ -122,8 +119,8 @@ dvFrameMaker::DirectRows dvFrameMaker::directRows(const Group& group,
   return rows;
 }
 
-dvColumnSpan dvFrameMaker::sumRow(const Group& group, std::size_t slice,
-                                  const Transformed* transformed, int y, Scratch& scratch) const {
+dvColumnSpan dvFrameMaker::sumRow(const Group& group, std::size_t slice, Transformed* transformed,
+                                  int y, Scratch& scratch) const {
   dvRowSums& sums = *scratch.sums;
   addDirect(group, slice, transformed == nullptr ? nullptr : &transformed->direct, y, sums);
   dvColumnSpan columns = sums.touched();
@@ -131,7 +128,7 @@ dvColumnSpan dvFrameMaker::sumRow(const Group& group, std::size_t slice,
   if (group.rows.hasSpecials()) columns = {0, box_.width()};
   for (std::size_t plane = 0; plane < scratch.planes.size(); ++plane)
     sums.store(static_cast<int>(plane), columns, scratch.planes[plane].data());
-  if (transformed != nullptr) transformed->addTo(scratch.planes, y);
+  if (transformed != nullptr) transformed->moveTo(scratch.planes, y);
   addSpecials(group, slice, y, box_.left, box_.right, scratch.planes);
   return columns;
 }
@@ -163,19 +160,15 @@ void dvFrameMaker::addSpecials(const Group& group, std::size_t slice, int y, int
 }
 
 dvColumnSpan dvFrameMaker::Transformed::columns(int y) const {
-  const dvFrameBox& box = planes.front().box();
-  if (y < reached.bottom || y >= reached.top) return {};
-  return {std::max(reached.left, box.left) - box.left,
-          std::min(reached.right, box.right) - box.left};
+  return reached[static_cast<std::size_t>(y - planes.front().box().bottom)];
 }
 
-void dvFrameMaker::Transformed::addTo(std::vector<std::vector<double>>& sums, int y) const {
+void dvFrameMaker::Transformed::moveTo(std::vector<std::vector<double>>& sums, int y) {
   const dvColumnSpan span = columns(y);
+  if (span.empty()) return;
   for (std::size_t plane = 0; plane < planes.size(); ++plane) {
-    const float* row = planes[plane].row(y);
-    double* to = sums[plane].data();
-    for (int i = span.begin; i < span.end; ++i)
-      to[i] += units[plane] * static_cast<double>(row[i]);
+    compositeCode().moveScaled(planes[plane].row(y) + span.begin, units[plane],
+                               sums[plane].data() + span.begin, span.end - span.begin);
   }
 }
 

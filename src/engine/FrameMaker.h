@@ -47,17 +47,6 @@ class dvFrameMaker {
     std::vector<std::vector<double>> planes;  ///< values, then weight
     std::vector<float*> colours;              ///< places in the picture, by channel
   };
-  /// What is being summed and composited.
-  struct Group {
-    const dvSplatGroup& settings;
-    const dvKernelTable& kernels;
-    dvSpectrumCache& spectra;
-    dvRowCost cost;
-    dvGroupRows rows;
-    dvFramePlane<double> coverage;
-    std::vector<Scratch> scratches;
-    std::unique_ptr<dvTransformRounding> rounding;  ///< null: no slice went through a transform
-  };
   /// The direct part of a row of splats, where a part of the slice is transformed.
   struct DirectRow {
     explicit DirectRow(dvSplatRow splats) : row(std::move(splats)), reach(row) {}
@@ -67,14 +56,26 @@ class dvFrameMaker {
   using DirectRows = std::vector<std::optional<DirectRow>>;
   /// The transformed part of a slice.
   struct Transformed {
-    dvFrameBox reached;
-    std::vector<dvFramePlane<float>> planes;
-    std::vector<double> units;  ///< by plane
-    DirectRows direct;
+    std::vector<dvFramePlane<float>> planes;  ///< zeros between slices
+    std::vector<double> units;                ///< by plane
+    std::vector<dvColumnSpan> reached;        ///< columns that may have anything but zeros, by row
+    DirectRows direct;                        ///< what is not in the planes
 
-    /// Those of row y that it may add to.
     dvColumnSpan columns(int y) const;
-    void addTo(std::vector<std::vector<double>>& sums, int y) const;
+    /// Adds row y to the sums and leaves zeros.
+    void moveTo(std::vector<std::vector<double>>& sums, int y);
+  };
+  /// What is being summed and composited.
+  struct Group {
+    const dvSplatGroup& settings;
+    const dvKernelTable& kernels;
+    dvSpectrumCache& spectra;
+    dvRowCost cost;
+    dvGroupRows rows;
+    dvFramePlane<double> coverage;
+    std::vector<Scratch> scratches;
+    Transformed transformed;
+    std::unique_ptr<dvTransformRounding> rounding;  ///< null: no slice went through a transform
   };
 
   dvSpectrumCache& spectraOf(const dvKernelTable& kernels);
@@ -82,10 +83,11 @@ class dvFrameMaker {
   void makeGroup(std::size_t place, const dvSplatLines& lines, dvFramePlanes& planes,
                  const std::function<void(double)>& progress);
   void makeSlice(Group& group, std::size_t slice, dvFramePlanes& planes);
-  std::optional<Transformed> transform(Group& group, std::size_t slice) const;
+  /// Whether there is a transformed part.
+  bool transform(Group& group, std::size_t slice);
   DirectRows directRows(const Group& group, const dvSliceTiles& tiles) const;
   /// Sums a row; gives the columns that may have anything but zeros.
-  dvColumnSpan sumRow(const Group& group, std::size_t slice, const Transformed* transformed, int y,
+  dvColumnSpan sumRow(const Group& group, std::size_t slice, Transformed* transformed, int y,
                       Scratch& scratch) const;
   void addDirect(const Group& group, std::size_t slice, const DirectRows* direct, int y,
                  dvRowSums& sums) const;

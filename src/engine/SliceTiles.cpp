@@ -75,15 +75,14 @@ void dvSliceTiles::findLights(Tile& tile) const {
   }
 }
 
-bool dvSliceTiles::isLight(const Tile& tile, const dvSplatRecord& record,
-                           const float* values) const {
-  const std::size_t channels = this->channels();
+bool dvSliceTiles::isLight(const Tile& tile, const dvSplatRecord& record, const float* values) {
+  const std::size_t channels = tile.light.size() - 1;
+  const float* limits = tile.light.data();
   const float share = record.near + record.far;
-  if (share > tile.light[channels]) return true;
-  for (std::size_t c = 0; c < channels; ++c) {
-    if (share * std::fabs(values[c]) > tile.light[c]) return true;
-  }
-  return false;
+  bool light = share > limits[channels];
+  for (std::size_t c = 0; c < channels; ++c)
+    light |= share * std::fabs(values[c]) > limits[c];
+  return light;
 }
 
 dvTileCensus dvSliceTiles::census(const Tile& tile) const {
@@ -124,18 +123,25 @@ bool dvSliceTiles::hasTransforms() const {
                      [](const Tile& tile) { return tile.plan.largest >= 0; });
 }
 
-dvFrameBox dvSliceTiles::reached() const {
-  dvFrameBox reached;
+dvFrameBox dvSliceTiles::reachOf(const Tile& tile) {
+  const int reach = tile.plan.largest;
+  return {tile.left - reach, tile.bottom - reach, tile.left + dvTileSide + reach,
+          tile.bottom + dvTileSide + reach};
+}
+
+std::vector<dvColumnSpan> dvSliceTiles::reached(const dvFrameBox& box) const {
+  std::vector<dvColumnSpan> rows(static_cast<std::size_t>(box.height()));
   for (const Tile& tile : tiles_) {
-    const int reach = tile.plan.largest;
-    if (reach < 0) continue;
-    const dvFrameBox box{tile.left - reach, tile.bottom - reach, tile.left + dvTileSide + reach,
-                         tile.bottom + dvTileSide + reach};
-    if (reached.empty()) reached = box;
-    reached = {std::min(reached.left, box.left), std::min(reached.bottom, box.bottom),
-               std::max(reached.right, box.right), std::max(reached.top, box.top)};
+    if (tile.plan.largest < 0) continue;
+    const dvFrameBox reach = reachOf(tile);
+    const dvColumnSpan columns{std::max(reach.left, box.left) - box.left,
+                               std::min(reach.right, box.right) - box.left};
+    for (int y = std::max(reach.bottom, box.bottom); y < std::min(reach.top, box.top); ++y) {
+      dvColumnSpan& row = rows[static_cast<std::size_t>(y - box.bottom)];
+      row = together(row, columns);
+    }
   }
-  return reached;
+  return rows;
 }
 
 void dvSliceTiles::collectImpulses(const Tile& tile, Impulses& impulses) const {
@@ -204,9 +210,7 @@ void dvSliceTiles::sumTile(const Tile& tile, const dvParallel& parallel, Impulse
 
 void dvSliceTiles::addRounding(const Tile& tile, const Impulses& impulses,
                                dvTransformRounding& rounding) const {
-  const int reach = tile.plan.largest;
-  const dvFrameBox reached{tile.left - reach, tile.bottom - reach, tile.left + dvTileSide + reach,
-                           tile.bottom + dvTileSide + reach};
+  const dvFrameBox reached = reachOf(tile);
   constexpr auto pixels = static_cast<double>(planeSize);
   for (std::size_t plane = 0; plane < units_.size(); ++plane) {
     const std::size_t partner = plane % 2 == 0 ? plane + 1 : plane - 1;

@@ -40,8 +40,8 @@ class dvSliceTiles {
   void choose(dvTileChoice choice, const dvRowCost& cost, dvParallel& parallel);
   /// Whether any tile has kernels to transform.
   bool hasTransforms() const;
-  /// The pixels that transforms may add to.
-  dvFrameBox reached() const;
+  /// The columns of each row of a box that transforms may add to.
+  std::vector<dvColumnSpan> reached(const dvFrameBox& box) const;
 
   /// What 1 in a plane of the transformed part stands for: a power of two at which values are of
   /// the order of the weights. Planes that are transformed as one take each other's rounding.
@@ -96,7 +96,8 @@ class dvSliceTiles {
   void sumTile(const Tile& tile, const dvParallel& parallel, Impulses& impulses,
                dvSpectrumCache& spectra, const dvTransformRounding& rounding) const;
   void addRounding(const Tile& tile, const Impulses& impulses, dvTransformRounding& rounding) const;
-  bool isLight(const Tile& tile, const dvSplatRecord& record, const float* values) const;
+  static dvFrameBox reachOf(const Tile& tile);
+  static bool isLight(const Tile& tile, const dvSplatRecord& record, const float* values);
   /// Null outside the tiles.
   const Tile* tileOf(int x, int y) const;
   std::size_t channels() const { return group_.places.size(); }
