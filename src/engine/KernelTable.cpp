@@ -66,31 +66,41 @@ std::size_t entryOf(int radius) {
 }  // namespace
 
 dvKernelTable::dvKernelTable(const dvKernelBank& bank, int channel) {
+  dvSerial serial;
+  *this = dvKernelTable(bank, channel, serial);
+}
+
+dvKernelTable::dvKernelTable(const dvKernelBank& bank, int channel, dvParallel& parallel) {
   while (entryOf(largestRadius_ + 1) < bank.size() &&
          bank[entryOf(largestRadius_ + 1)].plane(channel) != nullptr)
     ++largestRadius_;
   if (empty()) return;
-  const auto zeros = 2 * (static_cast<std::size_t>(largestRadius_) + dvKernelPad) + 1;
   zeroRow_ = rowOfZeros(largestRadius_ + dvKernelPad);
-  values_.assign(zeros, 0.0F);
+  std::vector<std::ptrdiff_t> places;
+  std::ptrdiff_t size = 2 * (largestRadius_ + dvKernelPad) + 1;
   for (int dy = -largestRadius_; dy <= largestRadius_; ++dy) {
-    for (int radius = 0; radius <= largestRadius_; ++radius) {
-      if (std::abs(dy) > radius) {
-        rows_.push_back(zeroRow_);
-      } else {
-        appendRow(bank[entryOf(radius)], channel, dy);
-      }
-    }
+    places.push_back(size);
+    for (int radius = std::abs(dy); radius <= largestRadius_; ++radius)
+      size += 2 * radius + 1 + dvKernelPad;
   }
+  values_.resize(static_cast<std::size_t>(size));
+  rows_.resize(places.size() * (static_cast<std::size_t>(largestRadius_) + 1), zeroRow_);
+  parallel.forEach(static_cast<int>(places.size()), [&](int /*worker*/, int item) {
+    fillRows(bank, channel, item - largestRadius_, places[static_cast<std::size_t>(item)]);
+  });
 }
 
-void dvKernelTable::appendRow(const dvChannelFloatBuffer& entry, int channel, int dy) {
-  const int radius = entry.centre;
-  const float* values =
-      entry.plane(channel) + static_cast<std::ptrdiff_t>(radius - dy) * entry.width;
-  rows_.push_back(described(values, radius, static_cast<std::ptrdiff_t>(values_.size()) + radius));
-  values_.insert(values_.end(), values, values + entry.width);
-  values_.insert(values_.end(), dvKernelPad, 0.0F);
+void dvKernelTable::fillRows(const dvKernelBank& bank, int channel, int dy, std::ptrdiff_t place) {
+  dvKernelRow* rows =
+      rows_.data() + static_cast<std::ptrdiff_t>(dy + largestRadius_) * (largestRadius_ + 1);
+  for (int radius = std::abs(dy); radius <= largestRadius_; ++radius) {
+    const dvChannelFloatBuffer& entry = bank[entryOf(radius)];
+    const float* values =
+        entry.plane(channel) + static_cast<std::ptrdiff_t>(radius - dy) * entry.width;
+    rows[radius] = described(values, radius, place + radius);
+    std::copy_n(values, entry.width, values_.data() + place);
+    place += entry.width + dvKernelPad;
+  }
 }
 
 dvConstantStretch dvKernelTable::constant(int radius, int r) const {

@@ -6,6 +6,8 @@
 #include <cstddef>
 #include <vector>
 
+#include "engine/LargeMemory.h"
+#include "engine/Parallel.h"
 #include "kernel/KernelBank.h"
 
 namespace drevin {
@@ -37,6 +39,8 @@ class dvKernelTable {
   /// radius from 0 to the largest of the bank is there. An empty bank, or one without planes for
   /// the channel, gives an empty table.
   dvKernelTable(const dvKernelBank& bank, int channel);
+  /// As above, on many threads. After an abort the table must not be read.
+  dvKernelTable(const dvKernelBank& bank, int channel, dvParallel& parallel);
 
   bool empty() const { return largestRadius_ < 0; }
   /// -1 for an empty table.
@@ -64,12 +68,13 @@ class dvKernelTable {
   bool operator==(const dvKernelTable& other) const;
 
  private:
-  void appendRow(const dvChannelFloatBuffer& entry, int channel, int dy);
+  /// Fills the rows of one dy; their values begin at `place`.
+  void fillRows(const dvKernelBank& bank, int channel, int dy, std::ptrdiff_t place);
 
   int largestRadius_ = -1;
   /// Row after row with dvKernelPad zeros between them; rows for the same dy side by side, since
   /// splats of many radii are added to one output row.
-  std::vector<float> values_;
+  std::vector<float, dvLargeAllocator<float>> values_;
   std::vector<dvKernelRow> rows_;  ///< by dy, then by radius
   dvKernelRow zeroRow_;
 };

@@ -21,4 +21,15 @@ class dvParallel {
   virtual bool aborted() const = 0;
 };
 
+/// Work on the calling thread alone.
+class dvSerial : public dvParallel {
+ public:
+  int workers() const override { return 1; }
+  void forEach(int items, const std::function<void(int worker, int item)>& work) override {
+    for (int item = 0; item < items; ++item)
+      work(0, item);
+  }
+  bool aborted() const override { return false; }
+};
+
 }  // namespace drevin

@@ -20,21 +20,25 @@ bool sameKernels(const dvKernelBank& bank, int a, int b) {
 
 std::vector<dvSplatGroup> splatGroups(const dvKernelBank& bank,
                                       const dvChromaticAberration& aberration,
-                                      const std::vector<int>& channels) {
+                                      const std::vector<int>& channels, dvParallel& parallel) {
   std::vector<dvSplatGroup> groups;
   for (std::size_t place = 0; place < channels.size(); ++place) {
     const float shift = channelShift(aberration, channels[place]);
     dvSplatGroup* alike = nullptr;
+    std::shared_ptr<const dvKernelTable> kernels;
     for (dvSplatGroup& group : groups) {
-      const int first = channels[group.places.front()];
-      if (group.shift == shift && sameKernels(bank, first, channels[place])) alike = &group;
+      if (!sameKernels(bank, channels[group.places.front()], channels[place])) continue;
+      kernels = group.kernels;
+      if (group.shift == shift) alike = &group;
     }
     if (alike != nullptr) {
       alike->places.push_back(place);
-    } else {
-      groups.push_back(
-          {{place}, shift, std::make_shared<const dvKernelTable>(bank, channels[place])});
+      continue;
     }
+    if (kernels == nullptr) {
+      kernels = std::make_shared<const dvKernelTable>(bank, channels[place], parallel);
+    }
+    groups.push_back({{place}, shift, kernels});
   }
   return groups;
 }

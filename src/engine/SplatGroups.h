@@ -18,9 +18,18 @@ struct dvSplatGroup {
 };
 
 /// Groups `channels` (ascending numbers, each with planes in the bank) by kernel bits and shift; in
-/// the order of their first channels.
+/// the order of their first channels. Groups of equal kernels share a table. After an abort the
+/// tables must not be read.
 std::vector<dvSplatGroup> splatGroups(const dvKernelBank& bank,
                                       const dvChromaticAberration& aberration,
-                                      const std::vector<int>& channels);
+                                      const std::vector<int>& channels, dvParallel& parallel);
+
+/// As above, on this thread alone.
+inline std::vector<dvSplatGroup> splatGroups(const dvKernelBank& bank,
+                                             const dvChromaticAberration& aberration,
+                                             const std::vector<int>& channels) {
+  dvSerial serial;
+  return splatGroups(bank, aberration, channels, serial);
+}
 
 }  // namespace drevin

@@ -64,11 +64,13 @@ void Drevin::initialize() {
   kernelBank_.clear();
   kernelBank_.resize(static_cast<std::size_t>(bankSize(kernelSize_)));
   const int pairs = static_cast<int>(kernelBank_.size() / 2) + 1;
+  dvHostParallel parallel([this] { return aborted(); });
   // The largest first, so that no thread is left with much at the end.
-  dvHostParallel([this] { return aborted(); }).forEach(pairs, [&](int /*worker*/, int item) {
+  parallel.forEach(pairs, [&](int /*worker*/, int item) {
     initializeKernelsThreaded(static_cast<unsigned>(pairs - 1 - item), static_cast<unsigned>(pairs),
                               this);
   });
+  if (parallel.aborted()) kernelBank_.clear();
 }
 
 void Drevin::makeHeroKernel(bool sizeToFormat) {
@@ -131,7 +133,7 @@ void Drevin::computeOptimalPadding() {
   dvHostParallel parallel([this] { return aborted(); });
   deep ? scanDeepDepth(estimate, parallel) : scanFlatDepth(estimate, parallel);
   // Of a scan that was cut short nothing is known.
-  if (aborted()) return;
+  if (parallel.aborted()) return;
   const dvPaddingResult result = estimate.result(settings_.maxKernelSize);
   if (result.exceeded) {
     warning(

@@ -13,13 +13,14 @@ using DD::Image::ChannelSet;
 
 namespace {
 
-dvLineSettings lineSettings(const dvSplatFrame& frame, const std::vector<int>& channels) {
+dvLineSettings lineSettings(const dvSplatFrame& frame, const std::vector<int>& channels,
+                            dvParallel& parallel) {
   dvLineSettings settings;
   settings.splat = frame.splat;
   settings.bank = frame.bank;
   settings.slices = static_cast<std::size_t>(std::max(0, frame.slices));
   settings.channels = channels;
-  settings.groups = splatGroups(*frame.bank, frame.splat.chromatic, channels);
+  settings.groups = splatGroups(*frame.bank, frame.splat.chromatic, channels, parallel);
   return settings;
 }
 
@@ -74,7 +75,8 @@ void Drevin::preparePicture() {
   progressMessage("Defocus");
   const auto progress = [this](double done) { progressFraction(done); };
   dvHostParallel parallel([this] { return aborted(); });
-  const dvLineSettings settings = lineSettings(splatFrame(), channels);
+  const dvLineSettings settings = lineSettings(splatFrame(), channels, parallel);
+  if (parallel.aborted()) return;
   if (settings_.deepInput) {
     const dvDeepPlan plan = deepPlan(box.x(), box.r(), processed, deepModes());
     if (plan.deep == nullptr) return;

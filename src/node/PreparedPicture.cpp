@@ -7,7 +7,6 @@
 namespace drevin {
 
 using DD::Image::Box;
-using DD::Image::Channel;
 using DD::Image::ChannelSet;
 using DD::Image::Row;
 

@@ -5,6 +5,7 @@
 #include <cmath>
 
 #include "engine/RowScene.h"
+#include "engine/ThreadParallel.h"
 
 namespace drevin::test {
 namespace {
@@ -124,6 +125,23 @@ TEST(KernelTable, everyStretch_isConstantAndCannotGrow) {
 TEST(KernelTable, sameBank_givesEqualTables) {
   const dvKernelBank bank = kernelBank(KernelKind::Random, 5);
   EXPECT_TRUE(dvKernelTable(bank, 1) == dvKernelTable(bank, 1));
+}
+
+TEST(KernelTable, anyNumberOfThreads_givesTheSameTable) {
+  const dvKernelBank bank = kernelBank(KernelKind::Random, 30);
+  const dvKernelTable alone(bank, 1);
+  for (const int threads : {1, 2, 5}) {
+    ThreadParallel parallel(threads);
+    const dvKernelTable table(bank, 1, parallel);
+    EXPECT_TRUE(table == alone);
+    for (int dy = -30; dy <= 30; ++dy) {
+      for (int radius = 0; radius <= 30; ++radius) {
+        EXPECT_EQ(table.rowsAt(dy)[radius].centre, alone.rowsAt(dy)[radius].centre);
+        EXPECT_EQ(table.rowsAt(dy)[radius].begin, alone.rowsAt(dy)[radius].begin);
+        EXPECT_EQ(table.rowsAt(dy)[radius].constantEnd, alone.rowsAt(dy)[radius].constantEnd);
+      }
+    }
+  }
 }
 
 TEST(KernelTable, oneValueApart_isUnequal) {

@@ -93,6 +93,18 @@ TEST(SplatGroups, shift_separatesTheChannelsThatMove) {
   EXPECT_EQ(groups[2].shift, 0.0F);
 }
 
+TEST(SplatGroups, groupsOfEqualKernels_shareATable) {
+  const std::vector<int> channels{1, 2, 3, 4};
+  dvKernelBank bank = equalPlanes(channels);
+  for (dvChannelFloatBuffer& entry : bank)
+    entry.plane(4)[0] = 7.0F;
+  const auto groups = splatGroups(bank, aberration(2.0F), channels);
+  ASSERT_EQ(groups.size(), 4U);
+  EXPECT_EQ(groups[1].kernels, groups[0].kernels);
+  EXPECT_EQ(groups[2].kernels, groups[0].kernels);
+  EXPECT_NE(groups[3].kernels, groups[0].kernels);
+}
+
 TEST(SplatGroups, negativeAmount_movesBlueInPlaceOfGreen) {
   const std::vector<int> channels{1, 2, 3, 4};
   const auto groups = splatGroups(equalPlanes(channels), aberration(-2.0F), channels);

@@ -1,7 +1,10 @@
 #include "HostPicture.h"
 
+#include <atomic>
 #include <memory>
+#include <vector>
 
+#include "DDImage/Thread.h"
 #include "HalfFloat.h"
 
 namespace drevintool {
@@ -29,18 +32,51 @@ SharedPlane planeOf(const UintSamples& samples) {
   return plane;
 }
 
+// Planes made by many threads, a channel at a time.
+class PlaneWork {
+ public:
+  PlaneWork(const std::vector<const Samples*>& samples, std::vector<SharedPlane>& planes)
+      : samples_(samples), planes_(planes) {}
+
+  void run() {
+    for (std::size_t i = next_++; i < samples_.size(); i = next_++)
+      planes_[i] = std::visit([](const auto& s) { return planeOf(s); }, *samples_[i]);
+  }
+
+ private:
+  const std::vector<const Samples*>& samples_;
+  std::vector<SharedPlane>& planes_;
+  std::atomic<std::size_t> next_{0};
+};
+
+std::vector<SharedPlane> planesOf(const std::vector<const Samples*>& samples) {
+  std::vector<SharedPlane> planes(samples.size());
+  PlaneWork work(samples, planes);
+  const auto run = [](unsigned /*index*/, unsigned /*count*/, void* self) {
+    static_cast<PlaneWork*>(self)->run();
+  };
+  DD::Image::Thread::spawn(run, DD::Image::Thread::numCPUs, &work);
+  DD::Image::Thread::wait(&work);
+  return planes;
+}
+
 }  // namespace
 
 embedded::Image hostImage(const Picture& picture) {
   embedded::Image image;
   image.format = DD::Image::Format(picture.width, picture.height, picture.pixelAspect);
   image.box = hostBox(picture.box);
+  std::vector<DD::Image::Channel> numbers;
+  std::vector<const Samples*> samples;
   for (const PictureChannel& channel : picture.channels) {
     const DD::Image::Channel number = DD::Image::getChannel(channel.hostName.c_str());
     if (number == DD::Image::Chan_Black) continue;
-    image.planes[number] =
-        std::visit([](const auto& samples) { return planeOf(samples); }, channel.samples);
+    numbers.push_back(number);
+    samples.push_back(&channel.samples);
   }
+  const std::vector<SharedPlane> planes = planesOf(samples);
+  for (std::size_t i = 0; i < planes.size(); ++i)
+    image.planes[numbers[i]] = planes[i];
   return image;
 }
 
