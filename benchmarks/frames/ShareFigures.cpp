@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "DDImage/Thread.h"
 #include "frames/Figures.h"
 #include "frames/FrameBench.h"
 #include "frames/Measure.h"
@@ -61,12 +62,14 @@ TableLine viewLine(const TablePlan& plan) {
 TableLine threadLine(const std::string& scene, const TablePlan& plan) {
   FrameBench one(frameCase(scene, plan.largeBlur, plan.frame), plan);
   FrameBench two(frameCase(scene, plan.largeBlur, plan.frame), plan);
+  const unsigned before = DD::Image::Thread::numCPUs;
   for (int round = 0; round < plan.rounds; ++round) {
     embedded::setThreadCount(1);
     one.timeFrame();
     embedded::setThreadCount(2);
     two.timeFrame();
   }
+  embedded::setThreadCount(before);
   TableLine line;
   line.figure = fmt::format("threads 1 to 2, {}, {} px", scene, plan.largeBlur);
   line.ours =
