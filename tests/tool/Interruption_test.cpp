@@ -29,6 +29,9 @@ class Interruption : public ::testing::Test {
                       options);
   }
 
+  /// Measured: 0.2 s. Sanitizers take their time at the end.
+  static constexpr double soon = DREVIN_SANITIZED != 0 ? 10.0 : 5.0;
+
   void expectNothingLeft() const {
     EXPECT_EQ(folder_.entries(), (std::vector<std::string>{"in.exr", "out.exr"}));
     EXPECT_TRUE(bytesOfFile(output_) == "the picture from before");
@@ -39,22 +42,20 @@ class Interruption : public ::testing::Test {
   std::string output_ = folder_.file("out.exr");
 };
 
-TEST_F(Interruption, interrupt_ends130AndLeavesNothing) {
+TEST_F(Interruption, interrupt_ends130SoonAndLeavesNothing) {
   const RunResult result = renderAndSend(SIGINT);
   EXPECT_EQ(result.exitCode, 130);
+  EXPECT_LT(result.secondsAfterSignal, soon);
   EXPECT_TRUE(isOneErrorLine(result.error)) << result.error;
   expectNothingLeft();
 }
 
-TEST_F(Interruption, terminate_ends143AndLeavesNothing) {
+TEST_F(Interruption, terminate_ends143SoonAndLeavesNothing) {
   const RunResult result = renderAndSend(SIGTERM);
   EXPECT_EQ(result.exitCode, 143);
+  EXPECT_LT(result.secondsAfterSignal, soon);
   EXPECT_TRUE(isOneErrorLine(result.error)) << result.error;
   expectNothingLeft();
-}
-
-TEST_F(Interruption, rendersStopSoon) {
-  EXPECT_LT(renderAndSend(SIGINT).secondsAfterSignal, 10.0);
 }
 
 }  // namespace
