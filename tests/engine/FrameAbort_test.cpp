@@ -14,6 +14,8 @@
 namespace drevin::test {
 namespace {
 
+constexpr int attempts = DREVIN_SANITIZED != 0 ? 5 : 40;
+
 /// Several groups, slices, tiles that are transformed, and direct splats.
 LiteralScene sceneOfAllStages() {
   LiteralScene scene = stagedScene(24.0F, 3, 180, 140);
@@ -35,7 +37,7 @@ TEST(FrameAbort, atAnyItem_endsWithWhatHasBegun) {
   Draw draw(21);
   for (const dvTileChoice choice : {dvTileChoice::Everything, dvTileChoice::ByCost}) {
     const int all = itemsOf(frame, lines, choice);
-    for (int i = 0; i < 40; ++i) {
+    for (int i = 0; i < attempts; ++i) {
       const int items = draw.whole(1, all);
       ThreadParallel parallel(draw.whole(1, 6));
       parallel.abortAfter(items);
@@ -57,7 +59,7 @@ TEST(FrameAbort, fromAnotherThreadAtAnyTime_endsTheFrame) {
       std::chrono::steady_clock::now() - begin);
   Draw draw(22);
   int cutShort = 0;
-  for (int i = 0; i < 20; ++i) {
+  for (int i = 0; i < attempts; ++i) {
     ThreadParallel parallel(4);
     // Some far sooner: a frame that another program held up seems to take long.
     const auto longest = static_cast<int>(taken.count()) / (1 + i % 3 * 10);

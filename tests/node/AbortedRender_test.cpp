@@ -22,6 +22,7 @@ using std::chrono::steady_clock;
 
 constexpr int width = 170;
 constexpr int height = 140;
+constexpr int attempts = DREVIN_SANITIZED != 0 ? 3 : 12;
 
 /// Clears the abort at the end, whatever a test ends with.
 class AbortedRender : public testing::Test {
@@ -96,7 +97,7 @@ void expectAbortsWithoutHarm(NodeBench& bench, unsigned seed) {
   const Whole whole = finished(bench);
   Draw draw(seed);
   int cutShort = 0;
-  for (int i = 0; i < 12; ++i) {
+  for (int i = 0; i < attempts; ++i) {
     bench.options.threads = static_cast<unsigned>(draw.whole(1, 4));
     {
       // Some far sooner: a render that another program held up seems to take long.
