@@ -105,6 +105,16 @@ void dvSliceTiles::choose(dvTileChoice choice, const dvRowCost& cost, dvParallel
     tile.plan = planTile(census(tile), kernels_, dvTileSide, planes, cost, choice);
   });
   findUnits();
+  findOrder();
+}
+
+// Who has summed a tile waits for those before it: that is short where they take about as long.
+void dvSliceTiles::findOrder() {
+  for (const Tile& tile : tiles_) {
+    if (tile.plan.largest >= 0) order_.push_back(&tile);
+  }
+  std::stable_sort(order_.begin(), order_.end(),
+                   [](const Tile* a, const Tile* b) { return a->plan.time > b->plan.time; });
 }
 
 void dvSliceTiles::findUnits() {
@@ -119,8 +129,7 @@ void dvSliceTiles::findUnits() {
 }
 
 bool dvSliceTiles::hasTransforms() const {
-  return std::any_of(tiles_.begin(), tiles_.end(),
-                     [](const Tile& tile) { return tile.plan.largest >= 0; });
+  return !order_.empty();
 }
 
 dvFrameBox dvSliceTiles::reachOf(const Tile& tile) {
@@ -131,9 +140,8 @@ dvFrameBox dvSliceTiles::reachOf(const Tile& tile) {
 
 std::vector<dvColumnSpan> dvSliceTiles::reached(const dvFrameBox& box) const {
   std::vector<dvColumnSpan> rows(static_cast<std::size_t>(box.height()));
-  for (const Tile& tile : tiles_) {
-    if (tile.plan.largest < 0) continue;
-    const dvFrameBox reach = reachOf(tile);
+  for (const Tile* tile : order_) {
+    const dvFrameBox reach = reachOf(*tile);
     const dvColumnSpan columns{std::max(reach.left, box.left) - box.left,
                                std::min(reach.right, box.right) - box.left};
     for (int y = std::max(reach.bottom, box.bottom); y < std::min(reach.top, box.top); ++y) {
@@ -227,10 +235,9 @@ void dvSliceTiles::sum(dvSpectrumCache& spectra, dvParallel& parallel,
   std::vector<Impulses> scratches(static_cast<std::size_t>(parallel.workers()));
   const dvFrameBox& box = planes.front().box();
   dvTurns turns;
-  parallel.forEach(static_cast<int>(tiles_.size()), [&](int worker, int item) {
+  parallel.forEach(static_cast<int>(order_.size()), [&](int worker, int item) {
     dvTurns::Turn turn(turns, item);
-    const Tile& tile = tiles_[static_cast<std::size_t>(item)];
-    if (tile.plan.largest < 0) return;
+    const Tile& tile = *order_[static_cast<std::size_t>(item)];
     Impulses& scratch = scratches[static_cast<std::size_t>(worker)];
     if (scratch.sum == nullptr) {
       scratch.sum = std::make_unique<dvTileSum>(dvTileSide, static_cast<int>(planes.size()));

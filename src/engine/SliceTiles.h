@@ -47,8 +47,8 @@ class dvSliceTiles {
   /// the order of the weights. Planes that are transformed as one take each other's rounding.
   float unit(std::size_t plane) const { return units_[plane]; }
   /// Adds the transformed part to the planes (values, then weight), which share a box, and what it
-  /// may be off by, in units of 1, to `rounding`. Tiles are summed at once, but added in order, so
-  /// that threads do not show.
+  /// may be off by, in units of 1, to `rounding`. Tiles are summed at once, but added one after the
+  /// other in an order of their own, so that threads do not show.
   void sum(dvSpectrumCache& spectra, dvParallel& parallel, std::vector<dvFramePlane<float>>& planes,
            dvTransformRounding& rounding) const;
 
@@ -89,6 +89,7 @@ class dvSliceTiles {
   void findLights(Tile& tile) const;
   dvTileCensus census(const Tile& tile) const;
   void findUnits();
+  void findOrder();
   void collectImpulses(const Tile& tile, Impulses& impulses) const;
   /// Adds the splats to the planes, and their squares to those of all.
   void addToPlanes(const ImpulseList& splats, double kernelSquare, Impulses& impulses) const;
@@ -109,7 +110,8 @@ class dvSliceTiles {
   dvCutKernels kernels_;
   int across_;
   std::vector<Tile> tiles_;
-  std::vector<float> units_;  ///< by plane
+  std::vector<float> units_;        ///< by plane
+  std::vector<const Tile*> order_;  ///< in which those with transforms are added
 };
 
 }  // namespace drevin

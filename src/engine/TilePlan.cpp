@@ -93,8 +93,10 @@ dvTilePlan planTile(const dvTileCensus& census, const dvCutKernels& kernels, int
     if (!everything && !(fits && candidate.directTime > add)) continue;
     plan.transformed[static_cast<std::size_t>(candidate.place)] = 1;
     plan.largest = std::max(plan.largest, candidate.radius);
+    plan.time += add;
   }
   plan.length = transformSide(side + 2 * plan.largest);
+  plan.time += fourierFinishCost(plan.length, planes);
   return plan;
 }
 

@@ -47,6 +47,7 @@ struct dvTilePlan {
   int largest = -1;                       ///< largest radius of those; -1: none
   int length = 0;                         ///< of the transform
   double gain = 0.0;                      ///< time saved, ns
+  double time = 0.0;                      ///< that the transforms are expected to take, ns
 
   bool takes(int place) const {
     return largest >= 0 && place >= 0 && transformed[static_cast<std::size_t>(place)] != 0;
