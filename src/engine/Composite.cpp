@@ -24,4 +24,9 @@ void divideByCoverage(const std::vector<float*>& colours, const double* coverage
     compositeCode().divide(values, coverage, width);
 }
 
+void divideCoverageByItself(const double* coverage, int width, float* colour) {
+  for (int i = 0; i < width; ++i)
+    colour[i] = static_cast<float>(coverage[i] > 0.0 ? coverage[i] / coverage[i] : coverage[i]);
+}
+
 }  // namespace drevin

@@ -22,4 +22,7 @@ void compositeSlice(const std::vector<std::vector<double>>& sums, const dvColumn
 /// Divides colours by the coverage where that is above 0, columns [0, width).
 void divideByCoverage(const std::vector<float*>& colours, const double* coverage, int width);
 
+/// The same of a colour whose sums are those of the coverage.
+void divideCoverageByItself(const double* coverage, int width, float* colour);
+
 }  // namespace drevin

@@ -30,7 +30,7 @@ double slowness() {
 }  // namespace
 
 double fourierAddCost(int side, int length, int planes) {
-  return 0.04 * slowness() * transformWork(length, planes * static_cast<double>(side + length));
+  return 0.05 * slowness() * transformWork(length, planes * static_cast<double>(side + length));
 }
 
 double fourierFinishCost(int length, int planes) {

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdint>
 #include <cstdlib>
+#include <utility>
 
 #include "engine/CompositeCode.h"
 #include "engine/SpecialSplats.h"
@@ -56,13 +57,17 @@ std::vector<dvFrameMaker::Scratch> dvFrameMaker::scratches(std::size_t channels)
 void dvFrameMaker::makeGroup(std::size_t place, const dvSplatLines& lines, dvFramePlanes& planes,
                              const std::function<void(double)>& progress) {
   const dvSplatGroup& settings = settings_.groups[place];
+  dvGroupRows rows(lines, place, box_.bottom - padding_, padding_, parallel_);
+  const std::size_t all = settings.places.size();
+  const std::size_t channels = rows.lastIsOne() && all > 1 ? all - 1 : all;
   Group group{settings,
+              channels,
               *settings.kernels,
               spectraOf(*settings.kernels),
-              {*settings.kernels, static_cast<int>(settings.places.size())},
-              {lines, place, box_.bottom - padding_, padding_, parallel_},
+              {*settings.kernels, static_cast<int>(channels)},
+              std::move(rows),
               dvFramePlane<double>(box_),
-              scratches(settings.places.size()),
+              scratches(channels),
               {},
               nullptr};
   for (std::size_t slice = 0; slice < settings_.slices && !parallel_.aborted(); ++slice) {
@@ -88,11 +93,11 @@ void dvFrameMaker::makeSlice(Group& group, std::size_t slice, dvFramePlanes& pla
 
 bool dvFrameMaker::transform(Group& group, std::size_t slice) {
   dvSliceTiles tiles(
-      group.settings, group.rows, slice,
+      group.kernels, group.channels, group.rows, slice,
       {box_.left - padding_, box_.bottom - padding_, box_.right + padding_, box_.top + padding_});
   tiles.choose(choice_, group.cost, parallel_);
   if (!tiles.hasTransforms()) return false;
-  const std::size_t count = group.settings.places.size() + 1;
+  const std::size_t count = group.channels + 1;
   Transformed& transformed = group.transformed;
   if (group.rounding == nullptr) {
     group.rounding =
@@ -175,8 +180,8 @@ void dvFrameMaker::Transformed::moveTo(std::vector<std::vector<double>>& sums, i
 void dvFrameMaker::pointAt(const Group& group, int x, int y, dvFramePlanes& planes,
                            std::vector<float*>& colours) {
   const std::vector<std::size_t>& places = group.settings.places;
-  colours.resize(places.size());
-  for (std::size_t i = 0; i < places.size(); ++i)
+  colours.resize(group.channels);
+  for (std::size_t i = 0; i < group.channels; ++i)
     colours[i] = planes[places[i]].row(y) + (x - planes[places[i]].box().left);
 }
 
@@ -192,6 +197,9 @@ void dvFrameMaker::finishRow(Group& group, int y, dvFramePlanes& planes, Scratch
   }
   pointAt(group, box_.left, y, planes, scratch.colours);
   divideByCoverage(scratch.colours, coverage, box_.width());
+  const std::vector<std::size_t>& places = group.settings.places;
+  if (group.channels < places.size())
+    divideCoverageByItself(coverage, box_.width(), planes[places.back()].row(y));
 }
 
 void dvFrameMaker::repairSpan(Group& group, int y, int left, int right,

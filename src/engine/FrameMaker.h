@@ -68,6 +68,7 @@ class dvFrameMaker {
   /// What is being summed and composited.
   struct Group {
     const dvSplatGroup& settings;
+    std::size_t channels;  ///< that are summed: a last one of values 1 is its own weight
     const dvKernelTable& kernels;
     dvSpectrumCache& spectra;
     dvRowCost cost;
@@ -93,7 +94,7 @@ class dvFrameMaker {
                  dvRowSums& sums) const;
   void addSpecials(const Group& group, std::size_t slice, int y, int left, int right,
                    std::vector<std::vector<double>>& sums) const;
-  /// The row's places of the group's channels, from column x on.
+  /// The row's places of the channels that are summed, from column x on.
   static void pointAt(const Group& group, int x, int y, dvFramePlanes& planes,
                       std::vector<float*>& colours);
   void finishRow(Group& group, int y, dvFramePlanes& planes, Scratch& scratch) const;

@@ -16,6 +16,7 @@ dvGroupRows::dvGroupRows(const dvSplatLines& lines, std::size_t group, int botto
     for (const dvCentredSplats& splats : lines[i]->groups[group]) {
       rows_.push_back({&splats, bottom + static_cast<int>(i)});
       greatestShift_ = std::max(greatestShift_, std::abs(rows_.back().shift()));
+      lastIsOne_ = lastIsOne_ && splats.lastIsOne;
       hasSpecials_ = hasSpecials_ || !splats.specials.empty();
     }
   }
@@ -48,6 +49,15 @@ dvGroupRows::Span dvGroupRows::centred(int bottom, int top) const {
     return byCentre_.data() + (found - byCentre_.begin());
   };
   return {place(bottom), place(top)};
+}
+
+int dvGroupRows::largestRadius(std::size_t slice) const {
+  int largest = -1;
+  for (std::size_t row = 0; row < rows_.size(); ++row) {
+    const dvSplatRow& splats = rows_[row].splats->row;
+    largest = std::max(largest, reaches_[row].largest(splats.begin(slice), splats.end(slice)));
+  }
+  return largest;
 }
 
 bool dvGroupRows::isEmpty(std::size_t slice) const {

@@ -48,10 +48,15 @@ class dvGroupRows {
 
   /// Whether any row has special splats.
   bool hasSpecials() const { return hasSpecials_; }
+  /// Whether the last value of every splat is 1.
+  bool lastIsOne() const { return lastIsOne_; }
   /// The rows whose sources reach output row y.
   dvRecordRange reaching(int y) const;
   /// The rows centred on [bottom, top), by centre.
   Span centred(int bottom, int top) const;
+  /// No splat of a slice has a larger kernel; splats of the neighbouring slices may count as well.
+  /// -1 for a slice without splats.
+  int largestRadius(std::size_t slice) const;
   /// Whether no row has a splat in a slice.
   bool isEmpty(std::size_t slice) const;
 
@@ -60,6 +65,7 @@ class dvGroupRows {
   int padding_;
   int greatestShift_ = 0;
   bool hasSpecials_ = false;
+  bool lastIsOne_ = true;
   std::vector<Row> rows_;
   std::vector<std::size_t> firstOfSource_;  ///< by source row, and behind the last
   std::vector<std::size_t> byCentre_;

@@ -24,7 +24,7 @@ bool sameKinds(const dvSplatKind* kinds, int count) {
 
 }  // namespace
 
-dvRowBatch::dvRowBatch(int channels, int left) : channels_(channels), left_(left) {
+dvRowBatch::dvRowBatch(int left) : left_(left) {
   scattered_.reserve(capacity);
   gathered_.reserve(capacity);
 }
@@ -51,17 +51,18 @@ std::size_t dvRowBatch::collect(const dvSplatRow& row, std::size_t begin, std::s
   return begin;
 }
 
-inline dvRowRecord dvRowBatch::ready(const dvSplatRow& row, std::size_t record) const {
+inline dvRowRecord dvRowBatch::ready(const dvSplatRow& row, std::size_t stride,
+                                     std::size_t record) const {
   const dvSplatRecord& from = row.records[record];
-  return {row.values.data() + record * static_cast<std::size_t>(channels_), from.near, from.far,
-          columnFrom(left_, from.x)};
+  return {row.values.data() + record * stride, from.near, from.far, columnFrom(left_, from.x)};
 }
 
 void dvRowBatch::takeAll(const dvSplatRow& row, std::size_t begin, std::size_t end,
                          const dvSplatKind* kinds) {
   std::copy(kinds, kinds + (end - begin), kinds_ + count_);
+  const std::size_t stride = row.stride();
   for (; begin < end; ++begin)
-    records_[count_++] = ready(row, begin);
+    records_[count_++] = ready(row, stride, begin);
 }
 
 // First which, without a branch that depends on the record: that is not predictable.
@@ -73,9 +74,10 @@ void dvRowBatch::take(const dvSplatRow& row, std::size_t begin, std::size_t end,
     taken[count] = i;
     count += static_cast<int>(kinds[i] >= least);
   }
+  const std::size_t stride = row.stride();
   for (int i = 0; i < count; ++i) {
     kinds_[count_] = kinds[taken[i]];
-    records_[count_++] = ready(row, begin + taken[i]);
+    records_[count_++] = ready(row, stride, begin + taken[i]);
   }
 }
 

@@ -27,8 +27,8 @@ struct dvRowChoice {
 
 class dvRowBatch {
  public:
-  /// Columns count from `left`; `channels` values a record.
-  dvRowBatch(int channels, int left);
+  /// Columns count from `left`.
+  explicit dvRowBatch(int left);
 
   /// Collects records from `begin` on that reach `distance` rows, up to `end` or until the batch is
   /// full, in place of those it held. Gives where to go on; `reach`, of the same row, may be null.
@@ -60,12 +60,11 @@ class dvRowBatch {
   void take(const dvSplatRow& row, std::size_t begin, std::size_t end, const dvSplatKind* kinds,
             int least);
   void takeAll(const dvSplatRow& row, std::size_t begin, std::size_t end, const dvSplatKind* kinds);
-  dvRowRecord ready(const dvSplatRow& row, std::size_t record) const;
+  dvRowRecord ready(const dvSplatRow& row, std::size_t stride, std::size_t record) const;
   void cutAsTheyAre(const RunMaker& maker);
   void cutByKind(const RunMaker& maker, int least, int most);
   void appendRun(const RunMaker& maker, int kind, const dvRowRecord* records, int count);
 
-  int channels_;
   int left_;
   int count_ = 0;
   dvRowRecord records_[capacity];

@@ -41,7 +41,7 @@ dvRowSums::dvRowSums(int channels, int left, int right, dvRowShape shape, dvRowO
       cells_(cellsOf(left, right)),
       choice_(choiceOf(shape, order)),
       code_(&rowCode(simdLevel())),
-      batch_(channels, left),
+      batch_(left),
       sums_(static_cast<std::size_t>(cells_) * (static_cast<std::size_t>(channels) + 1)),
       totals_(sums_.size()),
       edges_((static_cast<std::size_t>(cells_) + 1) *

@@ -43,7 +43,8 @@ enum class dvRowShape { Quickest, Dense, Rims };
 /// Tests: RowSums_test.cpp
 class dvRowSums {
  public:
-  /// channels >= 1; right <= left gives a row without columns.
+  /// channels >= 1, of records that have as many values at least; right <= left gives a row without
+  /// columns.
   dvRowSums(int channels, int left, int right, dvRowShape shape = dvRowShape::Quickest,
             dvRowOrder order = dvRowOrder::Quickest);
 

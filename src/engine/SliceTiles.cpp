@@ -18,15 +18,15 @@ int tilesAlong(int pixels) {
 
 }  // namespace
 
-dvSliceTiles::dvSliceTiles(const dvSplatGroup& group, const dvGroupRows& rows, std::size_t slice,
-                           const dvFrameBox& sources)
-    : group_(group),
+dvSliceTiles::dvSliceTiles(const dvKernelTable& kernels, std::size_t channels,
+                           const dvGroupRows& rows, std::size_t slice, const dvFrameBox& sources)
+    : channels_(channels),
       rows_(rows),
       slice_(slice),
       sources_(sources),
-      kernels_(group.kernels->largestRadius(), rows.padding(), rows.greatestShift()),
+      kernels_(kernels.largestRadius(), rows.padding(), rows.greatestShift()),
       across_(tilesAlong(sources.width())),
-      units_(group.places.size() + 1, 1.0F) {
+      units_(channels + 1, 1.0F) {
   for (int y = sources.bottom; y < sources.top; y += dvTileSide) {
     for (int x = sources.left; x < sources.right; x += dvTileSide) {
       Tile tile;
@@ -49,28 +49,28 @@ template <typename Visit>
 void dvSliceTiles::forEachRecord(const Tile& tile, const Visit& visit) const {
   for (const Part& part : tile.parts) {
     const dvSplatRow& row = part.row->splats->row;
-    const float* values = row.values.data() + part.records.begin * channels();
-    for (std::size_t r = part.records.begin; r < part.records.end; ++r, values += channels())
+    const std::size_t stride = row.stride();
+    const float* values = row.values.data() + part.records.begin * stride;
+    for (std::size_t r = part.records.begin; r < part.records.end; ++r, values += stride)
       visit(*part.row, row.records[r], values);
   }
 }
 
 void dvSliceTiles::findLights(Tile& tile) const {
-  const std::size_t channels = this->channels();
-  std::vector<double> sums(channels + 1, 0.0);
+  std::vector<double> sums(channels_ + 1, 0.0);
   std::size_t count = 0;
   forEachRecord(tile, [&](const dvGroupRows::Row& /*from*/, const dvSplatRecord& record,
                           const float* values) {
     const auto share = static_cast<double>(record.near + record.far);
-    for (std::size_t c = 0; c < channels; ++c)
+    for (std::size_t c = 0; c < channels_; ++c)
       sums[c] += share * static_cast<double>(std::fabs(values[c]));
-    sums[channels] += share;
+    sums[channels_] += share;
     ++count;
   });
-  tile.light.assign(channels + 1, 0.0F);
-  for (std::size_t c = 0; c <= channels && count > 0; ++c) {
+  tile.light.assign(channels_ + 1, 0.0F);
+  for (std::size_t c = 0; c <= channels_ && count > 0; ++c) {
     const float mean = static_cast<float>(sums[c] / static_cast<double>(count));
-    const float greatest = c == channels ? dvGreatestShare : dvGreatestTransformed;
+    const float greatest = c == channels_ ? dvGreatestShare : dvGreatestTransformed;
     tile.light[c] = std::fmin(dvLightRatio * mean, greatest);
   }
 }
@@ -96,6 +96,7 @@ dvTileCensus dvSliceTiles::census(const Tile& tile) const {
 
 void dvSliceTiles::choose(dvTileChoice choice, const dvRowCost& cost, dvParallel& parallel) {
   if (choice == dvTileChoice::Nothing) return;
+  if (choice == dvTileChoice::ByCost && rows_.largestRadius(slice_) < dvLeastTransformed) return;
   const int planes = static_cast<int>(units_.size());
   parallel.forEach(static_cast<int>(tiles_.size()), [&](int /*worker*/, int item) {
     Tile& tile = tiles_[static_cast<std::size_t>(item)];
@@ -118,7 +119,7 @@ void dvSliceTiles::findOrder() {
 }
 
 void dvSliceTiles::findUnits() {
-  for (std::size_t c = 0; c < channels(); ++c) {
+  for (std::size_t c = 0; c < channels_; ++c) {
     float mean = 0.0F;
     for (const Tile& tile : tiles_) {
       if (tile.plan.largest >= 0) mean = std::max(mean, tile.light[c] / dvLightRatio);
@@ -175,7 +176,7 @@ void dvSliceTiles::addToPlanes(const ImpulseList& splats, double kernelSquare,
                                Impulses& impulses) const {
   for (std::size_t p = 0; p < units_.size(); ++p) {
     float* plane = impulses.planes.data() + p * planeSize;
-    const bool isWeight = p == channels();
+    const bool isWeight = p == channels_;
     const float perUnit = 1.0F / units_[p];
     double squares = 0.0;
     for (const Impulse& splat : splats) {
@@ -269,9 +270,10 @@ dvSplatRow dvSliceTiles::directRow(std::size_t place) const {
   dvSplatRow direct;
   const dvGroupRows::Row& from = rows_[place];
   const dvSplatRow& row = from.splats->row;
+  const std::size_t stride = row.stride();
   for (std::size_t r = row.begin(slice_); r < row.end(slice_); ++r) {
     dvSplatRecord record = row.records[r];
-    const float* values = row.values.data() + r * channels();
+    const float* values = row.values.data() + r * stride;
     const Tile* tile = tileOf(record.x, from.splats->centreY);
     if (tile != nullptr && tile->plan.largest >= 0 && !isLight(*tile, record, values)) {
       if (tile->plan.takes(kernels_.place(record.radius, from.shift()))) record.near = 0.0F;
@@ -279,7 +281,7 @@ dvSplatRow dvSliceTiles::directRow(std::size_t place) const {
     }
     if (record.near == 0.0F && record.far == 0.0F) continue;
     direct.records.push_back(record);
-    direct.values.insert(direct.values.end(), values, values + channels());
+    direct.values.insert(direct.values.end(), values, values + channels_);
   }
   direct.sliceBegin = {0, static_cast<std::uint32_t>(direct.records.size())};
   return direct;

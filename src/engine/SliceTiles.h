@@ -18,6 +18,8 @@ namespace drevin {
 /// Source pixels along a tile's side. Larger ones overlap less, but their transforms no longer fit
 /// into the caches: 256 was measured to be no faster where one blur fills the picture, 384 slower.
 constexpr int dvTileSide = 128;
+/// A slice with no larger radius is quicker splatted than sorted into tiles.
+constexpr int dvLeastTransformed = 12;
 /// A value this many times the mean of its tile is a light: it would drown its neighbours in the
 /// rounding of a transform, and is splatted by itself.
 constexpr float dvLightRatio = 16.0F;
@@ -31,10 +33,10 @@ constexpr float dvGreatestShare = 4.0F;
 
 class dvSliceTiles {
  public:
-  /// Splats that are centred outside `sources`, as a chromatic shift may leave them, stay direct.
-  /// All must outlive this.
-  dvSliceTiles(const dvSplatGroup& group, const dvGroupRows& rows, std::size_t slice,
-               const dvFrameBox& sources);
+  /// Sums the first `channels` values of the splats. Splats that are centred outside `sources`, as
+  /// a chromatic shift may leave them, stay direct. All must outlive this.
+  dvSliceTiles(const dvKernelTable& kernels, std::size_t channels, const dvGroupRows& rows,
+               std::size_t slice, const dvFrameBox& sources);
 
   /// Chooses every tile's kernels. `cost` is that of the group's kernels.
   void choose(dvTileChoice choice, const dvRowCost& cost, dvParallel& parallel);
@@ -101,9 +103,8 @@ class dvSliceTiles {
   static bool isLight(const Tile& tile, const dvSplatRecord& record, const float* values);
   /// Null outside the tiles.
   const Tile* tileOf(int x, int y) const;
-  std::size_t channels() const { return group_.places.size(); }
 
-  const dvSplatGroup& group_;
+  std::size_t channels_;
   const dvGroupRows& rows_;
   std::size_t slice_;
   dvFrameBox sources_;

@@ -23,7 +23,7 @@ void addSplat(const dvSpecialSplat& splat, int pass, int dy, const dvKernelTable
   const std::int64_t count = std::min<std::int64_t>(right, x + radius + 1) - first;
   if (count <= 0) return;
   const float* kernel = kernels.row(radius, radius - dy) + (first - x + radius);
-  for (std::size_t c = 0; c < splat.values.size(); ++c)
+  for (std::size_t c = 0; c + 1 < sums.size(); ++c)
     addKernelRow(kernel, splat.share[pass], splat.values[c], count, sums[c].data() + first - left);
   addKernelRow(kernel, splat.share[pass], 1.0F, count, sums.back().data() + first - left);
 }

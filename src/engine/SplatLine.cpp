@@ -90,6 +90,7 @@ inline void dvSplatLineMaker::addToGroup(const dvSplatGroup& group, const dvSpla
       group.shift == 0.0F ? 0.0F : shiftDistance(group.shift, source.coc, source.chromaticMatte);
   const int x = shiftedPlace(source.x, distance);
   Centred& centred = rowAt(shiftedPlace(source.y, distance), group.places.size(), made);
+  centred.lastIsOne = centred.lastIsOne && values_[group.places.back()] == 1.0F;
   bool finite = std::isfinite(kernels.share[0]) && std::isfinite(kernels.share[1]);
   for (const std::size_t place : group.places)
     finite = finite && std::isfinite(values_[place]);
@@ -149,7 +150,8 @@ dvSplatLine dvSplatLineMaker::line() {
   for (Group& group : groups_) {
     std::vector<dvCentredSplats> centred;
     for (Centred& splats : group.rows) {
-      centred.push_back({splats.y, sorted(splats, settings_.slices), std::move(splats.specials)});
+      centred.push_back({splats.y, sorted(splats, settings_.slices), std::move(splats.specials),
+                         splats.lastIsOne});
       // Blurs move by shifts of their own, past one another.
       if (settings_.groups[line.groups.size()].shift != 0.0F) centred.back().row.sortByColumn();
     }

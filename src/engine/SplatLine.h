@@ -28,6 +28,7 @@ struct dvCentredSplats {
   int centreY = 0;
   dvSplatRow row;
   std::vector<dvSpecialSplat> specials;
+  bool lastIsOne = false;  ///< the last value of all splats, special ones too
 };
 
 /// What a source row adds, for each group. Without a chromatic shift each group has one entry, on
@@ -69,7 +70,8 @@ class dvSplatLineMaker {
   struct Centred {
     explicit Centred(int centreY) : y(centreY) {}
     int y;
-    bool inOrder = true;                ///< no slice is followed by a smaller one
+    bool inOrder = true;  ///< no slice is followed by a smaller one
+    bool lastIsOne = true;
     std::vector<std::uint32_t> slices;  ///< by record
     std::vector<dvSplatRecord> records;
     std::vector<float> values;

@@ -19,7 +19,7 @@ void dvSplatRow::sortByColumn() {
   }
   if (sorted) return;
   const dvSplatRow before = *this;
-  const std::size_t channels = values.size() / records.size();
+  const std::size_t channels = stride();
   for (std::size_t i = 0; i < order.size(); ++i) {
     records[i] = before.records[order[i]];
     const auto from = before.values.begin() + static_cast<std::ptrdiff_t>(order[i] * channels);

@@ -34,6 +34,8 @@ struct dvSplatRow {
   std::vector<dvSplatRecord> records;     ///< of a slice by ascending column
   std::vector<float> values;              ///< one for each channel, record after record
 
+  /// Values of a record.
+  std::size_t stride() const { return records.empty() ? 0 : values.size() / records.size(); }
   std::size_t begin(std::size_t slice) const { return sliceBegin[slice]; }
   std::size_t end(std::size_t slice) const { return sliceBegin[slice + 1]; }
   /// Puts the records of each slice in order, with their values; those of a column stay in theirs.

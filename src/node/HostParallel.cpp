@@ -21,17 +21,16 @@ class Work {
       : parallel_(parallel), function_(function), items_(items) {}
 
   void run(int worker) {
-    try {
-      // What is taken is begun, abort or not: later items may wait for it.
-      while (!parallel_.aborted()) {
-        const int item = next_++;
-        if (item >= items_) return;
+    // What is taken is begun, abort or not: later items may wait for it.
+    while (!parallel_.aborted()) {
+      const int item = next_++;
+      if (item >= items_) return;
+      try {
         function_(worker, item);
+      } catch (...) {
+        fail(item);
+        return;
       }
-    } catch (...) {
-      next_ = items_;
-      const std::lock_guard<std::mutex> lock(mutex_);
-      if (!failure_) failure_ = std::current_exception();
     }
   }
 
@@ -40,11 +39,22 @@ class Work {
   }
 
  private:
+  // Of several that fail the first is told, whichever comes to it first: those before it have
+  // begun.
+  void fail(int item) {
+    next_ = items_;
+    const std::lock_guard<std::mutex> lock(mutex_);
+    if (failure_ && item > failed_) return;
+    failed_ = item;
+    failure_ = std::current_exception();
+  }
+
   const dvParallel& parallel_;
   const std::function<void(int, int)>& function_;
   int items_;
   std::atomic<int> next_{0};
   std::mutex mutex_;
+  int failed_ = 0;
   std::exception_ptr failure_;
 };
 

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <limits>
 
 namespace drevin::test {
@@ -71,6 +72,18 @@ TEST(Composite, division_leavesWhatNothingCovers) {
   const std::vector<double> coverage{0.5, 0.0, 1.0, -0.5};
   divideByCoverage({colour.data()}, coverage.data(), 4);
   EXPECT_EQ(colour, (std::vector<float>{2.0F, 0.0F, 3.0F, 2.0F}));
+}
+
+TEST(Composite, coverageByItself_isOneWhereAnythingCovers) {
+  std::vector<float> colour(4, 7.0F);
+  const std::vector<double> coverage{0.5, 0.0, 1e-30, -0.5};
+  divideCoverageByItself(coverage.data(), 4, colour.data());
+  EXPECT_EQ(colour, (std::vector<float>{1.0F, 0.0F, 1.0F, -0.5F}));
+  for (const double special :
+       {std::numeric_limits<double>::quiet_NaN(), std::numeric_limits<double>::infinity()}) {
+    divideCoverageByItself(&special, 1, colour.data());
+    EXPECT_TRUE(std::isnan(colour[0]));
+  }
 }
 
 }  // namespace

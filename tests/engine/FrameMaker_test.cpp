@@ -187,6 +187,15 @@ TEST(FrameMaker, brightWithoutAlpha_isThatOfTheRowCode) {
                   frame.make(lines, dvTileChoice::Nothing));
 }
 
+TEST(FrameMaker, alphaOfOnesButForOnePixel_isThatOfTheRowCode) {
+  LiteralScene scene = stagedScene(30.0F, 3);
+  for (float& alpha : scene.image.planes[4])
+    alpha = 1.0F;
+  expectSceneOfTheRowCode(scene);
+  scene.image.planes[4][60 * 400 + 200] = 0.25F;
+  expectSceneOfTheRowCode(scene);
+}
+
 TEST(FrameMaker, brightChannelBesideADimOne_isThatOfTheRowCode) {
   LiteralScene scene = farScene(50.0F);
   for (float& value : scene.image.planes[1])

@@ -103,6 +103,22 @@ TEST(GroupRows, reach_isThatOfTheRow) {
   EXPECT_EQ(rows.reach(2).largest(0, 2), 2);
 }
 
+TEST(GroupRows, largestRadius_isThatOfTheSlice) {
+  const Lines lines;
+  EXPECT_EQ(lines.rows().largestRadius(0), -1);
+  EXPECT_EQ(lines.rows().largestRadius(1), 2);
+}
+
+TEST(GroupRows, lastValueOfAllSplats_isOneOrNot) {
+  Lines lines;
+  EXPECT_FALSE(lines.rows().lastIsOne());
+  for (const std::size_t line : {0, 1, 3}) {
+    for (dvCentredSplats& splats : lines[line].groups[0])
+      splats.lastIsOne = true;
+  }
+  EXPECT_TRUE(lines.rows().lastIsOne());
+}
+
 TEST(GroupRows, noLines_haveNoRows) {
   ThreadParallel parallel(1);
   const dvGroupRows rows({}, 0, 10, 2, parallel);

@@ -29,7 +29,7 @@ dvSplatRow numberedRow(int count) {
 /// How often each record is in the runs of its batches.
 std::map<std::size_t, int> runsOf(const dvSplatRow& row, int dy, const dvRowReach* reach) {
   const dvKernelTable kernels(kernelBank(KernelKind::Constant, 12), 1);
-  dvRowBatch batch(1, 0);
+  dvRowBatch batch(0);
   std::map<std::size_t, int> seen;
   for (std::size_t begin = 0; begin < row.records.size();) {
     begin = batch.collect(row, begin, row.records.size(), std::abs(dy), reach);
@@ -77,7 +77,7 @@ TEST(RowBatch, runOfOneRadius_isWholeAcrossItsBlocks) {
     record = {record.x, 5, 0.5F, 0.5F};
   const dvRowReach reach(row);
   const dvKernelTable kernels(kernelBank(KernelKind::Constant, 12), 1);
-  dvRowBatch batch(1, 0);
+  dvRowBatch batch(0);
   EXPECT_EQ(batch.collect(row, 0, 200, 3, &reach), 200U);
   batch.cut(3, kernels, scatterAll);
   ASSERT_EQ(batch.scattered().size(), 1U);
@@ -92,7 +92,7 @@ TEST(RowBatch, innerPart_isWhereBothKernelsAreConstant) {
   dvSplatRow row = numberedRow(1);
   const dvKernelTable kernels(kernelBank(KernelKind::BlankEdges, 12), 1);
   const dvRowChoice rims{1, dvRowOrder::Scatter, rowTimes(dvSimdLevel::Avx512)};
-  dvRowBatch batch(1, 0);
+  dvRowBatch batch(0);
   const auto inner = [&](float near, float far) {
     row.records[0] = {0, 9, near, far};
     batch.collect(row, 0, 1, 0, nullptr);
@@ -107,7 +107,7 @@ TEST(RowBatch, innerPart_isWhereBothKernelsAreConstant) {
 TEST(RowBatch, crowdedRuns_areGatheredAndLonelySplatsScattered) {
   const dvKernelTable kernels(kernelBank(KernelKind::Constant, 12), 1);
   dvSplatRow row = numberedRow(100);
-  dvRowBatch batch(1, 0);
+  dvRowBatch batch(0);
   for (const dvSimdLevel level : {dvSimdLevel::Baseline, dvSimdLevel::Avx2, dvSimdLevel::Avx512}) {
     const dvRowChoice choice{std::numeric_limits<int>::max(), dvRowOrder::Quickest,
                              rowTimes(level)};

@@ -62,7 +62,7 @@ class Field {
   dvSliceTiles tiles(int padding = largestRadius) const {
     ThreadParallel parallel(1);
     rowsOfTiles_.push_back(std::make_unique<dvGroupRows>(places_, 0, bottom_, padding, parallel));
-    return {group_, *rowsOfTiles_.back(), 0, sources()};
+    return {kernels(), channels, *rowsOfTiles_.back(), 0, sources()};
   }
   dvFrameBox sources() const { return {left_, bottom_, left_ + width_, bottom_ + rows()}; }
   dvRowCost cost() const { return {kernels(), channels}; }
@@ -199,6 +199,12 @@ TEST(SliceTiles, choiceByCost_transformsUniformBlur) {
 
 TEST(SliceTiles, choiceByCost_leavesSparseSplatsDirect) {
   EXPECT_FALSE(chosen(drawnField(20, 20, 97), dvTileChoice::ByCost).hasTransforms());
+}
+
+TEST(SliceTiles, choiceByCost_leavesSmallBlursDirect) {
+  const int small = dvLeastTransformed - 2;
+  EXPECT_FALSE(chosen(drawnField(small, small), dvTileChoice::ByCost).hasTransforms());
+  EXPECT_TRUE(chosen(drawnField(small, small), dvTileChoice::Everything).hasTransforms());
 }
 
 TEST(SliceTiles, choiceByCost_leavesSharpPixelsDirect) {

@@ -433,6 +433,25 @@ TEST(SplatLine, nanInOneGroup_leavesTheOthersAsTheyAre) {
   EXPECT_EQ(line.groups[1].front().row.values, std::vector<float>{3.0F});
 }
 
+TEST(SplatLine, lastValueOfAllSplats_isOneOrNot) {
+  LineBench bench({1, 2});
+  const auto lastIsOne = [&](float first, float last) {
+    bench.prepare().groups.front().places = {0, 1};
+    bench.settings.groups.resize(1);
+    dvSplatLineMaker maker(bench.settings, LineBench::sourceY);
+    for (int x = 0; x < 3; ++x) {
+      maker.pixel(1) = first;
+      maker.pixel(2) = x == 1 ? last : 1.0F;
+      maker.splat(sourceAt(x, 3.0F));
+    }
+    return onlyRow(maker.line()).lastIsOne;
+  };
+  EXPECT_TRUE(lastIsOne(0.5F, 1.0F));
+  EXPECT_FALSE(lastIsOne(1.0F, 0.5F));
+  EXPECT_TRUE(lastIsOne(nan, 1.0F));
+  EXPECT_FALSE(lastIsOne(1.0F, nan));
+}
+
 TEST(SplatLine, severalSourcesOfAColumn_areAllKeptInTheirOrder) {
   LineBench bench;
   dvSplatLineMaker maker(bench.prepare(), LineBench::sourceY);
