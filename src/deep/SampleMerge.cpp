@@ -29,6 +29,13 @@ dvDeepPiece frontPiece(const dvDeepSamples& samples, std::size_t k) {
   return cutPiece(samples, k, samples.fronts[k], samples.fronts[k - 1]);
 }
 
+bool isNearer(const dvDeepPiece& a, const dvDeepPiece& b) {
+  const float frontA = sortedDepth(a.front);
+  const float frontB = sortedDepth(b.front);
+  if (frontA != frontB) return frontA < frontB;
+  return sortedDepth(a.back) < sortedDepth(b.back);
+}
+
 /// The rest of sample k behind sample k - 1, if there is one.
 void addRemainder(const dvDeepSamples& samples, std::size_t k, std::vector<dvDeepPiece>& pieces) {
   const float next = samples.backs[k - 1];
@@ -59,12 +66,24 @@ void combineSamples(const dvDeepSamples& samples, std::vector<dvDeepPiece>& piec
 }
 
 void sortPieces(std::vector<dvDeepPiece>& pieces) {
-  std::stable_sort(pieces.begin(), pieces.end(), [](const dvDeepPiece& a, const dvDeepPiece& b) {
-    const float frontA = sortedDepth(a.front);
-    const float frontB = sortedDepth(b.front);
-    if (frontA != frontB) return frontA < frontB;
-    return sortedDepth(a.back) < sortedDepth(b.back);
-  });
+  // What is in order already, as pieces of apart samples are, or short, needs no room to sort.
+  constexpr std::size_t fewPieces = 24;
+  const std::size_t count = pieces.size();
+  std::size_t sorted = std::min(count, std::size_t{1});
+  while (sorted < count && !isNearer(pieces[sorted], pieces[sorted - 1]))
+    ++sorted;
+  if (sorted == count) return;
+  if (count > fewPieces) {
+    std::stable_sort(pieces.begin(), pieces.end(), isNearer);
+    return;
+  }
+  for (; sorted < count; ++sorted) {
+    const dvDeepPiece piece = pieces[sorted];
+    std::size_t place = sorted;
+    for (; place > 0 && isNearer(piece, pieces[place - 1]); --place)
+      pieces[place] = pieces[place - 1];
+    pieces[place] = piece;
+  }
 }
 
 void mergeSamples(const dvDeepSamples& samples, std::vector<dvDeepPiece>& pieces) {

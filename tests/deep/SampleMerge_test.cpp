@@ -4,6 +4,7 @@
 
 #include <cmath>
 #include <limits>
+#include <tuple>
 
 #include "deep/DeepFrame.h"
 
@@ -249,6 +250,28 @@ TEST(SampleMerge, readBack_isByFrontThenBackThenEmission) {
   const std::size_t expected[6] = {5, 3, 1, 4, 0, 2};
   for (std::size_t i = 0; i < 6; ++i) {
     EXPECT_EQ(pieces[i].sample, expected[i]);
+  }
+}
+
+TEST(SampleMerge, pieces_areSortedStablyHoweverMany) {
+  unsigned state = 7;
+  const auto depth = [&] {
+    state = state * 1103515245U + 12345U;
+    const unsigned draw = (state >> 16U) % 9U;
+    return draw == 8U ? notANumber : static_cast<float>(draw);
+  };
+  for (std::size_t count = 0; count < 70; ++count) {
+    std::vector<dvDeepPiece> pieces;
+    for (std::size_t i = 0; i < count; ++i)
+      pieces.push_back({i, depth(), depth(), 1.0F, true});
+    sortPieces(pieces);
+    ASSERT_EQ(pieces.size(), count);
+    const auto key = [&](std::size_t i) {
+      const auto far = [](float d) { return std::isnan(d) ? infinity : d; };
+      return std::make_tuple(far(pieces[i].front), far(pieces[i].back), pieces[i].sample);
+    };
+    for (std::size_t i = 1; i < count; ++i)
+      ASSERT_LT(key(i - 1), key(i)) << count << " pieces";
   }
 }
 
