@@ -1,10 +1,13 @@
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <sstream>
+#include <thread>
 
 #include "CommandRun.h"
 #include "ExrFixture.h"
 #include "NumberText.h"
+#include "Progress.h"
 #include "ScratchFolder.h"
 
 namespace drevintool::testing {
@@ -47,6 +50,22 @@ TEST_F(Progress, awayFromATerminal_isWholeLinesAtMostOneASecond) {
   }
   EXPECT_EQ(last, 100);
   EXPECT_LE(count, result.seconds + 1.0);
+}
+
+TEST(ProgressDisplay, stagesThatTellHowFarTheyAre_areShownAndTheNumberNeverFalls) {
+  ::testing::internal::CaptureStderr();
+  const auto wait = [] { std::this_thread::sleep_for(std::chrono::milliseconds(1100)); };
+  ProgressDisplay display(false);
+  display.show({"Kernels", 0, 0, 0.0});
+  wait();
+  display.show({"Defocus", 0, 0, 0.125});
+  wait();
+  display.show({"Defocus", 0, 0, 0.25});
+  wait();
+  display.show({"Rows", 3, 100, 0.0});
+  display.finish();
+  EXPECT_EQ(::testing::internal::GetCapturedStderr(),
+            "Progress: 12%\nProgress: 25%\nProgress: 25%\nProgress: 100%\n");
 }
 
 TEST_F(Progress, quiet_saysNothing) {

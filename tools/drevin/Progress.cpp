@@ -24,6 +24,12 @@ double secondsSince(std::chrono::steady_clock::time_point start) {
   return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
 }
 
+/// Of the rows, or of a stage that tells it.
+double shareOf(const embedded::Progress& progress) {
+  if (progress.rowsTotal <= 0) return progress.fraction;
+  return static_cast<double>(progress.rowsDone) / progress.rowsTotal;
+}
+
 }  // namespace
 
 ProgressDisplay::ProgressDisplay(bool quiet)
@@ -35,32 +41,37 @@ ProgressDisplay::~ProgressDisplay() {
 
 void ProgressDisplay::show(const embedded::Progress& progress) {
   if (quiet_) return;
-  double left = -1.0;
-  if (progress.rowsTotal > 0) {
-    if (!rowsBegun_) {
-      rowsBegun_ = true;
-      firstRow_ = progress.rowsDone;
-      rowsStart_ = Clock::now();
-    }
-    const int done = progress.rowsDone - firstRow_;
-    if (done > 0) left = secondsSince(rowsStart_) * (progress.rowsTotal - progress.rowsDone) / done;
-  }
+  const double share = shareOf(progress);
+  const double left = secondsLeft(progress, share);
+  percent_ = std::max(percent_, static_cast<int>(share * 100.0));
   if (terminal_) {
-    drawBar(progress, left);
-  } else if (progress.rowsTotal > 0) {
-    const auto done = static_cast<long long>(progress.rowsDone) * 100;
-    printLine(static_cast<int>(done / progress.rowsTotal), left);
+    drawBar(progress, share, left);
+  } else if (share > 0.0) {
+    printLine(left);
   }
 }
 
-void ProgressDisplay::drawBar(const embedded::Progress& progress, double secondsLeft) {
+// -1 if it cannot be told yet.
+double ProgressDisplay::secondsLeft(const embedded::Progress& progress, double share) {
+  if (progress.stage != stage_) {
+    stage_ = progress.stage;
+    firstShare_ = share;
+    stageStart_ = Clock::now();
+  }
+  const double done = share - firstShare_;
+  return done > 0.0 ? secondsSince(stageStart_) * (1.0 - share) / done : -1.0;
+}
+
+void ProgressDisplay::drawBar(const embedded::Progress& progress, double share,
+                              double secondsLeft) {
   constexpr int kWidth = 30;
   std::string text = fmt::format("{}{:<14.14}", kClearLine, progress.stage);
-  if (progress.rowsTotal > 0) {
-    const auto full = static_cast<std::size_t>(static_cast<long long>(kWidth) * progress.rowsDone /
-                                               progress.rowsTotal);
-    text += fmt::format(" [{:<{}}] {}/{} rows", std::string(full, '='), kWidth, progress.rowsDone,
-                        progress.rowsTotal);
+  if (share > 0.0 || progress.rowsTotal > 0) {
+    const auto full = static_cast<std::size_t>(kWidth * share);
+    text += fmt::format(" [{:<{}}] {}", std::string(full, '='), kWidth,
+                        progress.rowsTotal > 0
+                            ? fmt::format("{}/{} rows", progress.rowsDone, progress.rowsTotal)
+                            : fmt::format("{}%", static_cast<int>(share * 100.0)));
     if (secondsLeft >= 0.0) text += ", " + durationText(secondsLeft) + " left";
   }
   std::fputs(text.c_str(), stderr);
@@ -69,12 +80,12 @@ void ProgressDisplay::drawBar(const embedded::Progress& progress, double seconds
 }
 
 // The last second is left to the line that says 100%.
-void ProgressDisplay::printLine(int percent, double secondsLeft) {
+void ProgressDisplay::printLine(double secondsLeft) {
   constexpr double kInterval = 1.0;
   const bool nearlyDone = secondsLeft >= 0.0 && secondsLeft < kInterval;
   if (nearlyDone || secondsSince(lastLine_) < kInterval) return;
   lastLine_ = Clock::now();
-  fmt::print(stderr, "Progress: {}%\n", percent);
+  fmt::print(stderr, "Progress: {}%\n", percent_);
 }
 
 void ProgressDisplay::finish() {
