@@ -8,7 +8,7 @@ namespace drevin {
 
 enum class dvSimdLevel;
 
-/// How many pixels are in doubt is asked with these limits (Doubt.h).
+/// How many pixels are in doubt is asked with these limits (Repair.h).
 struct dvDoubtLimits {
   double error;        ///< of the colour's sum
   double weightError;  ///< of the coverage

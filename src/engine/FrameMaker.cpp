@@ -1,29 +1,13 @@
 #include "engine/FrameMaker.h"
 
 #include <algorithm>
-#include <cstdint>
-#include <cstdlib>
 #include <utility>
 
 #include "engine/CompositeCode.h"
-#include "engine/SpecialSplats.h"
+#include "engine/DirectSums.h"
+#include "engine/Repair.h"
 
 namespace drevin {
-
-namespace {
-
-/// Rows of splats that add to output row y: calls add(row, dy), source row by source row.
-template <typename Add>
-void forEachReaching(const dvGroupRows& rows, const dvKernelTable& kernels, int y, const Add& add) {
-  const dvRecordRange reaching = rows.reaching(y);
-  for (std::size_t row = reaching.begin; row < reaching.end; ++row) {
-    // A chromatic shift may put a centre anywhere.
-    const std::int64_t dy = static_cast<std::int64_t>(y) - rows[row].splats->centreY;
-    if (std::abs(dy) <= kernels.largestRadius()) add(row, static_cast<int>(dy));
-  }
-}
-
-}  // namespace
 
 dvFrameMaker::dvFrameMaker(const dvLineSettings& settings, int padding, dvParallel& parallel,
                            dvTileChoice choice)
@@ -127,41 +111,29 @@ dvFrameMaker::DirectRows dvFrameMaker::directRows(const Group& group,
 dvColumnSpan dvFrameMaker::sumRow(const Group& group, std::size_t slice, Transformed* transformed,
                                   int y, Scratch& scratch) const {
   dvRowSums& sums = *scratch.sums;
-  addDirect(group, slice, transformed == nullptr ? nullptr : &transformed->direct, y, sums);
+  if (transformed != nullptr) {
+    addDirect(group, transformed->direct, y, sums);
+  } else {
+    sumSplats(group.rows, group.kernels, slice, y, sums);
+  }
   dvColumnSpan columns = sums.touched();
   if (transformed != nullptr) columns = together(columns, transformed->columns(y));
   if (group.rows.hasSpecials()) columns = {0, box_.width()};
   for (std::size_t plane = 0; plane < scratch.planes.size(); ++plane)
     sums.store(static_cast<int>(plane), columns, scratch.planes[plane].data());
   if (transformed != nullptr) transformed->moveTo(scratch.planes, y);
-  addSpecials(group, slice, y, box_.left, box_.right, scratch.planes);
+  addSpecials(group.rows, group.kernels, slice, y, box_.left, box_.right, scratch.planes);
   return columns;
 }
 
-void dvFrameMaker::addDirect(const Group& group, std::size_t slice, const DirectRows* direct, int y,
-                             dvRowSums& sums) const {
-  const dvKernelTable& kernels = group.kernels;
+void dvFrameMaker::addDirect(const Group& group, const DirectRows& direct, int y, dvRowSums& sums) {
   sums.clear();
-  forEachReaching(group.rows, kernels, y, [&](std::size_t row, int dy) {
-    if (direct == nullptr) {
-      const dvSplatRow& splats = group.rows[row].splats->row;
-      sums.add(splats, splats.begin(slice), splats.end(slice), dy, kernels, &group.rows.reach(row));
-    } else if (const std::optional<DirectRow>& left = (*direct)[row]; left) {
-      sums.add(left->row, 0, left->row.records.size(), dy, kernels, &left->reach);
-    }
+  forEachReaching(group.rows, group.kernels, y, [&](std::size_t row, int dy) {
+    if (const std::optional<DirectRow>& left = direct[row]; left)
+      sums.add(left->row, 0, left->row.records.size(), dy, group.kernels, &left->reach);
     sums.endSourceRow();
   });
   sums.finish();
-}
-
-void dvFrameMaker::addSpecials(const Group& group, std::size_t slice, int y, int left, int right,
-                               std::vector<std::vector<double>>& sums) const {
-  if (!group.rows.hasSpecials()) return;
-  const dvKernelTable& kernels = group.kernels;
-  forEachReaching(group.rows, kernels, y, [&](std::size_t row, int dy) {
-    addSpecialSplats(group.rows[row].splats->specials, static_cast<std::uint32_t>(slice), dy,
-                     kernels, left, right, sums);
-  });
 }
 
 dvColumnSpan dvFrameMaker::Transformed::columns(int y) const {
@@ -186,49 +158,22 @@ void dvFrameMaker::pointAt(const Group& group, int x, int y, dvFramePlanes& plan
 }
 
 void dvFrameMaker::finishRow(Group& group, int y, dvFramePlanes& planes, Scratch& scratch) const {
-  const double* coverage = group.coverage.row(y);
   for (int left = box_.left; left < box_.right && group.rounding != nullptr;
        left += dvRepairColumns) {
     const int right = std::min(left + dvRepairColumns, box_.right);
+    double* coverage = group.coverage.row(y) + (left - box_.left);
     pointAt(group, left, y, planes, scratch.colours);
-    if (isInDoubt(scratch.colours, coverage + (left - box_.left), right - left, *group.rounding,
-                  left, y))
-      repairSpan(group, y, left, right, scratch.colours);
+    if (isInDoubt(scratch.colours, coverage, right - left, *group.rounding, left, y)) {
+      repairSpan(group.rows, group.kernels, settings_.slices, y, left, right, scratch.colours,
+                 coverage);
+    }
   }
+  const double* coverage = group.coverage.row(y);
   pointAt(group, box_.left, y, planes, scratch.colours);
   divideByCoverage(scratch.colours, coverage, box_.width());
   const std::vector<std::size_t>& places = group.settings.places;
   if (group.channels < places.size())
     divideCoverageByItself(coverage, box_.width(), planes[places.back()].row(y));
-}
-
-void dvFrameMaker::repairSpan(Group& group, int y, int left, int right,
-                              const std::vector<float*>& colours) const {
-  const int channels = static_cast<int>(colours.size());
-  const int width = right - left;
-  const dvKernelTable& kernels = group.kernels;
-  dvRowSums sums(channels, left, right, dvRowShape::Dense);
-  std::vector<std::vector<double>> row(colours.size() + 1,
-                                       std::vector<double>(static_cast<std::size_t>(width)));
-  for (float* colour : colours)
-    std::fill_n(colour, width, 0.0F);
-  double* coverage = group.coverage.row(y) + (left - box_.left);
-  std::fill_n(coverage, width, 0.0);
-  const int reach = kernels.largestRadius();
-  for (std::size_t slice = 0; slice < settings_.slices; ++slice) {
-    sums.clear();
-    forEachReaching(group.rows, kernels, y, [&](std::size_t place, int dy) {
-      const dvSplatRow& splats = group.rows[place].splats->row;
-      const dvRecordRange range = splats.within(slice, left - reach, right + reach);
-      sums.add(splats, range.begin, range.end, dy, kernels, &group.rows.reach(place));
-      sums.endSourceRow();
-    });
-    sums.finish();
-    for (int plane = 0; plane <= channels; ++plane)
-      sums.store(plane, row[static_cast<std::size_t>(plane)].data());
-    addSpecials(group, slice, y, left, right, row);
-    compositeSlice(row, {0, width}, colours, coverage);
-  }
 }
 
 }  // namespace drevin

@@ -10,13 +10,13 @@
 #include <vector>
 
 #include "engine/Composite.h"
-#include "engine/Doubt.h"
 #include "engine/FrameBox.h"
 #include "engine/GroupRows.h"
 #include "engine/Parallel.h"
 #include "engine/RowSums.h"
 #include "engine/SliceTiles.h"
 #include "engine/SplatLine.h"
+#include "engine/TransformRounding.h"
 
 namespace drevin {
 
@@ -26,7 +26,7 @@ using dvFramePlanes = std::vector<dvFramePlane<float>>;
 /// Sums and composites; the formulas are those of the row code (convole, compositeSlices).
 ///
 /// What goes through a transform has its rounding, which where nearly nothing covers a pixel, or
-/// beside what is far brighter, is more than the pixel itself. So stretches in doubt (Doubt.h) are
+/// beside what is far brighter, is more than the pixel itself. So stretches in doubt (Repair.h) are
 /// made anew from splats alone, and what nothing covers stays exactly 0.
 class dvFrameMaker {
  public:
@@ -90,17 +90,11 @@ class dvFrameMaker {
   /// Sums a row; gives the columns that may have anything but zeros.
   dvColumnSpan sumRow(const Group& group, std::size_t slice, Transformed* transformed, int y,
                       Scratch& scratch) const;
-  void addDirect(const Group& group, std::size_t slice, const DirectRows* direct, int y,
-                 dvRowSums& sums) const;
-  void addSpecials(const Group& group, std::size_t slice, int y, int left, int right,
-                   std::vector<std::vector<double>>& sums) const;
+  static void addDirect(const Group& group, const DirectRows& direct, int y, dvRowSums& sums);
   /// The row's places of the channels that are summed, from column x on.
   static void pointAt(const Group& group, int x, int y, dvFramePlanes& planes,
                       std::vector<float*>& colours);
   void finishRow(Group& group, int y, dvFramePlanes& planes, Scratch& scratch) const;
-  /// `colours` begin at column `left`.
-  void repairSpan(Group& group, int y, int left, int right,
-                  const std::vector<float*>& colours) const;
 
   const dvLineSettings& settings_;
   int padding_;

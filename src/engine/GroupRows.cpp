@@ -13,12 +13,8 @@ dvGroupRows::dvGroupRows(const dvSplatLines& lines, std::size_t group, int botto
   for (std::size_t i = 0; i < lines.size(); ++i) {
     firstOfSource_.push_back(rows_.size());
     if (lines[i] == nullptr) continue;
-    for (const dvCentredSplats& splats : lines[i]->groups[group]) {
-      rows_.push_back({&splats, bottom + static_cast<int>(i)});
-      greatestShift_ = std::max(greatestShift_, std::abs(rows_.back().shift()));
-      lastIsOne_ = lastIsOne_ && splats.lastIsOne;
-      hasSpecials_ = hasSpecials_ || !splats.specials.empty();
-    }
+    for (const dvCentredSplats& splats : lines[i]->groups[group])
+      add({&splats, bottom + static_cast<int>(i)});
   }
   firstOfSource_.push_back(rows_.size());
   byCentre_.resize(rows_.size());
@@ -31,6 +27,17 @@ dvGroupRows::dvGroupRows(const dvSplatLines& lines, std::size_t group, int botto
     const auto row = static_cast<std::size_t>(item);
     reaches_[row] = dvRowReach(rows_[row].splats->row);
   });
+}
+
+void dvGroupRows::add(const Row& row) {
+  const dvSplatRow& splats = row.splats->row;
+  rows_.push_back(row);
+  greatestShift_ = std::max(greatestShift_, std::abs(row.shift()));
+  lastIsOne_ = lastIsOne_ && row.splats->lastIsOne;
+  hasSpecials_ = hasSpecials_ || !row.splats->specials.empty();
+  if (filled_.size() + 1 < splats.sliceBegin.size()) filled_.resize(splats.sliceBegin.size() - 1);
+  for (std::size_t slice = 0; slice + 1 < splats.sliceBegin.size(); ++slice)
+    filled_[slice] = filled_[slice] || splats.begin(slice) < splats.end(slice);
 }
 
 dvRecordRange dvGroupRows::reaching(int y) const {
@@ -58,12 +65,6 @@ int dvGroupRows::largestRadius(std::size_t slice) const {
     largest = std::max(largest, reaches_[row].largest(splats.begin(slice), splats.end(slice)));
   }
   return largest;
-}
-
-bool dvGroupRows::isEmpty(std::size_t slice) const {
-  return !hasSpecials_ && std::none_of(rows_.begin(), rows_.end(), [&](const Row& row) {
-    return row.splats->row.begin(slice) < row.splats->row.end(slice);
-  });
 }
 
 }  // namespace drevin

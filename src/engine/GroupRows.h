@@ -58,14 +58,19 @@ class dvGroupRows {
   /// -1 for a slice without splats.
   int largestRadius(std::size_t slice) const;
   /// Whether no row has a splat in a slice.
-  bool isEmpty(std::size_t slice) const;
+  bool isEmpty(std::size_t slice) const {
+    return !hasSpecials_ && (slice >= filled_.size() || !filled_[slice]);
+  }
 
  private:
+  void add(const Row& row);
+
   int bottom_;
   int padding_;
   int greatestShift_ = 0;
   bool hasSpecials_ = false;
   bool lastIsOne_ = true;
+  std::vector<bool> filled_;  ///< by slice
   std::vector<Row> rows_;
   std::vector<std::size_t> firstOfSource_;  ///< by source row, and behind the last
   std::vector<std::size_t> byCentre_;

@@ -603,7 +603,10 @@ TEST(DeepFailure, sourceThatCannotBeRead_endsTheRenderWithItsMessage) {
   const RenderResult result = bench.render();
   EXPECT_EQ(result.status, embedded::RenderStatus::Error);
   ASSERT_FALSE(result.messages.empty());
-  EXPECT_EQ(result.messages[0].text, "row 0 is damaged");
+  // Rows are read side by side: any may be the first to fail.
+  const std::string& text = result.messages[0].text;
+  EXPECT_EQ(text.rfind("row ", 0), 0U) << text;
+  EXPECT_NE(text.find(" is damaged"), std::string::npos) << text;
   bench.connect(dvInput::deep, nullptr);
 }
 

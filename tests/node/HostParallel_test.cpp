@@ -6,6 +6,7 @@
 #include <atomic>
 #include <chrono>
 #include <stdexcept>
+#include <string>
 #include <thread>
 #include <vector>
 
@@ -67,6 +68,25 @@ TEST(HostParallel, everyItem_isDoneOnce) {
       parallel.forEach(items, [&](int /*worker*/, int item) { counts.begin(item); });
       EXPECT_TRUE(counts.allAre(1)) << items << " items, " << processors << " processors";
     }
+  }
+}
+
+TEST(HostParallel, ofSeveralFailures_theFirstItemsIsTold) {
+  const Processors two(2);
+  dvHostParallel parallel(never);
+  std::atomic<int> begun{0};
+  try {
+    parallel.forEach(2, [&](int /*worker*/, int item) {
+      ++begun;
+      while (begun < 2)
+        dawdle();
+      // The second item fails first.
+      if (item == 0) std::this_thread::sleep_for(std::chrono::milliseconds(30));
+      throw std::runtime_error(std::to_string(item));
+    });
+    FAIL() << "nothing was thrown";
+  } catch (const std::runtime_error& error) {
+    EXPECT_STREQ(error.what(), "0");
   }
 }
 

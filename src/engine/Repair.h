@@ -1,9 +1,12 @@
 #pragma once
 
-/// Where the rounding of transforms might show, so that pixels are better made anew without them.
+/// Where the rounding of transforms might show, pixels are made anew without them.
 
+#include <cstddef>
 #include <vector>
 
+#include "engine/GroupRows.h"
+#include "engine/KernelTable.h"
 #include "engine/TransformRounding.h"
 
 namespace drevin {
@@ -24,5 +27,11 @@ constexpr double dvRepairRelative = 2.5e-5;
 ///   colour[c], coverage  sums of all slices, from x on     e[c], e_w  what they may be off by
 bool isInDoubt(const std::vector<float*>& colours, const double* coverage, int count,
                const dvTransformRounding& rounding, int x, int y);
+
+/// The columns [left, right) of row y from splats alone, slices from the nearest to the farthest:
+/// sums of colours and coverage as compositeSlice leaves them. `colours` and `coverage` begin at
+/// column `left`; what they hold is replaced.
+void repairSpan(const dvGroupRows& rows, const dvKernelTable& kernels, std::size_t slices, int y,
+                int left, int right, const std::vector<float*>& colours, double* coverage);
 
 }  // namespace drevin

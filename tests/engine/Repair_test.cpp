@@ -1,4 +1,4 @@
-#include "engine/Doubt.h"
+#include "engine/Repair.h"
 
 #include <gtest/gtest.h>
 
@@ -29,11 +29,11 @@ class Stretch {
   dvTransformRounding rounding_{box_, 2, dvKernelTable(kernelBank(KernelKind::Disc, 2), 1)};
 };
 
-TEST(Doubt, coveredWithoutRounding_isNone) {
+TEST(RepairDoubt, coveredWithoutRounding_isNone) {
   EXPECT_FALSE(Stretch().inDoubt());
 }
 
-TEST(Doubt, onePixelOfLittleCoverage_isEnough) {
+TEST(RepairDoubt, onePixelOfLittleCoverage_isEnough) {
   for (const double coverage : {0.0, 0.009, -1.0}) {
     Stretch stretch;
     stretch.coverage[5] = coverage;
@@ -44,7 +44,7 @@ TEST(Doubt, onePixelOfLittleCoverage_isEnough) {
   EXPECT_FALSE(stretch.inDoubt());
 }
 
-TEST(Doubt, dimPixelBesideBrightOnes_isEnough) {
+TEST(RepairDoubt, dimPixelBesideBrightOnes_isEnough) {
   // Off by 2e-7 * 100 = 2e-5, which is within 2.5e-5 of 1.
   Stretch stretch(1e4);
   EXPECT_FALSE(stretch.inDoubt());
@@ -52,7 +52,7 @@ TEST(Doubt, dimPixelBesideBrightOnes_isEnough) {
   EXPECT_TRUE(stretch.inDoubt());
 }
 
-TEST(Doubt, roundingOfTheWeight_countsByTheColour) {
+TEST(RepairDoubt, roundingOfTheWeight_countsByTheColour) {
   Stretch within(0.0);
   EXPECT_FALSE(within.addToWeight(1e4).inDoubt());
   Stretch beyond(0.0);
