@@ -34,6 +34,12 @@ const char* ImageInput::node_help() const {
 }
 
 void ImageInput::append(DD::Image::Hash& hash) {
+  std::call_once(hashed_, [this] { content_ = contentHash(); });
+  hash.append(content_);
+}
+
+DD::Image::Hash ImageInput::contentHash() const {
+  DD::Image::Hash hash;
   hash.append(image_.format.width());
   hash.append(image_.format.height());
   for (const int edge : {image_.box.x(), image_.box.y(), image_.box.r(), image_.box.t()}) {
@@ -43,6 +49,7 @@ void ImageInput::append(DD::Image::Hash& hash) {
     hash.append(DD::Image::getName(channel));
     hash.append(plane->data(), plane->size() * sizeof(float));
   }
+  return hash;
 }
 
 void ImageInput::_validate(bool /*for_real*/) {

@@ -60,6 +60,8 @@ class dvDeepRecordRow {
   void addHole();
 
   std::size_t pixels() const { return firstRecord_.size() - 1; }
+  /// Of all pixels.
+  std::size_t records() const { return records_.size(); }
   /// Records of a pixel are those from recordsBegin to recordsEnd.
   std::size_t recordsBegin(std::size_t pixel) const { return firstRecord_[pixel]; }
   std::size_t recordsEnd(std::size_t pixel) const { return firstRecord_[pixel + 1]; }

@@ -91,8 +91,10 @@ dvSplatLine splatLine(const dvDeepPlan& plan, const dvDeepLine& line, int source
   const dvColumns columns{plan.left - plan.frame.padding, plan.right + plan.frame.padding};
   const dvDeepSources sources(plan.channels, plan.background, plan.frame.formatWidth, columns,
                               deepColumns(plan.frame, plan.left, plan.right));
-  dvSplatLineMaker maker(settings, sourceY);
-  sources.addRow(line.source(sourceY, mode), maker);
+  const dvDeepSourceRow source = line.source(sourceY, mode);
+  // A record more where the background shows.
+  dvSplatLineMaker maker(settings, sourceY, source.records->records() + source.records->pixels());
+  sources.addRow(source, maker);
   return maker.line();
 }
 

@@ -4,9 +4,11 @@
 
 #include <map>
 #include <memory>
+#include <mutex>
 #include <vector>
 
 #include "DDImage/Format.h"
+#include "DDImage/Hash.h"
 #include "DDImage/Iop.h"
 
 namespace embedded {
@@ -31,7 +33,7 @@ class DD_EXPORT ImageInput : public DD::Image::Iop {
 
   const char* Class() const override;
   const char* node_help() const override;
-  /// Adds the whole picture.
+  /// Adds the whole picture. What stands for it is made the first time: planes do not change.
   void append(DD::Image::Hash& hash) override;
   const Image& image() const { return image_; }
 
@@ -41,7 +43,11 @@ class DD_EXPORT ImageInput : public DD::Image::Iop {
   const float* directRow(int y, DD::Image::Channel z) const override;
 
  private:
+  DD::Image::Hash contentHash() const;
+
   Image image_;
+  std::once_flag hashed_;
+  DD::Image::Hash content_;
 };
 
 }  // namespace embedded
