@@ -2,7 +2,9 @@
 
 /// The splats of one group: which source rows they come from, and where they are centred.
 
+#include <algorithm>
 #include <cstddef>
+#include <cstdint>
 #include <vector>
 
 #include "engine/Parallel.h"
@@ -23,8 +25,13 @@ class dvGroupRows {
     const dvCentredSplats* splats;
     int sourceY;
 
-    /// Rows from the source to the centres.
-    int shift() const { return splats->centreY - sourceY; }
+    /// Rows from the source to the centres; no more than `farOff` either way, from where nothing
+    /// reaches back.
+    int shift() const {
+      constexpr std::int64_t farOff = std::int64_t{1} << 28;
+      const std::int64_t rows = static_cast<std::int64_t>(splats->centreY) - sourceY;
+      return static_cast<int>(std::clamp(rows, -farOff, farOff));
+    }
   };
   /// Places [begin, end) in a list.
   struct Span {

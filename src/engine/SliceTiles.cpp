@@ -259,9 +259,12 @@ void dvSliceTiles::sum(dvSpectrumCache& spectra, dvParallel& parallel,
 }
 
 const dvSliceTiles::Tile* dvSliceTiles::tileOf(int x, int y) const {
-  if (x < sources_.left || y < sources_.bottom) return nullptr;
-  const int across = (x - sources_.left) / dvTileSide;
-  const int up = (y - sources_.bottom) / dvTileSide;
+  // A chromatic shift may put a centre anywhere.
+  const std::int64_t fromLeft = static_cast<std::int64_t>(x) - sources_.left;
+  const std::int64_t fromBottom = static_cast<std::int64_t>(y) - sources_.bottom;
+  if (fromLeft < 0 || fromBottom < 0) return nullptr;
+  const std::int64_t across = fromLeft / dvTileSide;
+  const std::int64_t up = fromBottom / dvTileSide;
   if (across >= across_ || up >= tilesAlong(sources_.height())) return nullptr;
   return &tiles_[static_cast<std::size_t>(up * across_ + across)];
 }

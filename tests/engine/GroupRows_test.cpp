@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <limits>
+
 #include "engine/ThreadParallel.h"
 
 namespace drevin::test {
@@ -117,6 +119,16 @@ TEST(GroupRows, lastValueOfAllSplats_isOneOrNot) {
       splats.lastIsOne = true;
   }
   EXPECT_TRUE(lines.rows().lastIsOne());
+}
+
+TEST(GroupRows, centresFarOff_haveAShiftThatDoesNotOverflow) {
+  for (const int centreY : {std::numeric_limits<int>::min(), std::numeric_limits<int>::max()}) {
+    Lines lines;
+    lines[3].groups[0] = {centredOn(centreY, 2)};
+    const dvGroupRows rows = lines.rows();
+    EXPECT_GT(rows.greatestShift(), 1000000);
+    EXPECT_EQ(rows[3].shift() < 0, centreY < 0);
+  }
 }
 
 TEST(GroupRows, noLines_haveNoRows) {
