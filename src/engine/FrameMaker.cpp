@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "engine/Composite.h"
 #include "engine/CompositeCode.h"
 #include "engine/DirectSums.h"
 #include "engine/Repair.h"
@@ -103,7 +104,8 @@ dvFrameMaker::DirectRows dvFrameMaker::directRows(const Group& group,
   DirectRows rows(group.rows.size());
   parallel_.forEach(static_cast<int>(rows.size()), [&](int /*worker*/, int item) {
     const auto row = static_cast<std::size_t>(item);
-    rows[row].emplace(tiles.directRow(row));
+    rows[row].row = tiles.directRow(row);
+    rows[row].reach = dvRowReach(rows[row].row);
   });
   return rows;
 }
@@ -129,8 +131,8 @@ dvColumnSpan dvFrameMaker::sumRow(const Group& group, std::size_t slice, Transfo
 void dvFrameMaker::addDirect(const Group& group, const DirectRows& direct, int y, dvRowSums& sums) {
   sums.clear();
   forEachReaching(group.rows, group.kernels, y, [&](std::size_t row, int dy) {
-    if (const std::optional<DirectRow>& left = direct[row]; left)
-      sums.add(left->row, 0, left->row.records.size(), dy, group.kernels, &left->reach);
+    const DirectRow& left = direct[row];
+    sums.add(left.row, 0, left.row.records.size(), dy, group.kernels, &left.reach);
     sums.endSourceRow();
   });
   sums.finish();

@@ -6,10 +6,8 @@
 #include <functional>
 #include <map>
 #include <memory>
-#include <optional>
 #include <vector>
 
-#include "engine/Composite.h"
 #include "engine/FrameBox.h"
 #include "engine/GroupRows.h"
 #include "engine/Parallel.h"
@@ -49,11 +47,10 @@ class dvFrameMaker {
   };
   /// The direct part of a row of splats, where a part of the slice is transformed.
   struct DirectRow {
-    explicit DirectRow(dvSplatRow splats) : row(std::move(splats)), reach(row) {}
     dvSplatRow row;
     dvRowReach reach;
   };
-  using DirectRows = std::vector<std::optional<DirectRow>>;
+  using DirectRows = std::vector<DirectRow>;
   /// The transformed part of a slice.
   struct Transformed {
     std::vector<dvFramePlane<float>> planes;  ///< zeros between slices

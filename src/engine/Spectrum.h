@@ -49,8 +49,6 @@ class dvSpectrumCache {
   /// The table must outlive the cache.
   explicit dvSpectrumCache(const dvKernelTable& table);
 
-  const dvKernelTable& table() const { return table_; }
-
   /// The spectrum of a kernel of the table at a length that transformSide gives. Safe from any
   /// thread: the first that asks makes it, and who asks for the same waits. Stays as long as the
   /// cache.
