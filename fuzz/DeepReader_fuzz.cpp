@@ -10,8 +10,8 @@
 #include <stdexcept>
 #include <string>
 
-#include "DeepExrSource.h"
 #include "Expect.h"
+#include "deep/DeepExrSource.h"
 
 namespace {
 

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "ExitCode.h"
+#include "terminal/ExitCode.h"
 
 namespace drevintool {
 namespace {

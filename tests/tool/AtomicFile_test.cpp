@@ -1,11 +1,11 @@
-#include "AtomicFile.h"
+#include "picture/AtomicFile.h"
 
 #include <gtest/gtest.h>
 
 #include <filesystem>
 
-#include "ExitCode.h"
 #include "ScratchFolder.h"
+#include "terminal/ExitCode.h"
 
 namespace drevintool {
 namespace {

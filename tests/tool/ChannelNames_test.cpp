@@ -1,4 +1,4 @@
-#include "ChannelNames.h"
+#include "picture/ChannelNames.h"
 
 #include <gtest/gtest.h>
 

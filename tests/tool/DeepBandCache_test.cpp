@@ -1,4 +1,4 @@
-#include "DeepBandCache.h"
+#include "deep/DeepBandCache.h"
 
 #include <gtest/gtest.h>
 

@@ -1,8 +1,8 @@
-#include "DeepBandPlan.h"
+#include "deep/DeepBandPlan.h"
 
 #include <gtest/gtest.h>
 
-#include "ExitCode.h"
+#include "terminal/ExitCode.h"
 
 namespace drevintool {
 namespace {

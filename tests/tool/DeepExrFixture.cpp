@@ -13,8 +13,8 @@
 #include <cstring>
 #include <memory>
 
-#include "ExrHeaderScan.h"
 #include "ScratchFolder.h"
+#include "picture/ExrHeaderScan.h"
 
 namespace drevintool::testing {
 namespace {

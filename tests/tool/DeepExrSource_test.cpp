@@ -1,4 +1,4 @@
-#include "DeepExrSource.h"
+#include "deep/DeepExrSource.h"
 
 #include <gtest/gtest.h>
 
@@ -7,8 +7,8 @@
 #include <thread>
 
 #include "DeepExrFixture.h"
-#include "ExitCode.h"
 #include "ScratchFolder.h"
+#include "terminal/ExitCode.h"
 
 namespace drevintool {
 namespace {

@@ -4,11 +4,11 @@
 #include <filesystem>
 
 #include "CommandRun.h"
-#include "DeepBandPlan.h"
 #include "DeepExrFixture.h"
 #include "ExrFixture.h"
-#include "ExrHeaderScan.h"
 #include "ScratchFolder.h"
+#include "deep/DeepBandPlan.h"
+#include "picture/ExrHeaderScan.h"
 
 namespace drevintool::testing {
 namespace {

@@ -4,8 +4,8 @@
 #include <unistd.h>
 
 #include "DeepExrFixture.h"
-#include "DeepExrSource.h"
 #include "ScratchFolder.h"
+#include "deep/DeepExrSource.h"
 
 namespace drevintool::testing {
 namespace {

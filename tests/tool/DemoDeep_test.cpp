@@ -10,14 +10,14 @@
 #include <string>
 #include <vector>
 
-#include "DemoDeepFile.h"
-#include "DemoDeepScene.h"
-#include "DemoFigure.h"
-#include "DemoRenderer.h"
-#include "DemoShelter.h"
-#include "DemoSmoke.h"
-#include "ExitCode.h"
 #include "ScratchFolder.h"
+#include "demo/DemoDeepFile.h"
+#include "demo/DemoDeepScene.h"
+#include "demo/DemoFigure.h"
+#include "demo/DemoRenderer.h"
+#include "demo/DemoShelter.h"
+#include "demo/DemoSmoke.h"
+#include "terminal/ExitCode.h"
 
 namespace drevintool {
 namespace {

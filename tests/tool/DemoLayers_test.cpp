@@ -1,11 +1,11 @@
-#include "DemoLayers.h"
+#include "demo/DemoLayers.h"
 
 #include <gtest/gtest.h>
 
 #include <cmath>
 #include <vector>
 
-#include "DemoNoise.h"
+#include "demo/DemoNoise.h"
 
 namespace drevintool {
 namespace {

@@ -1,4 +1,4 @@
-#include "DemoScene.h"
+#include "demo/DemoScene.h"
 
 #include <gtest/gtest.h>
 
@@ -6,15 +6,15 @@
 #include <stdexcept>
 
 #include "Arguments.h"
-#include "DemoAperture.h"
-#include "DemoCommand.h"
-#include "DemoMattes.h"
-#include "DemoNeon.h"
-#include "DemoRows.h"
-#include "DemoSuggestions.h"
-#include "ExitCode.h"
-#include "ExrReader.h"
 #include "ScratchFolder.h"
+#include "demo/DemoAperture.h"
+#include "demo/DemoCommand.h"
+#include "demo/DemoMattes.h"
+#include "demo/DemoNeon.h"
+#include "demo/DemoRows.h"
+#include "demo/DemoSuggestions.h"
+#include "picture/ExrReader.h"
+#include "terminal/ExitCode.h"
 
 namespace drevintool {
 namespace {

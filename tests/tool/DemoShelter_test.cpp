@@ -1,12 +1,12 @@
-#include "DemoShelter.h"
+#include "demo/DemoShelter.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <cmath>
 
-#include "DemoNoise.h"
-#include "DemoRaindrops.h"
+#include "demo/DemoNoise.h"
+#include "demo/DemoRaindrops.h"
 
 namespace drevintool {
 namespace {

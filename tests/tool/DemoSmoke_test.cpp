@@ -1,4 +1,4 @@
-#include "DemoSmoke.h"
+#include "demo/DemoSmoke.h"
 
 #include <gtest/gtest.h>
 
@@ -6,7 +6,7 @@
 #include <cmath>
 #include <vector>
 
-#include "DemoNoise.h"
+#include "demo/DemoNoise.h"
 
 namespace drevintool {
 namespace {

@@ -1,11 +1,11 @@
-#include "ExrReader.h"
+#include "picture/ExrReader.h"
 
 #include <gtest/gtest.h>
 
-#include "ChannelNames.h"
-#include "ExitCode.h"
 #include "ExrFixture.h"
 #include "ScratchFolder.h"
+#include "picture/ChannelNames.h"
+#include "terminal/ExitCode.h"
 
 namespace drevintool {
 namespace {

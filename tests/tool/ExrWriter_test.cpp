@@ -1,14 +1,14 @@
-#include "ExrWriter.h"
+#include "picture/ExrWriter.h"
 
 #include <OpenEXR/ImfStandardAttributes.h>
 #include <OpenEXR/ImfStringAttribute.h>
 #include <gtest/gtest.h>
 
-#include "ExitCode.h"
 #include "ExrFixture.h"
-#include "ExrReader.h"
-#include "HeaderAttributes.h"
 #include "ScratchFolder.h"
+#include "picture/ExrReader.h"
+#include "picture/HeaderAttributes.h"
+#include "terminal/ExitCode.h"
 
 namespace drevintool {
 namespace {

@@ -1,4 +1,4 @@
-#include "NearestName.h"
+#include "terminal/NearestName.h"
 
 #include <gtest/gtest.h>
 

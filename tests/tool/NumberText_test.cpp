@@ -1,4 +1,4 @@
-#include "NumberText.h"
+#include "terminal/NumberText.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "OneLine.h"
+#include "terminal/OneLine.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "OutputPicture.h"
+#include "picture/OutputPicture.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "PngWriter.h"
+#include "picture/PngWriter.h"
 
 #include <gtest/gtest.h>
 #include <png.h>

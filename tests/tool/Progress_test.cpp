@@ -6,9 +6,9 @@
 
 #include "CommandRun.h"
 #include "ExrFixture.h"
-#include "NumberText.h"
-#include "Progress.h"
 #include "ScratchFolder.h"
+#include "terminal/NumberText.h"
+#include "terminal/Progress.h"
 
 namespace drevintool::testing {
 namespace {

@@ -5,10 +5,10 @@
 #include <limits>
 
 #include "CommandRun.h"
-#include "DeepExrSource.h"
 #include "ExrFixture.h"
 #include "RealPictures.h"
 #include "ScratchFolder.h"
+#include "deep/DeepExrSource.h"
 
 namespace drevintool::testing {
 namespace {

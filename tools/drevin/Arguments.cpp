@@ -6,11 +6,11 @@
 #include <cctype>
 #include <filesystem>
 
-#include "ChannelNames.h"
-#include "ExitCode.h"
-#include "NearestName.h"
-#include "NumberText.h"
-#include "OneLine.h"
+#include "picture/ChannelNames.h"
+#include "terminal/ExitCode.h"
+#include "terminal/NearestName.h"
+#include "terminal/NumberText.h"
+#include "terminal/OneLine.h"
 
 namespace drevintool {
 namespace {

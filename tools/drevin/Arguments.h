@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "EmbeddedHost/DeepOrder.h"
-#include "Picture.h"
+#include "picture/Picture.h"
 
 namespace drevintool {
 

@@ -4,12 +4,12 @@
 #include <variant>
 
 #include "Arguments.h"
-#include "ControlsCommand.h"
-#include "DemoCommand.h"
-#include "ExitCode.h"
-#include "Messages.h"
-#include "RenderCommand.h"
-#include "Signals.h"
+#include "controls/ControlsCommand.h"
+#include "demo/DemoCommand.h"
+#include "render/RenderCommand.h"
+#include "terminal/ExitCode.h"
+#include "terminal/Messages.h"
+#include "terminal/Signals.h"
 
 namespace drevintool {
 namespace {

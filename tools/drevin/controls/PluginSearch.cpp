@@ -1,0 +1,63 @@
+#include "controls/PluginSearch.h"
+
+#include <cstdlib>
+#include <filesystem>
+#include <system_error>
+#include <vector>
+
+#include "EmbeddedHost/Plugin.h"
+#include "terminal/ExitCode.h"
+#include "terminal/OneLine.h"
+
+namespace drevintool {
+namespace {
+
+namespace fs = std::filesystem;
+
+std::string fileName() {
+  return std::string(kClassName) + ".so";
+}
+
+std::string inFolder(const std::string& path) {
+  std::error_code error;
+  return fs::is_directory(path, error) ? (fs::path(path) / fileName()).string() : path;
+}
+
+std::vector<fs::path> searchedFolders() {
+  std::error_code error;
+  const fs::path folder = fs::read_symlink("/proc/self/exe", error).parent_path();
+  if (error) return {};
+  return {folder, folder / ".." / DREVIN_LIBRARY_FOLDER, folder / ".." / "lib"};
+}
+
+std::string foundFile() {
+  std::string places;
+  for (const fs::path& folder : searchedFolders()) {
+    std::error_code error;
+    const fs::path file = (folder / fileName()).lexically_normal();
+    if (fs::exists(file, error)) return file.string();
+    places += (places.empty() ? "" : ", ") + file.string();
+  }
+  throw ToolError(ExitCode::PluginNotLoaded, oneLine("no plug-in found (" + places +
+                                                     "); name it with --plugin or DREVIN_PLUGIN"));
+}
+
+std::string pluginFile(const std::string& option) {
+  if (!option.empty()) return inFolder(option);
+  const char* variable = std::getenv("DREVIN_PLUGIN");
+  if (variable != nullptr && *variable != '\0') return inFolder(variable);
+  return foundFile();
+}
+
+}  // namespace
+
+const DD::Image::Op::Description& loadNodeClass(const std::string& option) {
+  const std::string file = pluginFile(option);
+  try {
+    return embedded::loadPlugin(file, kClassName);
+  } catch (const embedded::PluginError& error) {
+    throw ToolError(ExitCode::PluginNotLoaded, oneLine(error.what()));
+  }
+}
+
+}  // namespace drevintool

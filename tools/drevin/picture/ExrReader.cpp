@@ -1,0 +1,243 @@
+#include "picture/ExrReader.h"
+
+#include <OpenEXR/ImfChannelList.h>
+#include <OpenEXR/ImfFrameBuffer.h>
+#include <OpenEXR/ImfHeader.h>
+#include <OpenEXR/ImfInputPart.h>
+#include <OpenEXR/ImfMultiPartInputFile.h>
+#include <OpenEXR/ImfPartType.h>
+#include <OpenEXR/ImfThreading.h>
+
+#include <algorithm>
+#include <cstring>
+#include <exception>
+#include <new>
+#include <set>
+
+#include "picture/ChannelNames.h"
+#include "picture/ExrHeaderScan.h"
+#include "picture/ExrLimits.h"
+#include "picture/HeaderAttributes.h"
+#include "picture/MemoryBudget.h"
+#include "terminal/ExitCode.h"
+#include "terminal/OneLine.h"
+#include "terminal/Signals.h"
+
+namespace drevintool {
+namespace {
+
+// A channel of one part and the place of its samples in the picture.
+struct PartChannel {
+  std::string nameInPart;
+  Imf::PixelType type;
+  std::size_t target;     // index into Picture::channels
+  char* bytes = nullptr;  // of its samples there
+};
+
+struct FlatPart {
+  int number;
+  Imath::Box2i window;
+  std::vector<PartChannel> channels;
+};
+
+bool isDeep(const Imf::Header& header) {
+  return header.hasType() && Imf::isDeepData(header.type());
+}
+
+std::size_t sampleSize(Imf::PixelType type) {
+  return type == Imf::HALF ? 2 : 4;
+}
+
+PixelBox boxOf(const Imath::Box2i& window, const DisplayWindow& display) {
+  return {window.min.x - display.minX, display.maxY - window.max.y, window.max.x - display.minX + 1,
+          display.maxY - window.min.y + 1};
+}
+
+void grow(PixelBox& box, const PixelBox& other) {
+  if (box.empty()) {
+    box = other;
+    return;
+  }
+  box = {std::min(box.x, other.x), std::min(box.y, other.y), std::max(box.r, other.r),
+         std::max(box.t, other.t)};
+}
+
+void takeFormat(const Imf::Header& header, Picture& picture) {
+  const Imath::Box2i& window = header.displayWindow();
+  picture.display = {window.min.x, window.min.y, window.max.x, window.max.y};
+  picture.width = window.max.x - window.min.x + 1;
+  picture.height = window.max.y - window.min.y + 1;
+  picture.pixelAspect = static_cast<double>(header.pixelAspectRatio());
+}
+
+// The file name that a channel gets, so that neither name is taken yet.
+std::string freeName(const std::string& name, const std::string& part,
+                     const std::set<std::string>& taken) {
+  const auto isFree = [&](const std::string& n) {
+    return taken.count(n) == 0 && taken.count(hostChannelName(n)) == 0;
+  };
+  if (isFree(name)) return name;
+  std::string prefixed = part.empty() ? name : part + "." + name;
+  if (isFree(prefixed)) return prefixed;
+  for (int number = 2;; ++number) {
+    std::string numbered = prefixed + "_" + std::to_string(number);
+    if (numbered.find('.') == std::string::npos) numbered.insert(0, "other.");
+    if (isFree(numbered)) return numbered;
+  }
+}
+
+FlatPart planPart(int number, const Imf::Header& header, std::set<std::string>& taken,
+                  Picture& picture) {
+  FlatPart part{number, header.dataWindow(), {}};
+  const std::string partName = header.hasName() ? header.name() : std::string();
+  for (auto it = header.channels().begin(); it != header.channels().end(); ++it) {
+    const std::string name = freeName(it.name(), partName, taken);
+    const std::string hostName = hostChannelName(name);
+    taken.insert(name);
+    taken.insert(hostName);
+    part.channels.push_back({it.name(), it.channel().type, picture.channels.size(), nullptr});
+    picture.channels.push_back({name, hostName, {}});
+  }
+  grow(picture.box, boxOf(part.window, picture.display));
+  return part;
+}
+
+std::vector<FlatPart> planParts(const Imf::MultiPartInputFile& file, Picture& picture) {
+  std::vector<FlatPart> parts;
+  std::set<std::string> taken;
+  for (int number = 0; number < file.parts(); ++number) {
+    const Imf::Header& header = file.header(number);
+    if (isDeep(header)) continue;
+    if (parts.empty()) {
+      takeFormat(header, picture);
+      picture.attributes =
+          std::make_shared<HeaderAttributes>(HeaderAttributes{header, file.parts() > 1});
+    }
+    parts.push_back(planPart(number, header, taken, picture));
+  }
+  return parts;
+}
+
+template <typename Sample>
+char* allocate(std::size_t count, Samples& samples) {
+  auto zeros = std::make_shared<std::vector<Sample>>(count);
+  samples = zeros;
+  return reinterpret_cast<char*>(zeros->data());
+}
+
+char* allocate(Imf::PixelType type, std::size_t count, Samples& samples) {
+  if (type == Imf::HALF) return allocate<std::uint16_t>(count, samples);
+  if (type == Imf::FLOAT) return allocate<float>(count, samples);
+  return allocate<std::uint32_t>(count, samples);
+}
+
+// Rows of one part on their way from the file (downward) into the picture (upward).
+class Band {
+ public:
+  Band(const FlatPart& part, const Picture& picture) : part_(part), picture_(picture) {
+    for (const PartChannel& channel : part.channels)
+      rowBytes_ += sampleSize(channel.type) * width();
+    constexpr std::size_t kMostBytes = std::size_t{64} << 20;
+    constexpr std::size_t kMostRows = 256;
+    const std::size_t fitting = kMostBytes / std::max<std::size_t>(rowBytes_, 1);
+    rows_ = static_cast<int>(std::clamp<std::size_t>(fitting, 1, kMostRows));
+    bytes_.resize(rowBytes_ * static_cast<std::size_t>(rows_));
+  }
+
+  int rows() const { return rows_; }
+
+  void read(Imf::InputPart& input, int first, int last) {
+    const Imath::Box2i window({part_.window.min.x, first}, {part_.window.max.x, last});
+    Imf::FrameBuffer frame;
+    std::size_t offset = 0;
+    for (const PartChannel& channel : part_.channels) {
+      const std::size_t size = sampleSize(channel.type);
+      frame.insert(channel.nameInPart, Imf::Slice::Make(channel.type, bytes_.data() + offset,
+                                                        window, size, size * width()));
+      offset += size * width() * static_cast<std::size_t>(rows_);
+    }
+    input.setFrameBuffer(frame);
+    input.readPixels(first, last);
+    for (int y = first; y <= last; ++y)
+      copyRow(y, first);
+  }
+
+ private:
+  std::size_t width() const {
+    return static_cast<std::size_t>(part_.window.max.x - part_.window.min.x) + 1;
+  }
+
+  void copyRow(int fileRow, int first) const {
+    const PixelBox& box = picture_.box;
+    const auto row = static_cast<std::size_t>(picture_.display.maxY - fileRow - box.y);
+    const auto column =
+        static_cast<std::size_t>(part_.window.min.x - picture_.display.minX - box.x);
+    std::size_t offset = 0;
+    for (const PartChannel& channel : part_.channels) {
+      const std::size_t size = sampleSize(channel.type);
+      const std::size_t from = offset + size * width() * static_cast<std::size_t>(fileRow - first);
+      std::memcpy(channel.bytes + (row * box.width() + column) * size, bytes_.data() + from,
+                  size * width());
+      offset += size * width() * static_cast<std::size_t>(rows_);
+    }
+  }
+
+  const FlatPart& part_;
+  const Picture& picture_;
+  std::size_t rowBytes_ = 0;
+  int rows_ = 1;
+  std::vector<char> bytes_;
+};
+
+void readPart(Imf::MultiPartInputFile& file, const FlatPart& part, const Picture& picture) {
+  Imf::InputPart input(file, part.number);
+  Band band(part, picture);
+  for (int first = part.window.min.y; first <= part.window.max.y; first += band.rows()) {
+    throwIfInterrupted();
+    band.read(input, first, std::min(first + band.rows() - 1, part.window.max.y));
+  }
+}
+
+Picture readParts(const std::string& path) {
+  Imf::MultiPartInputFile file(path.c_str(), Imf::globalThreadCount(), false);
+  Picture picture;
+  picture.path = path;
+  std::vector<FlatPart> parts = planParts(file, picture);
+  if (parts.empty()) {
+    throw ToolError(ExitCode::InputUnreadable, oneLine(path) + ": has no flat part");
+  }
+  for (FlatPart& part : parts) {
+    for (PartChannel& channel : part.channels) {
+      Samples& samples = picture.channels[channel.target].samples;
+      channel.bytes = allocate(channel.type, picture.box.area(), samples);
+    }
+  }
+  for (const FlatPart& part : parts)
+    readPart(file, part, picture);
+  return picture;
+}
+
+}  // namespace
+
+Picture readExr(const std::string& path) {
+  const ExrFacts facts = scanExrHeader(path);
+  const auto deep = [](const ExrPartFacts& part) { return part.deep; };
+  if (std::all_of(facts.parts.begin(), facts.parts.end(), deep)) {
+    throw ToolError(ExitCode::InputUnreadable,
+                    oneLine(path) + ": holds only deep images; give such a file with --deep");
+  }
+  checkExrLimits(facts, path, memoryBudget());
+  try {
+    return readParts(path);
+  } catch (const ToolError&) {
+    throw;
+  } catch (const std::bad_alloc&) {
+    throw ToolError(ExitCode::InputUnreadable, oneLine(path) + ": not enough memory to read it");
+  } catch (const std::exception& error) {
+    const std::string text = error.what();
+    const bool named = text.find(path) != std::string::npos;
+    throw ToolError(ExitCode::InputUnreadable, oneLine(named ? text : path + ": " + text));
+  }
+}
+
+}  // namespace drevintool

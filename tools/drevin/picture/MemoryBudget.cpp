@@ -1,0 +1,65 @@
+#include "picture/MemoryBudget.h"
+
+#include <sys/resource.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <fstream>
+#include <limits>
+#include <string>
+
+namespace drevintool {
+namespace {
+
+constexpr std::uint64_t kUnknown = std::numeric_limits<std::uint64_t>::max();
+
+// The number at the start of a file; unknown if it is missing or says "max".
+std::uint64_t numberIn(const char* path) {
+  std::ifstream file(path);
+  std::uint64_t number = 0;
+  return file >> number ? number : kUnknown;
+}
+
+std::uint64_t availableMemory() {
+  std::ifstream file("/proc/meminfo");
+  std::string key;
+  std::uint64_t kibibytes = 0;
+  std::string unit;
+  while (file >> key >> kibibytes) {
+    if (key == "MemAvailable:") return kibibytes * 1024;
+    std::getline(file, unit);
+  }
+  return kUnknown;
+}
+
+std::uint64_t leftOf(std::uint64_t limit, std::uint64_t used) {
+  if (limit == kUnknown) return kUnknown;
+  return used == kUnknown || used >= limit ? 0 : limit - used;
+}
+
+std::uint64_t cgroupMemory() {
+  const std::uint64_t unified =
+      leftOf(numberIn("/sys/fs/cgroup/memory.max"), numberIn("/sys/fs/cgroup/memory.current"));
+  const std::uint64_t legacy = leftOf(numberIn("/sys/fs/cgroup/memory/memory.limit_in_bytes"),
+                                      numberIn("/sys/fs/cgroup/memory/memory.usage_in_bytes"));
+  return std::min(unified, legacy);
+}
+
+std::uint64_t addressSpace() {
+  rlimit limit{};
+  if (getrlimit(RLIMIT_AS, &limit) != 0 || limit.rlim_cur == RLIM_INFINITY) return kUnknown;
+  const std::uint64_t pages = numberIn("/proc/self/statm");
+  const std::uint64_t pageSize = static_cast<std::uint64_t>(sysconf(_SC_PAGESIZE));
+  return leftOf(limit.rlim_cur, pages == kUnknown ? 0 : pages * pageSize);
+}
+
+}  // namespace
+
+std::uint64_t memoryBudget() {
+  constexpr std::uint64_t kLeast = std::uint64_t{64} << 20;
+  constexpr std::uint64_t kMost = std::uint64_t{1} << 40;
+  const std::uint64_t free = std::min({availableMemory(), cgroupMemory(), addressSpace(), kMost});
+  return std::max(kLeast, free / 4 * 3);
+}
+
+}  // namespace drevintool

@@ -1,0 +1,68 @@
+#include "render/InputPictures.h"
+
+#include <utility>
+
+#include "deep/DeepCompanion.h"
+#include "picture/ExrReader.h"
+#include "render/HostPicture.h"
+#include "terminal/ExitCode.h"
+#include "terminal/OneLine.h"
+
+namespace drevintool {
+
+namespace {
+
+// The file's picture, made ready to stand beside the deep one if there is one.
+Picture readImage(const std::string& path, const DeepExrSource* deep) {
+  Picture picture = readExr(path);
+  if (deep != nullptr) {
+    checkSameFormat(picture, *deep);
+    addBlackColours(picture);
+  }
+  return picture;
+}
+
+}  // namespace
+
+InputPictures::InputPictures(const RenderArguments& arguments) : imageFile_(arguments.input) {
+  if (!arguments.deep.empty()) {
+    deep_ = std::make_shared<DeepExrSource>(arguments.deep, arguments.deepPart, arguments.view);
+  }
+  pictures_.push_back({kImageInput, imageFile_.empty() ? blackPicture(*deep_)
+                                                       : readImage(imageFile_, deep_.get())});
+  if (!arguments.kernel.empty()) pictures_.push_back({kKernelInput, readExr(arguments.kernel)});
+  if (!arguments.mattes.empty()) pictures_.push_back({kMattesInput, readExr(arguments.mattes)});
+}
+
+const Picture* InputPictures::at(int input) const {
+  for (const InputPicture& entry : pictures_) {
+    if (entry.input == input) return &entry.picture;
+  }
+  return nullptr;
+}
+
+std::string InputPictures::fileOf(int input) const {
+  if (input == kImageInput) return imageFile_;
+  if (input == kDeepInput) return deep_ ? deep_->path() : std::string();
+  const Picture* picture = at(input);
+  return picture == nullptr ? std::string() : picture->path;
+}
+
+void InputPictures::connectTo(Node& node) {
+  for (const InputPicture& entry : pictures_) {
+    embedded::Image image = hostImage(entry.picture);
+    if (entry.input == kImageInput) addMissingColours(image);
+    connect(node, entry.input, std::make_unique<embedded::ImageInput>(std::move(image)));
+  }
+  if (deep_) connect(node, kDeepInput, std::make_unique<embedded::DeepInput>(deep_));
+}
+
+void InputPictures::connect(Node& node, int input, std::unique_ptr<DD::Image::Op> op) {
+  operators_.push_back(std::move(op));
+  if (node.connect(input, operators_.back().get())) return;
+  throw ToolError(
+      ExitCode::RenderFailed,
+      oneLine(fileOf(input) + ": the node does not take it as its input " + std::to_string(input)));
+}
+
+}  // namespace drevintool

@@ -1,0 +1,59 @@
+#pragma once
+
+/// The pictures that a render reads, and their places on the node.
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "Arguments.h"
+#include "EmbeddedHost/DeepInput.h"
+#include "EmbeddedHost/ImageInput.h"
+#include "EmbeddedHost/Node.h"
+#include "deep/DeepExrSource.h"
+#include "picture/Picture.h"
+
+namespace drevintool {
+
+/// Input numbers of the node.
+constexpr int kImageInput = 0;
+constexpr int kKernelInput = 1;
+constexpr int kDeepInput = 3;
+constexpr int kMattesInput = 4;
+
+/// A picture and the input that it is for.
+struct InputPicture {
+  int input;
+  Picture picture;
+};
+
+class InputPictures {
+ public:
+  /// Reads the flat files that the arguments name and opens the deep one, whose samples are read
+  /// while rows are rendered. Beside a deep picture input 0 has R, G, B and A in any case, black
+  /// where its file lacks them; without a file it is black all over. Throws ToolError.
+  explicit InputPictures(const RenderArguments& arguments);
+
+  /// The flat picture on that input, or null.
+  const Picture* at(int input) const;
+  /// Input 0's picture.
+  const Picture& image() const { return pictures_.front().picture; }
+  /// The deep picture, or null.
+  const DeepExrSource* deep() const { return deep_.get(); }
+  /// The file on that input, or empty.
+  std::string fileOf(int input) const;
+
+  /// Connects the pictures to the node; they must outlive it. Throws ToolError (RenderFailed) if
+  /// the node refuses one.
+  void connectTo(Node& node);
+
+ private:
+  void connect(Node& node, int input, std::unique_ptr<DD::Image::Op> op);
+
+  std::string imageFile_;  // empty if input 0 is black
+  std::vector<InputPicture> pictures_;
+  std::shared_ptr<DeepExrSource> deep_;
+  std::vector<std::unique_ptr<DD::Image::Op>> operators_;
+};
+
+}  // namespace drevintool

@@ -1,0 +1,38 @@
+#pragma once
+
+/// The report of a render: what was done, with which controls, and how long it took.
+
+#include <string>
+#include <vector>
+
+#include "Arguments.h"
+#include "EmbeddedHost/Node.h"
+#include "EmbeddedHost/Render.h"
+#include "render/InputPictures.h"
+
+namespace drevintool {
+
+/// Wall time in seconds of the steps that the command itself takes.
+struct CommandTimes {
+  double read = 0.0;
+  double write = 0.0;
+  double total = 0.0;
+};
+
+/// What the command itself knows of the render.
+struct CommandRecord {
+  CommandTimes times;
+  std::vector<std::string> warnings;
+};
+
+/// Writes the report as JSON to `arguments.report`: node (class, version, build string, hash),
+/// format, box, every control with its value and state, file and request of each input, warnings of
+/// the command and of the node, threads, seconds (read, aperture, estimate, kernels, defocus,
+/// write, total) and the peak memory in bytes. A deep input has its part, the order in which its
+/// samples were served, how many were read, how many of them are thick, how many the fullest pixel
+/// has, and how often a band of rows was read; that happens while rows are made, and its time is
+/// part of theirs. The file appears when it is whole. Throws ToolError (OutputNotWritten).
+void writeReport(const RenderArguments& arguments, const Node& node, const InputPictures& pictures,
+                 const embedded::RenderResult& result, const CommandRecord& record);
+
+}  // namespace drevintool

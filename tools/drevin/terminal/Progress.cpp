@@ -1,0 +1,98 @@
+#include "terminal/Progress.h"
+
+#include <fmt/format.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cmath>
+#include <cstdio>
+#include <string>
+
+namespace drevintool {
+namespace {
+
+constexpr const char* kClearLine = "\r\033[K";
+
+std::string durationText(double seconds) {
+  const long whole = std::lround(std::min(seconds, 1e6));
+  if (whole < 60) return fmt::format("{} s", whole);
+  if (whole < 3600) return fmt::format("{}:{:02} min", whole / 60, whole % 60);
+  return fmt::format("{}:{:02} h", whole / 3600, whole / 60 % 60);
+}
+
+double secondsSince(std::chrono::steady_clock::time_point start) {
+  return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+}
+
+/// Of the rows, or of a stage that tells it.
+double shareOf(const embedded::Progress& progress) {
+  if (progress.rowsTotal <= 0) return progress.fraction;
+  return static_cast<double>(progress.rowsDone) / progress.rowsTotal;
+}
+
+}  // namespace
+
+ProgressDisplay::ProgressDisplay(bool quiet)
+    : quiet_(quiet), terminal_(isatty(STDERR_FILENO) == 1), lastLine_(Clock::now()) {}
+
+ProgressDisplay::~ProgressDisplay() {
+  if (drawn_) std::fputs(kClearLine, stderr);
+}
+
+void ProgressDisplay::show(const embedded::Progress& progress) {
+  if (quiet_) return;
+  const double share = shareOf(progress);
+  const double left = secondsLeft(progress, share);
+  percent_ = std::max(percent_, static_cast<int>(share * 100.0));
+  if (terminal_) {
+    drawBar(progress, share, left);
+  } else if (share > 0.0) {
+    printLine(left);
+  }
+}
+
+// -1 if it cannot be told yet.
+double ProgressDisplay::secondsLeft(const embedded::Progress& progress, double share) {
+  if (progress.stage != stage_) {
+    stage_ = progress.stage;
+    firstShare_ = share;
+    stageStart_ = Clock::now();
+  }
+  const double done = share - firstShare_;
+  return done > 0.0 ? secondsSince(stageStart_) * (1.0 - share) / done : -1.0;
+}
+
+void ProgressDisplay::drawBar(const embedded::Progress& progress, double share,
+                              double secondsLeft) {
+  constexpr int kWidth = 30;
+  std::string text = fmt::format("{}{:<14.14}", kClearLine, progress.stage);
+  if (share > 0.0 || progress.rowsTotal > 0) {
+    const auto full = static_cast<std::size_t>(kWidth * share);
+    text += fmt::format(" [{:<{}}] {}", std::string(full, '='), kWidth,
+                        progress.rowsTotal > 0
+                            ? fmt::format("{}/{} rows", progress.rowsDone, progress.rowsTotal)
+                            : fmt::format("{}%", static_cast<int>(share * 100.0)));
+    if (secondsLeft >= 0.0) text += ", " + durationText(secondsLeft) + " left";
+  }
+  std::fputs(text.c_str(), stderr);
+  std::fflush(stderr);
+  drawn_ = true;
+}
+
+// The last second is left to the line that says 100%.
+void ProgressDisplay::printLine(double secondsLeft) {
+  constexpr double kInterval = 1.0;
+  const bool nearlyDone = secondsLeft >= 0.0 && secondsLeft < kInterval;
+  if (nearlyDone || secondsSince(lastLine_) < kInterval) return;
+  lastLine_ = Clock::now();
+  fmt::print(stderr, "Progress: {}%\n", percent_);
+}
+
+void ProgressDisplay::finish() {
+  if (quiet_) return;
+  if (drawn_) std::fputs(kClearLine, stderr);
+  drawn_ = false;
+  if (!terminal_) fmt::print(stderr, "Progress: 100%\n");
+}
+
+}  // namespace drevintool
