@@ -1,4 +1,4 @@
-#include "Arguments.h"
+#include "arguments/Arguments.h"
 
 #include <gtest/gtest.h>
 

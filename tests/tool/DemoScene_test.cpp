@@ -5,7 +5,7 @@
 #include <cmath>
 #include <stdexcept>
 
-#include "Arguments.h"
+#include "arguments/Arguments.h"
 #include "ScratchFolder.h"
 #include "demo/DemoAperture.h"
 #include "demo/DemoCommand.h"

@@ -3,7 +3,7 @@
 #include <new>
 #include <variant>
 
-#include "Arguments.h"
+#include "arguments/Arguments.h"
 #include "controls/ControlsCommand.h"
 #include "demo/DemoCommand.h"
 #include "render/RenderCommand.h"

@@ -2,7 +2,7 @@
 
 /// The subcommand that lists the node's controls.
 
-#include "Arguments.h"
+#include "arguments/ControlsArguments.h"
 
 namespace drevintool {
 

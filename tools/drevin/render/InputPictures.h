@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "Arguments.h"
+#include "arguments/RenderArguments.h"
 #include "EmbeddedHost/DeepInput.h"
 #include "EmbeddedHost/ImageInput.h"
 #include "EmbeddedHost/Node.h"

@@ -2,7 +2,7 @@
 
 /// The subcommand that renders the node over a picture.
 
-#include "Arguments.h"
+#include "arguments/RenderArguments.h"
 
 namespace drevintool {
 

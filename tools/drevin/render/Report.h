@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "Arguments.h"
+#include "arguments/RenderArguments.h"
 #include "EmbeddedHost/Node.h"
 #include "EmbeddedHost/Render.h"
 #include "render/InputPictures.h"

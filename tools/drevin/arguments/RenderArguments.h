@@ -1,10 +1,9 @@
 #pragma once
 
-/// The command line, checked and in the command's own terms.
+/// What the subcommand `render` was asked to do.
 
 #include <optional>
 #include <string>
-#include <variant>
 #include <vector>
 
 #include "EmbeddedHost/DeepOrder.h"
@@ -31,27 +30,5 @@ struct RenderArguments {
   double proxy = 1.0;
   bool quiet = false;
 };
-
-struct ControlsArguments {
-  std::string camera;
-  std::string plugin;
-  std::vector<std::string> settings;
-  bool json = false;
-};
-
-struct DemoArguments {
-  std::string directory;
-};
-
-/// A text that was asked for instead of work: help or version.
-struct TextRequest {
-  std::string text;
-};
-
-using Arguments = std::variant<TextRequest, RenderArguments, ControlsArguments, DemoArguments>;
-
-/// Reads the command line. Throws ToolError (Usage) with one line that names the option and the
-/// remedy.
-Arguments parseArguments(int count, const char* const* texts);
 
 }  // namespace drevintool

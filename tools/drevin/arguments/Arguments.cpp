@@ -1,0 +1,65 @@
+#include "arguments/Arguments.h"
+
+#include <CLI/CLI.hpp>
+
+#include <algorithm>
+#include <vector>
+
+#include "arguments/ControlsParser.h"
+#include "arguments/DemoParser.h"
+#include "arguments/OptionChecks.h"
+#include "arguments/RenderParser.h"
+#include "terminal/NearestName.h"
+
+namespace drevintool {
+namespace {
+
+std::vector<std::string> subcommandNames(const CLI::App& app) {
+  std::vector<std::string> names;
+  for (const CLI::App* subcommand : app.get_subcommands({}))
+    names.push_back(subcommand->get_name());
+  return names;
+}
+
+// The options of the subcommand that was begun, for a hint at the one that was meant.
+std::string hintFor(const CLI::App& app, int count, const char* const* texts) {
+  const std::vector<CLI::App*> begun = app.get_subcommands();
+  const CLI::App& active = begun.empty() ? app : *begun.front();
+  std::vector<std::string> names;
+  if (begun.empty()) names = subcommandNames(app);
+  for (const CLI::Option* option : active.get_options())
+    names.push_back(option->get_name());
+  for (int i = 1; i < count; ++i) {
+    const std::string text = std::string(texts[i]).substr(0, std::string(texts[i]).find('='));
+    const bool known = std::find(names.begin(), names.end(), text) != names.end();
+    const bool candidate = begun.empty() ? i == 1 : text.rfind("--", 0) == 0;
+    const std::string nearest = candidate && !known ? nearestName(text, names) : "";
+    if (!nearest.empty()) return "; did you mean " + nearest + "?";
+  }
+  return "; see drevin " + (begun.empty() ? "" : active.get_name() + " ") + "--help";
+}
+
+}  // namespace
+
+Arguments parseArguments(int count, const char* const* texts) {
+  CLI::App app("Lens defocus of pictures with depth", "drevin");
+  app.set_version_flag("--version", "drevin " DREVIN_VERSION);
+  app.require_subcommand(1);
+  const RenderParser render(app);
+  const ControlsParser controls(app);
+  const DemoParser demo(app);
+  try {
+    app.parse(count, texts);
+  } catch (const CLI::CallForHelp&) {
+    return TextRequest{app.help()};
+  } catch (const CLI::CallForVersion& version) {
+    return TextRequest{std::string(version.what()) + "\n"};
+  } catch (const CLI::ParseError& error) {
+    failUsage(error.what() + hintFor(app, count, texts));
+  }
+  if (render.parsed()) return render.checked();
+  if (controls.parsed()) return controls.checked();
+  return demo.checked();
+}
+
+}  // namespace drevintool

@@ -1,0 +1,13 @@
+#pragma once
+
+/// What the subcommand `demo` was asked to do.
+
+#include <string>
+
+namespace drevintool {
+
+struct DemoArguments {
+  std::string directory;
+};
+
+}  // namespace drevintool

@@ -1,0 +1,164 @@
+#include "arguments/RenderParser.h"
+
+#include <CLI/CLI.hpp>
+
+#include <algorithm>
+#include <cctype>
+#include <filesystem>
+
+#include "arguments/NodeOptions.h"
+#include "arguments/OptionChecks.h"
+#include "picture/ChannelNames.h"
+#include "terminal/NumberText.h"
+
+namespace drevintool {
+namespace {
+
+std::string lowerExtension(const std::string& path) {
+  std::string extension = std::filesystem::path(path).extension().string();
+  std::transform(extension.begin(), extension.end(), extension.begin(), [](char c) {
+    return static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+  });
+  return extension;
+}
+
+[[noreturn]] void failRegion(const std::string& text, const std::string& reason) {
+  failUsage("--region " + text + ": " + reason);
+}
+
+int parseEdge(const std::string& piece, const std::string& region) {
+  constexpr int kFarthest = 1 << 28;
+  const std::optional<int> edge = parseInteger(piece);
+  if (!edge || *edge < -kFarthest || *edge > kFarthest) {
+    failRegion(region, "'" + piece + "' is not a whole number, or too large");
+  }
+  return *edge;
+}
+
+PixelBox parseRegion(const std::string& text) {
+  std::vector<int> edges;
+  for (const std::string& piece : splitList(text))
+    edges.push_back(parseEdge(piece, text));
+  if (edges.size() != 4) failRegion(text, "give four whole numbers, x,y,r,t");
+  const PixelBox box{edges[0], edges[1], edges[2], edges[3]};
+  if (box.empty()) failRegion(text, "is empty; r must be above x and t above y");
+  return box;
+}
+
+unsigned parseThreads(const std::string& text) {
+  constexpr int kMost = 1024;
+  const std::optional<int> threads = parseInteger(text);
+  if (!threads || *threads < 1 || *threads > kMost) {
+    failUsage("--threads " + text + ": give a whole number from 1 to 1024");
+  }
+  return static_cast<unsigned>(*threads);
+}
+
+double parseProxy(const std::string& text) {
+  const std::optional<double> scale = parseNumber(text);
+  if (!scale || *scale <= 0.0) failUsage("--proxy " + text + ": give a number above 0");
+  return *scale;
+}
+
+std::vector<std::string> parseChannels(const std::string& text) {
+  std::vector<std::string> names = splitList(text);
+  const bool blank = std::find(names.begin(), names.end(), "") != names.end();
+  if (names.empty() || blank) failUsage("--channels " + text + ": give names separated by commas");
+  return names;
+}
+
+embedded::DeepOrder parseDeepOrder(const std::string& text) {
+  if (text == "near-first") return embedded::DeepOrder::NearFirst;
+  if (text == "far-first") return embedded::DeepOrder::FarFirst;
+  failUsage("--deep-order " + text + ": give near-first or far-first");
+}
+
+void checkOutput(const std::string& output) {
+  if (output.empty()) failUsage("--output is missing: name the result, .exr or .png");
+  const std::string extension = lowerExtension(output);
+  if (extension != ".exr" && extension != ".png") {
+    failUsage("--output " + output + ": the name must end in .exr or .png");
+  }
+}
+
+void checkDeepGiven(const CLI::App& app) {
+  for (const char* option : {"--deep-part", "--view", "--deep-order"}) {
+    if (given(app, option) && !given(app, "--deep")) {
+      failUsage(std::string(option) + ": is for deep pictures; name one with --deep");
+    }
+  }
+}
+
+}  // namespace
+
+RenderParser::RenderParser(CLI::App& app)
+    : app_(*app.add_subcommand("render", "Defocus a picture")) {
+  addPictures();
+  addDeep();
+  addNodeOptions(app_, arguments_.settings, arguments_.camera, arguments_.plugin);
+  addOutput();
+}
+
+void RenderParser::addPictures() {
+  app_.add_option("--input", arguments_.input, "The picture with its depth channel (EXR)")
+      ->type_name("FILE");
+  app_.add_option("--kernel", arguments_.kernel, "A picture of the aperture (EXR)")
+      ->type_name("FILE");
+  app_.add_option("--mattes", arguments_.mattes, "Mattes for defocus, bloom and aberration (EXR)")
+      ->type_name("FILE");
+}
+
+void RenderParser::addDeep() {
+  app_.add_option("--deep", arguments_.deep,
+                  "A deep picture (EXR), defocused sample by sample; with it --input may be left "
+                  "out, or gives the channels that the samples lack")
+      ->type_name("FILE");
+  app_.add_option("--deep-part", arguments_.deepPart,
+                  "The part of the deep file (default: its first deep part)")
+      ->type_name("NAME");
+  app_.add_option("--view", arguments_.view,
+                  "The view of the deep file: its first deep part of that view")
+      ->type_name("NAME");
+  app_.add_option("--deep-order", deepOrder_,
+                  "How deep samples are served: near-first (default), or far-first as "
+                  "general-purpose tools do, which cuts thick samples in depth order")
+      ->type_name("ORDER");
+}
+
+void RenderParser::addOutput() {
+  app_.add_option("--region", region_,
+                  "Render only columns x to r-1 and rows y to t-1; row 0 is the bottom row")
+      ->type_name("x,y,r,t");
+  app_.add_option("--channels", channels_, "Write only these (R,G,B,Z,layer.name; rgb; rgba; all)")
+      ->type_name("LIST");
+  app_.add_option("--threads", threads_, "Threads (default: all that may be used)")->type_name("N");
+  app_.add_option("--proxy", proxy_, "Proxy scale of the interface's context (default 1)")
+      ->type_name("SCALE");
+  app_.add_option("--report", arguments_.report, "Write what was done and how long it took (JSON)")
+      ->type_name("FILE");
+  app_.add_flag("--quiet", arguments_.quiet, "No progress");
+  app_.add_option("--output", arguments_.output, "The result, .exr or .png")->type_name("FILE");
+}
+
+bool RenderParser::parsed() const {
+  return app_.parsed();
+}
+
+RenderArguments RenderParser::checked() const {
+  checkNotEmpty(app_, {"--deep", "--deep-part", "--view", "--kernel", "--mattes", "--camera",
+                       "--plugin", "--report"});
+  checkDeepGiven(app_);
+  RenderArguments arguments = arguments_;
+  if (arguments.input.empty() && (given(app_, "--input") || !given(app_, "--deep"))) {
+    failUsage("--input is missing: name the picture to defocus, or a deep one with --deep");
+  }
+  checkOutput(arguments.output);
+  if (given(app_, "--deep-order")) arguments.deepOrder = parseDeepOrder(deepOrder_);
+  if (given(app_, "--region")) arguments.region = parseRegion(region_);
+  if (given(app_, "--channels")) arguments.channels = parseChannels(channels_);
+  if (given(app_, "--threads")) arguments.threads = parseThreads(threads_);
+  if (given(app_, "--proxy")) arguments.proxy = parseProxy(proxy_);
+  return arguments;
+}
+
+}  // namespace drevintool

@@ -1,0 +1,43 @@
+#pragma once
+
+/// The options of the subcommand `render`.
+
+#include <string>
+
+#include "arguments/RenderArguments.h"
+
+namespace CLI {
+class App;
+}
+
+namespace drevintool {
+
+class RenderParser {
+ public:
+  /// Adds the subcommand to `app`, which must outlive this.
+  explicit RenderParser(CLI::App& app);
+  RenderParser(const RenderParser&) = delete;
+  RenderParser& operator=(const RenderParser&) = delete;
+
+  /// Whether it was called for.
+  bool parsed() const;
+  /// What it was asked to do. Throws ToolError (Usage) with one line that names the option and the
+  /// remedy.
+  RenderArguments checked() const;
+
+ private:
+  void addPictures();
+  void addDeep();
+  void addOutput();
+
+  CLI::App& app_;
+  RenderArguments arguments_;
+  // As they stand on the command line, until they are checked.
+  std::string deepOrder_;
+  std::string region_;
+  std::string channels_;
+  std::string threads_;
+  std::string proxy_;
+};
+
+}  // namespace drevintool
