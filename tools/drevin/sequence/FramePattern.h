@@ -1,0 +1,45 @@
+#pragma once
+
+/// Paths that stand for one file of each frame and view.
+
+#include <string>
+#include <vector>
+
+namespace drevintool {
+
+/// A path with places for the frame number and the view:
+///
+/// * `#`, `##`, `####`... and `@`, `@@`...: the frame with at least as many digits as signs; a
+///   single sign does not pad;
+/// * `%d`, and `%04d` with any width from 1 to 16: as printf writes it;
+/// * `%V`: the view's name; `%v`: its first letter.
+///
+/// The sign of a negative frame counts as a digit: -5 is "-005" for `####`. A backslash before `#`,
+/// `@` or `%` makes it a plain sign. Everything else stands for itself.
+class FramePattern {
+ public:
+  explicit FramePattern(const std::string& path);
+
+  bool hasFrame() const;
+  bool hasView() const;
+  /// The path of that frame and view; a `view` that is empty leaves its place empty.
+  std::string path(int frame, const std::string& view = "") const;
+
+ private:
+  enum class Kind { Text, Frame, View, ViewLetter };
+  struct Piece {
+    Kind kind;
+    std::string text;  ///< of Text
+    int digits = 0;    ///< of Frame, at least
+  };
+
+  void addText(const std::string& text);
+  bool has(Kind kind) const;
+  static std::string filled(const Piece& piece, int frame, const std::string& view);
+  std::size_t addSigns(const std::string& path, std::size_t at);
+  std::size_t addPercent(const std::string& path, std::size_t at);
+
+  std::vector<Piece> pieces_;
+};
+
+}  // namespace drevintool
