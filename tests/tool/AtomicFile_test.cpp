@@ -76,6 +76,48 @@ TEST(AtomicFile, permissionsOfTheReplacedFile_areKept) {
             std::filesystem::perms::owner_all);
 }
 
+TEST(AtomicFile, fileAtFault_isRefusedAndTheOldOneStands) {
+  const ScratchFolder folder;
+  writeBytes(folder.file("out"), "old");
+  std::string looked;
+  try {
+    AtomicFile file(folder.file("out"));
+    file.write("new", 3);
+    file.commit([&looked](const std::string& written) {
+      looked = bytesOfFile(written);
+      return "it is odd";
+    });
+    FAIL();
+  } catch (const ToolError& error) {
+    EXPECT_EQ(error.code(), ExitCode::OutputNotWritten);
+    EXPECT_EQ(error.what(), folder.file("out") + ": was not written whole: it is odd");
+  }
+  EXPECT_EQ(looked, "new");
+  EXPECT_EQ(bytesOfFile(folder.file("out")), "old");
+  EXPECT_EQ(folder.entries(), std::vector<std::string>{"out"});
+}
+
+TEST(AtomicFile, twoOnOnePlace_doNotDisturbEachOther) {
+  const ScratchFolder folder;
+  AtomicFile first(folder.file("out"));
+  AtomicFile second(folder.file("out"));
+  first.write("first", 5);
+  second.write("second", 6);
+  second.commit();
+  EXPECT_EQ(bytesOfFile(folder.file("out")), "second");
+  first.commit();
+  EXPECT_EQ(bytesOfFile(folder.file("out")), "first");
+  EXPECT_EQ(folder.entries(), std::vector<std::string>{"out"});
+}
+
+TEST(AtomicFile, whatAKilledProcessLeft_goes) {
+  const ScratchFolder folder;
+  writeBytes(folder.file(".out.4194305.tmp"), "half a file");
+  AtomicFile file(folder.file("out"));
+  file.commit();
+  EXPECT_EQ(folder.entries(), std::vector<std::string>{"out"});
+}
+
 TEST(AtomicFile, missingFolderDirectoryOrDevice_isRefused) {
   const ScratchFolder folder;
   EXPECT_EQ(codeOf(folder.file("no/such/out")), ExitCode::OutputNotWritten);

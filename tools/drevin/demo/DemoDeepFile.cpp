@@ -5,7 +5,6 @@
 #include <OpenEXR/ImfDeepFrameBuffer.h>
 #include <OpenEXR/ImfDeepScanLineOutputFile.h>
 #include <OpenEXR/ImfHeader.h>
-#include <OpenEXR/ImfIO.h>
 #include <OpenEXR/ImfPartType.h>
 
 #include <algorithm>
@@ -16,6 +15,8 @@
 #include <vector>
 
 #include "picture/AtomicFile.h"
+#include "picture/CheckedStream.h"
+#include "picture/WrittenFile.h"
 #include "terminal/ExitCode.h"
 #include "terminal/OneLine.h"
 #include "terminal/Signals.h"
@@ -31,19 +32,6 @@ constexpr std::array<std::pair<const char*, Member>, 4> kHalves = {{{"R", &DemoD
                                                                     {"A", &DemoDeepSample::alpha}}};
 constexpr std::array<std::pair<const char*, Member>, 2> kFloats = {
     {{"Z", &DemoDeepSample::front}, {"ZBack", &DemoDeepSample::back}}};
-
-class Stream : public Imf::OStream {
- public:
-  Stream(AtomicFile& file, const std::string& path) : Imf::OStream(path.c_str()), file_(file) {}
-  void write(const char bytes[], int count) override {
-    file_.write(bytes, static_cast<std::size_t>(count));
-  }
-  uint64_t tellp() override { return file_.position(); }
-  void seekp(uint64_t position) override { file_.seek(position); }
-
- private:
-  AtomicFile& file_;
-};
 
 std::uint16_t halfOf(float value) {
   constexpr float kMost = 65504.0F;
@@ -121,7 +109,7 @@ Imf::Header headerFor(const DemoDeepPicture& picture) {
 }
 
 void writeRows(const DemoDeepPicture& picture, AtomicFile& place, const std::string& path) {
-  Stream stream(place, path);
+  CheckedStream stream(place, path);
   Imf::DeepScanLineOutputFile file(stream, headerFor(picture));
   Row memory(picture.width);
   file.setFrameBuffer(memory.frame());
@@ -143,7 +131,7 @@ void writeDemoDeep(const DemoDeepPicture& picture, const std::string& path) {
   } catch (const std::exception& error) {
     throw ToolError(ExitCode::OutputNotWritten, oneLine(path + ": " + error.what()));
   }
-  place.commit();
+  place.commit(faultOfWrittenExr);
 }
 
 }  // namespace drevintool

@@ -8,6 +8,7 @@
 #include <filesystem>
 #include <system_error>
 
+#include "picture/TemporaryFile.h"
 #include "terminal/ExitCode.h"
 #include "terminal/OneLine.h"
 
@@ -38,21 +39,19 @@ std::string resolved(const std::string& path) {
   return place.string();
 }
 
+std::string folderOf(const std::string& place) {
+  const fs::path parent = fs::path(place).parent_path();
+  return parent.empty() ? "." : parent.string();
+}
+
 void checkResolved(const std::string& path, const std::string& place) {
   std::error_code error;
   const fs::file_status status = fs::status(place, error);
   if (fs::is_directory(status)) failAt(path, "is a directory; name a file in it");
   if (fs::exists(status) && !fs::is_regular_file(status)) failAt(path, "is not a regular file");
-  const fs::path parent = fs::path(place).parent_path();
-  const std::string folder = parent.empty() ? "." : parent.string();
+  const std::string folder = folderOf(place);
   if (!fs::is_directory(folder, error)) failAt(path, "its folder does not exist");
   if (access(folder.c_str(), W_OK) != 0) failAt(path, "its folder: " + systemText(errno));
-}
-
-std::string besideOf(const std::string& place) {
-  const fs::path wanted(place);
-  const std::string name = "." + wanted.filename().string().substr(0, 200);
-  return (wanted.parent_path() / (name + "." + std::to_string(getpid()) + ".tmp")).string();
 }
 
 // The permissions of the file that will be replaced, or those of a new one.
@@ -63,6 +62,23 @@ mode_t modeFor(const std::string& place) {
   return stat(place.c_str(), &status) == 0 ? status.st_mode & kPermissions : kNew;
 }
 
+// Some file systems know no sync; that alone does not spoil a file.
+bool syncFailed(int descriptor) {
+  return fsync(descriptor) != 0 && errno != EINVAL && errno != ENOTSUP;
+}
+
+// The new name lies in the folder, which may be lost by itself when the power goes. A folder that
+// may be written but not read cannot be flushed.
+bool folderSyncFailed(const std::string& place) {
+  const int folder = open(folderOf(place).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+  if (folder < 0) return false;
+  const bool failed = syncFailed(folder);
+  const int error = errno;
+  close(folder);
+  errno = error;
+  return failed;
+}
+
 }  // namespace
 
 void AtomicFile::checkPlace(const std::string& path) {
@@ -71,14 +87,16 @@ void AtomicFile::checkPlace(const std::string& path) {
 
 AtomicFile::AtomicFile(const std::string& path) : path_(path), place_(resolved(path)) {
   checkResolved(path_, place_);
-  temporary_ = besideOf(place_);
-  const int flags = O_CREAT | O_TRUNC | O_RDWR | O_NOFOLLOW | O_CLOEXEC;
-  const int descriptor = open(temporary_.c_str(), flags, modeFor(place_));
-  if (descriptor < 0) failAt(path_, systemText(errno));
-  file_ = fdopen(descriptor, "w+b");
+  removeAbandonedFiles(place_);
+  const TemporaryFile made = makeTemporaryFile(place_, modeFor(place_));
+  if (made.descriptor < 0) failAt(path_, systemText(errno));
+  temporary_ = made.path;
+  lock_ = made.descriptor;
+  const int descriptor = fcntl(lock_, F_DUPFD_CLOEXEC, 0);
+  file_ = descriptor < 0 ? nullptr : fdopen(descriptor, "w+b");
   if (file_ == nullptr) {
     const int error = errno;
-    close(descriptor);
+    if (descriptor >= 0) close(descriptor);
     discard();
     failAt(path_, systemText(error));
   }
@@ -98,6 +116,8 @@ void AtomicFile::discard() noexcept {
   file_ = nullptr;
   if (!temporary_.empty()) unlink(temporary_.c_str());
   temporary_.clear();
+  if (lock_ >= 0) close(lock_);
+  lock_ = -1;
 }
 
 void AtomicFile::write(const void* bytes, std::size_t count) {
@@ -118,17 +138,23 @@ std::uint64_t AtomicFile::position() {
   return static_cast<std::uint64_t>(at);
 }
 
-void AtomicFile::commit() {
+void AtomicFile::finishWriting() {
   if (firstError_ != 0) fail(firstError_);
   errno = 0;
   if (std::fflush(file_) != 0) fail(errno);
-  // Some file systems know no sync; that alone does not spoil the file.
-  if (fsync(fileno(file_)) != 0 && errno != EINVAL && errno != ENOTSUP) fail(errno);
+  if (syncFailed(fileno(file_))) fail(errno);
   const int closed = std::fclose(file_);
   file_ = nullptr;
   if (closed != 0) fail(errno);
+}
+
+void AtomicFile::commit(const FileCheck& check) {
+  finishWriting();
+  const std::string fault = check ? check(temporary_) : std::string();
+  if (!fault.empty()) failAt(path_, "was not written whole: " + fault);
   if (std::rename(temporary_.c_str(), place_.c_str()) != 0) fail(errno);
   temporary_.clear();
+  if (folderSyncFailed(place_)) fail(errno);
 }
 
 }  // namespace drevintool

@@ -4,13 +4,18 @@
 
 #include <cstdint>
 #include <cstdio>
+#include <functional>
 #include <string>
 
 namespace drevintool {
 
+/// What is wrong with a file that was written; empty if nothing is.
+using FileCheck = std::function<std::string(const std::string& file)>;
+
 /// Writes beside the wanted place and renames at the end; what stood there before stays until then.
 /// A symbolic link is followed, its target is replaced. Every failure throws ToolError
-/// (OutputNotWritten) with one line that names the wanted file and the reason.
+/// (OutputNotWritten) with one line that names the wanted file and the reason. What a process that
+/// was killed left beside the place goes when the next one writes there.
 class AtomicFile {
  public:
   /// Creates the file beside the place. Fails if the folder is missing or not writable, or if the
@@ -28,17 +33,20 @@ class AtomicFile {
   void seek(std::uint64_t position);
   std::uint64_t position();
 
-  /// Flushes to the device, closes and renames. Fails if any write before has failed.
-  void commit();
+  /// Flushes to the device, closes, has the file looked over, renames it, and flushes the folder.
+  /// Fails if any write before has failed, or with what `check` finds.
+  void commit(const FileCheck& check = nullptr);
 
  private:
   [[noreturn]] void fail(int error);
+  void finishWriting();
   void discard() noexcept;
 
   std::string path_;       // as the user wrote it
   std::string place_;      // with links resolved
   std::string temporary_;  // beside it
   std::FILE* file_ = nullptr;
+  int lock_ = -1;  // keeps the temporary file locked when file_ is closed
   int firstError_ = 0;
 };
 

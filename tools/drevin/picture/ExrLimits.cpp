@@ -33,13 +33,6 @@ void checkWindow(const ExrWindow& window, const char* what, const std::string& p
   }
 }
 
-// Rows of one chunk of a scanline part, by the file's number of the compression.
-std::int64_t chunkRows(int compression) {
-  constexpr std::array<std::int64_t, 10> kRows = {1, 1, 1, 16, 32, 16, 32, 32, 32, 256};
-  return compression < static_cast<int>(kRows.size()) ? kRows[static_cast<std::size_t>(compression)]
-                                                      : 1;
-}
-
 std::int64_t sampleBytes(const ExrPartFacts& part) {
   std::int64_t bytes = 0;
   for (const ExrChannelFacts& channel : part.channels)
@@ -151,10 +144,16 @@ std::uint64_t mostCompression(int compression) {
              : kNone;
 }
 
+std::int64_t rowsOfChunk(const ExrPartFacts& part) {
+  constexpr std::array<std::int64_t, 10> kRows = {1, 1, 1, 16, 32, 16, 32, 32, 32, 256};
+  const auto compression = static_cast<std::size_t>(part.compression);
+  return compression < kRows.size() ? kRows[compression] : 1;
+}
+
 std::int64_t chunksOf(const ExrPartFacts& part) {
   const std::int64_t width = part.dataWindow.width();
   const std::int64_t height = part.dataWindow.height();
-  if (!part.tiled) return ceilDivide(height, chunkRows(part.compression));
+  if (!part.tiled) return ceilDivide(height, rowsOfChunk(part));
   return ceilDivide(width, part.tileWidth) * ceilDivide(height, part.tileHeight);
 }
 

@@ -21,6 +21,9 @@ constexpr std::int64_t kMostDeepTilePixels = std::int64_t{1} << 24;
 /// the largest 32-bit number where there is no bound.
 std::uint64_t mostCompression(int compression);
 
+/// Rows of one chunk of a scanline part, by its compression.
+std::int64_t rowsOfChunk(const ExrPartFacts& part);
+
 /// Chunks that a part with sane sizes has, of a tiled one those of its first level.
 std::int64_t chunksOf(const ExrPartFacts& part);
 

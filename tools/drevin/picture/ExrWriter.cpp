@@ -3,7 +3,6 @@
 #include <OpenEXR/ImfChannelList.h>
 #include <OpenEXR/ImfFrameBuffer.h>
 #include <OpenEXR/ImfHeader.h>
-#include <OpenEXR/ImfIO.h>
 #include <OpenEXR/ImfOutputFile.h>
 #include <OpenEXR/ImfThreading.h>
 
@@ -15,27 +14,15 @@
 #include <vector>
 
 #include "picture/AtomicFile.h"
+#include "picture/CheckedStream.h"
 #include "picture/HeaderAttributes.h"
+#include "picture/WrittenFile.h"
 #include "terminal/ExitCode.h"
 #include "terminal/OneLine.h"
 #include "terminal/Signals.h"
 
 namespace drevintool {
 namespace {
-
-class CheckedStream : public Imf::OStream {
- public:
-  CheckedStream(AtomicFile& file, const std::string& path)
-      : Imf::OStream(path.c_str()), file_(file) {}
-  void write(const char bytes[], int count) override {
-    file_.write(bytes, static_cast<std::size_t>(count));
-  }
-  uint64_t tellp() override { return file_.position(); }
-  void seekp(uint64_t position) override { file_.seek(position); }
-
- private:
-  AtomicFile& file_;
-};
 
 Imf::PixelType typeOf(const Samples& samples) {
   constexpr std::array<Imf::PixelType, 3> kTypes = {Imf::HALF, Imf::FLOAT, Imf::UINT};
@@ -162,7 +149,7 @@ void writeExr(const OutputPicture& picture, const std::string& path) {
   } catch (const std::exception& error) {
     throw ToolError(ExitCode::OutputNotWritten, oneLine(path + ": " + error.what()));
   }
-  place.commit();
+  place.commit(faultOfWrittenExr);
 }
 
 }  // namespace drevintool

@@ -10,6 +10,7 @@
 
 #include "picture/AtomicFile.h"
 #include "picture/HalfFloat.h"
+#include "picture/WrittenFile.h"
 #include "terminal/ExitCode.h"
 #include "terminal/OneLine.h"
 
@@ -131,7 +132,7 @@ void writePng(const OutputPicture& picture, const std::string& path) {
                                                     ? oneLine(path) + ": cannot be written as PNG"
                                                     : sink.failure);
   }
-  place.commit();
+  place.commit(faultOfWrittenPng);
 }
 
 }  // namespace drevintool
