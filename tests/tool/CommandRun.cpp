@@ -1,6 +1,7 @@
 #include "CommandRun.h"
 
 #include <fcntl.h>
+#include <grp.h>
 #include <signal.h>
 #include <sys/resource.h>
 #include <sys/wait.h>
@@ -30,6 +31,12 @@ void limit(int resource, std::size_t bytes) {
   if (setrlimit(static_cast<__rlimit_resource>(resource), &value) != 0) _exit(126);
 }
 
+void dropPrivileges() {
+  constexpr unsigned kNobody = 65534;
+  if (geteuid() != 0) return;
+  if (setgroups(0, nullptr) != 0 || setgid(kNobody) != 0 || setuid(kNobody) != 0) _exit(126);
+}
+
 [[noreturn]] void becomeCommand(const std::vector<std::string>& arguments,
                                 const RunOptions& options, const ScratchFolder& folder) {
   redirect(folder.file("out"), STDOUT_FILENO);
@@ -41,6 +48,7 @@ void limit(int resource, std::size_t bytes) {
   for (const std::string& text : arguments)
     texts.push_back(const_cast<char*>(text.c_str()));
   texts.push_back(nullptr);
+  if (options.unprivileged) dropPrivileges();
   limit(RLIMIT_AS, options.addressSpace);
   limit(RLIMIT_FSIZE, options.fileSize);
   execv(command.c_str(), texts.data());
@@ -65,7 +73,9 @@ End waitFor(pid_t process, const RunOptions& options) {
   std::optional<Clock::time_point> signalled;
   End end;
   while (wait4(process, &end.status, WNOHANG, &end.usage) == 0) {
-    if (options.signal != 0 && !signalled && secondsSince(start) >= options.signalAfterSeconds) {
+    const bool due = secondsSince(start) >= options.signalAfterSeconds &&
+                     (!options.signalWhen || options.signalWhen());
+    if (options.signal != 0 && !signalled && due) {
       kill(process, options.signal);
       signalled = Clock::now();
     }
@@ -131,6 +141,12 @@ std::vector<std::string> deepArguments(const std::string& deep, const std::strin
                                         "--deep", deep,      "--output", output};
   arguments.insert(arguments.end(), more.begin(), more.end());
   return arguments;
+}
+
+bool canRunUnprivileged() {
+  RunOptions options;
+  options.unprivileged = true;
+  return runCommand({"controls", "--plugin", builtPlugin()}, options).exitCode == 0;
 }
 
 std::string builtPlugin() {

@@ -2,6 +2,7 @@
 
 /// The command run as a process of its own.
 
+#include <functional>
 #include <map>
 #include <string>
 #include <vector>
@@ -15,7 +16,9 @@ struct RunOptions {
   std::size_t fileSize = 0;                        ///< bytes; 0: no limit
   int signal = 0;                                  ///< sent after signalAfterSeconds, if not 0
   double signalAfterSeconds = 0.0;
-  std::string command;  ///< default: the one that was built
+  std::function<bool()> signalWhen;  ///< and when it holds, if it is given
+  bool unprivileged = false;         ///< as the user nobody, where the test may become that
+  std::string command;               ///< default: the one that was built
 };
 
 struct RunResult {
@@ -43,6 +46,9 @@ std::vector<std::string> renderArguments(const std::string& input, const std::st
 /// Arguments "render --quiet --deep DEEP --output OUT" and what follows.
 std::vector<std::string> deepArguments(const std::string& deep, const std::string& output,
                                        const std::vector<std::string>& more = {});
+
+/// Whether the command can be run as a user who may not read and write everything.
+bool canRunUnprivileged();
 
 /// The path of the plug-in that was built.
 std::string builtPlugin();

@@ -3,6 +3,9 @@
 #include <OpenEXR/ImfStandardAttributes.h>
 #include <OpenEXR/ImfStringAttribute.h>
 #include <gtest/gtest.h>
+#include <sys/resource.h>
+
+#include <csignal>
 
 #include "ExrFixture.h"
 #include "ScratchFolder.h"
@@ -82,6 +85,51 @@ TEST(ExrWriter, manyRows_areWrittenWhole) {
   writeExr(picture, folder.file("a.exr"));
   const Picture back = readExr(folder.file("a.exr"));
   EXPECT_EQ(*std::get<FloatSamples>(back.channels[0].samples), *rows);
+}
+
+/// Files may not grow beyond so many bytes while this lives.
+class FileSizeLimit {
+ public:
+  explicit FileSizeLimit(std::size_t bytes) : handler_(std::signal(SIGXFSZ, SIG_IGN)) {
+    getrlimit(RLIMIT_FSIZE, &before_);
+    const rlimit limit{bytes, before_.rlim_max};
+    setrlimit(RLIMIT_FSIZE, &limit);
+  }
+  ~FileSizeLimit() {
+    setrlimit(RLIMIT_FSIZE, &before_);
+    std::signal(SIGXFSZ, handler_);
+  }
+  FileSizeLimit(const FileSizeLimit&) = delete;
+  FileSizeLimit& operator=(const FileSizeLimit&) = delete;
+
+ private:
+  rlimit before_{};
+  void (*handler_)(int);
+};
+
+ExitCode codeWithin(std::size_t room, const std::string& file) {
+  const FileSizeLimit limit(room);
+  try {
+    writeExr(smallOutput(), file);
+  } catch (const ToolError& error) {
+    return error.code();
+  }
+  return ExitCode::Done;
+}
+
+TEST(ExrWriter, noRoomForAnyByte_isNoticed) {
+  const ScratchFolder folder;
+  const std::string file = folder.file("a.exr");
+  writeExr(smallOutput(), file);
+  const std::size_t whole = testing::bytesOfFile(file).size();
+  testing::writeBytes(file, "old");
+  for (std::size_t room = 0; room < whole; ++room) {
+    ASSERT_EQ(codeWithin(room, file), ExitCode::OutputNotWritten) << room << " of " << whole;
+    ASSERT_EQ(testing::bytesOfFile(file), "old") << room;
+  }
+  EXPECT_EQ(folder.entries(), std::vector<std::string>{"a.exr"});
+  EXPECT_EQ(codeWithin(whole, file), ExitCode::Done);
+  EXPECT_EQ(testing::bytesOfFile(file).size(), whole);
 }
 
 TEST(ExrWriter, missingFolder_isOutputNotWritten) {

@@ -1,6 +1,8 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <csignal>
+#include <filesystem>
 
 #include "CommandRun.h"
 #include "ExrFixture.h"
@@ -32,6 +34,20 @@ class Interruption : public ::testing::Test {
   /// Measured: 0.2 s. Sanitizers take their time at the end.
   static constexpr double soon = DREVIN_SANITIZED != 0 ? 10.0 : 5.0;
 
+  // All in focus, so that most of the time is the writing's.
+  RunResult killWhileWriting() const {
+    RunOptions options;
+    options.signal = SIGKILL;
+    const std::vector<std::string> before = folder_.entries();
+    options.signalWhen = [this, before] {
+      const std::vector<std::string> now = folder_.entries();
+      return !std::includes(before.begin(), before.end(), now.begin(), now.end());
+    };
+    return runCommand(
+        renderArguments(input_, output_, {"--set", "bokehChannels=none", "--threads", "1"}),
+        options);
+  }
+
   void expectNothingLeft() const {
     EXPECT_EQ(folder_.entries(), (std::vector<std::string>{"in.exr", "out.exr"}));
     EXPECT_TRUE(bytesOfFile(output_) == "the picture from before");
@@ -56,6 +72,20 @@ TEST_F(Interruption, terminate_ends143SoonAndLeavesNothing) {
   EXPECT_LT(result.secondsAfterSignal, soon);
   EXPECT_TRUE(isOneErrorLine(result.error)) << result.error;
   expectNothingLeft();
+}
+
+TEST_F(Interruption, killWhileWriting_leavesTheOldOneAndTheNextRunTidiesUp) {
+  EXPECT_EQ(killWhileWriting().exitCode, -1);
+  EXPECT_TRUE(bytesOfFile(output_) == "the picture from before");
+  EXPECT_EQ(folder_.entries().size(), 3U) << "the killed one cannot tidy up";
+  std::filesystem::remove(output_);
+  EXPECT_EQ(killWhileWriting().exitCode, -1);
+  EXPECT_FALSE(std::filesystem::exists(output_));
+  const RunResult result =
+      runCommand(renderArguments(input_, output_, {"--set", "bokehChannels=none"}));
+  EXPECT_EQ(result.exitCode, 0) << result.error;
+  EXPECT_EQ(folder_.entries(), (std::vector<std::string>{"in.exr", "out.exr"}));
+  EXPECT_EQ(readBack(output_).channels.size(), 5U);
 }
 
 }  // namespace

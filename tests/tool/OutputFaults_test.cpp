@@ -4,10 +4,13 @@
 
 #include "CommandRun.h"
 #include "ExrFixture.h"
+#include "Refusal.h"
 #include "ScratchFolder.h"
 
 namespace drevintool::testing {
 namespace {
+
+namespace fs = std::filesystem;
 
 class OutputFaults : public ::testing::Test {
  protected:
@@ -34,34 +37,79 @@ class OutputFaults : public ::testing::Test {
     return runCommand(renderArguments(input_, output), options);
   }
 
+  void expectFour(const std::string& output, const std::vector<std::string>& pieces,
+                  const RunOptions& options = {}) const {
+    expectRefused(renderArguments(input_, output), 4, pieces, options);
+  }
+
   ScratchFolder folder_;
   std::string input_ = folder_.file("in.exr");
 };
 
+// Error lines are files too, and need some of the room.
+constexpr std::size_t kLeastRoom = 512;
+
 TEST_F(OutputFaults, noRoomForTheFile_isFourAndTheOldOneStands) {
   for (const char* name : {"out.exr", "out.png"}) {
-    for (const std::size_t bytes : {std::size_t{600}, std::size_t{4096}}) {
-      writeBytes(folder_.file(name), "old");
-      RunOptions options;
-      options.fileSize = bytes;
-      const RunResult result = render(folder_.file(name), options);
-      EXPECT_EQ(result.exitCode, 4) << name << " " << bytes;
-      EXPECT_TRUE(isOneErrorLine(result.error)) << result.error;
-      EXPECT_TRUE(bytesOfFile(folder_.file(name)) == "old");
-      std::filesystem::remove(folder_.file(name));
-      EXPECT_EQ(folder_.entries(), std::vector<std::string>{"in.exr"});
+    const std::string output = folder_.file(name);
+    ASSERT_EQ(render(output).exitCode, 0);
+    const std::size_t whole = fs::file_size(output);
+    fs::remove(output);
+    RunOptions options;
+    for (std::size_t room = kLeastRoom; room < whole; room += whole / 12) {
+      options.fileSize = room;
+      expectFour(output, {output, "File too large"}, options);
     }
+    options.fileSize = whole - 1;
+    expectFour(output, {output, "File too large"}, options);
+    options.fileSize = whole;
+    EXPECT_EQ(render(output, options).exitCode, 0);
+    fs::remove(output);
   }
 }
 
+TEST_F(OutputFaults, noRoomForTheReport_isFour) {
+  RunOptions options;
+  options.fileSize = kLeastRoom;
+  const RunResult result =
+      runCommand(renderArguments(input_, folder_.file("out.png"),
+                                 {"--region", "0,0,1,1", "--report", folder_.file("report.json")}),
+                 options);
+  EXPECT_EQ(result.exitCode, 4);
+  EXPECT_TRUE(isOneErrorLine(result.error)) << result.error;
+  EXPECT_EQ(folder_.entries(), (std::vector<std::string>{"in.exr", "out.png"}));
+}
+
 TEST_F(OutputFaults, directoryOrDevice_isFour) {
-  std::filesystem::create_directory(folder_.file("dir.exr"));
-  std::filesystem::create_symlink("/dev/full", folder_.file("full.exr"));
-  for (const char* name : {"dir.exr", "full.exr"}) {
+  fs::create_directory(folder_.file("dir.exr"));
+  fs::create_symlink("/dev/full", folder_.file("full.exr"));
+  fs::create_symlink("loop.exr", folder_.file("loop.exr"));
+  for (const char* name : {"dir.exr", "full.exr", "loop.exr"}) {
     const RunResult result = render(folder_.file(name));
     EXPECT_EQ(result.exitCode, 4) << name;
     EXPECT_TRUE(isOneErrorLine(result.error)) << result.error;
   }
+  EXPECT_TRUE(fs::is_character_file(folder_.file("full.exr")));
+}
+
+TEST_F(OutputFaults, missingFolder_isFour) {
+  expectFour(folder_.file("no/out.exr"), {"no/out.exr", "folder does not exist"});
+}
+
+TEST_F(OutputFaults, folderThatMayNotBeWritten_isFour) {
+  if (!canRunUnprivileged()) GTEST_SKIP() << "the build cannot be run by the user nobody";
+  fs::permissions(folder_.path(), fs::perms(0755));
+  fs::create_directory(folder_.file("shut"));
+  writeBytes(folder_.file("shut/out.exr"), "old");
+  fs::permissions(folder_.file("shut"), fs::perms(0555));
+  RunOptions options;
+  options.unprivileged = true;
+  const RunResult result = render(folder_.file("shut/out.exr"), options);
+  EXPECT_EQ(result.exitCode, 4);
+  EXPECT_TRUE(isOneErrorLine(result.error)) << result.error;
+  EXPECT_NE(result.error.find("Permission denied"), std::string::npos) << result.error;
+  EXPECT_EQ(bytesOfFile(folder_.file("shut/out.exr")), "old");
+  fs::permissions(folder_.file("shut"), fs::perms(0755));
 }
 
 TEST_F(OutputFaults, outputOverTheInput_isWritten) {
@@ -70,10 +118,19 @@ TEST_F(OutputFaults, outputOverTheInput_isWritten) {
   EXPECT_EQ(readBack(input_).channels.at("R").type, Imf::FLOAT);
 }
 
+TEST_F(OutputFaults, noRoomOverTheInput_leavesTheInput) {
+  const std::string before = bytesOfFile(input_);
+  RunOptions options;
+  options.fileSize = 2000;
+  EXPECT_EQ(render(input_, options).exitCode, 4);
+  EXPECT_TRUE(bytesOfFile(input_) == before);
+  EXPECT_EQ(folder_.entries(), std::vector<std::string>{"in.exr"});
+}
+
 TEST_F(OutputFaults, symbolicLink_isFollowed) {
-  std::filesystem::create_symlink(folder_.file("target.exr"), folder_.file("link.exr"));
+  fs::create_symlink(folder_.file("target.exr"), folder_.file("link.exr"));
   EXPECT_EQ(render(folder_.file("link.exr")).exitCode, 0);
-  EXPECT_TRUE(std::filesystem::is_symlink(folder_.file("link.exr")));
+  EXPECT_TRUE(fs::is_symlink(folder_.file("link.exr")));
   EXPECT_EQ(readBack(folder_.file("target.exr")).channels.size(), 5U);
 }
 
