@@ -51,7 +51,7 @@ void dvFrameMaker::makeGroup(std::size_t place, const dvSplatLines& lines, dvFra
               spectraOf(*settings.kernels),
               {*settings.kernels, static_cast<int>(channels)},
               std::move(rows),
-              dvFramePlane<double>(box_),
+              dvFramePlane<double>(box_, parallel_),
               scratches(channels),
               {},
               nullptr};
@@ -85,10 +85,10 @@ bool dvFrameMaker::transform(Group& group, std::size_t slice) {
   const std::size_t count = group.channels + 1;
   Transformed& transformed = group.transformed;
   if (group.rounding == nullptr) {
-    group.rounding =
-        std::make_unique<dvTransformRounding>(box_, static_cast<int>(count), group.kernels);
+    group.rounding = std::make_unique<dvTransformRounding>(box_, static_cast<int>(count),
+                                                           group.kernels, parallel_);
     for (std::size_t plane = 0; plane < count; ++plane)
-      transformed.planes.emplace_back(box_);
+      transformed.planes.emplace_back(box_, parallel_);
   }
   transformed.reached = tiles.reached(box_);
   transformed.units.clear();

@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <new>
+#include <utility>
 
 #ifdef __linux__
 #include <sys/mman.h>
@@ -56,5 +57,29 @@ template <typename A, typename B>
 bool operator!=(const dvLargeAllocator<A>& /*a*/, const dvLargeAllocator<B>& /*b*/) {
   return false;
 }
+
+/// Likewise of vectors that are made without values, to be filled by many threads: each touches
+/// its part first.
+template <typename Value>
+struct dvUnfilledAllocator : dvLargeAllocator<Value> {
+  using value_type = Value;
+  template <typename Other>
+  struct rebind {
+    using other = dvUnfilledAllocator<Other>;
+  };
+
+  dvUnfilledAllocator() = default;
+  template <typename Other>
+  dvUnfilledAllocator(const dvUnfilledAllocator<Other>& /*other*/) {}
+
+  template <typename Made>
+  void construct(Made* place) {
+    ::new (static_cast<void*>(place)) Made;
+  }
+  template <typename Made, typename... From>
+  void construct(Made* place, From&&... from) {
+    ::new (static_cast<void*>(place)) Made(std::forward<From>(from)...);
+  }
+};
 
 }  // namespace drevin

@@ -3,8 +3,10 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
+#include <set>
+#include <utility>
 
-#include "engine/Turns.h"
+#include "engine/InOrder.h"
 
 namespace drevin {
 
@@ -109,7 +111,7 @@ void dvSliceTiles::choose(dvTileChoice choice, const dvRowCost& cost, dvParallel
   findOrder();
 }
 
-// Who has summed a tile waits for those before it: that is short where they take about as long.
+// The longest first: at the end all threads have something to do.
 void dvSliceTiles::findOrder() {
   for (const Tile& tile : tiles_) {
     if (tile.plan.largest >= 0) order_.push_back(&tile);
@@ -230,31 +232,54 @@ void dvSliceTiles::addRounding(const Tile& tile, const Impulses& impulses,
   }
 }
 
+void dvSliceTiles::addTile(const Tile& tile, const Impulses& impulses,
+                           std::vector<dvFramePlane<float>>& planes,
+                           dvTransformRounding& rounding) const {
+  addRounding(tile, impulses, rounding);
+  const dvFrameBox& box = planes.front().box();
+  const dvTileBox inside{box.left - tile.left, box.bottom - tile.bottom, box.right - tile.left,
+                         box.top - tile.bottom};
+  for (std::size_t plane = 0; plane < planes.size(); ++plane) {
+    float* first = planes[plane].row(box.bottom) +
+                   static_cast<std::ptrdiff_t>(tile.bottom - box.bottom) * box.width() +
+                   (tile.left - box.left);
+    impulses.sum->addInto(static_cast<int>(plane), inside, tile.plan.largest, first, box.width());
+  }
+}
+
+// Made side by side: tiles that are summed at once take the same kernels in the same order, and
+// would wait for one another's.
+void dvSliceTiles::makeSpectra(dvSpectrumCache& spectra, dvParallel& parallel) const {
+  std::set<std::pair<int, int>> wanted;
+  for (const Tile* tile : order_) {
+    for (int place = 0; place < kernels_.count(); ++place) {
+      if (tile->plan.takes(place)) wanted.emplace(tile->plan.length, place);
+    }
+  }
+  const std::vector<std::pair<int, int>> list(wanted.begin(), wanted.end());
+  parallel.forEach(static_cast<int>(list.size()), [&](int /*worker*/, int item) {
+    const auto& [length, place] = list[static_cast<std::size_t>(item)];
+    spectra.spectrum(length, kernels_[place]);
+  });
+}
+
 void dvSliceTiles::sum(dvSpectrumCache& spectra, dvParallel& parallel,
                        std::vector<dvFramePlane<float>>& planes,
                        dvTransformRounding& rounding) const {
-  std::vector<Impulses> scratches(static_cast<std::size_t>(parallel.workers()));
-  const dvFrameBox& box = planes.front().box();
-  dvTurns turns;
-  parallel.forEach(static_cast<int>(order_.size()), [&](int worker, int item) {
-    dvTurns::Turn turn(turns, item);
-    const Tile& tile = *order_[static_cast<std::size_t>(item)];
-    Impulses& scratch = scratches[static_cast<std::size_t>(worker)];
-    if (scratch.sum == nullptr) {
-      scratch.sum = std::make_unique<dvTileSum>(dvTileSide, static_cast<int>(planes.size()));
-      scratch.planes.resize(planes.size() * planeSize);
+  makeSpectra(spectra, parallel);
+  dvInOrder<Impulses> finished(
+      static_cast<std::size_t>(parallel.workers()), [&](int item, const Impulses& impulses) {
+        addTile(*order_[static_cast<std::size_t>(item)], impulses, planes, rounding);
+      });
+  parallel.forEach(static_cast<int>(order_.size()), [&](int /*worker*/, int item) {
+    dvInOrder<Impulses>::Turn turn(finished, item);
+    std::unique_ptr<Impulses> impulses = finished.blank();
+    if (impulses->sum == nullptr) {
+      impulses->sum = std::make_unique<dvTileSum>(dvTileSide, static_cast<int>(planes.size()));
+      impulses->planes.resize(planes.size() * planeSize);
     }
-    sumTile(tile, parallel, scratch, spectra, rounding);
-    turn.wait();
-    addRounding(tile, scratch, rounding);
-    const dvTileBox inside{box.left - tile.left, box.bottom - tile.bottom, box.right - tile.left,
-                           box.top - tile.bottom};
-    for (std::size_t plane = 0; plane < planes.size(); ++plane) {
-      float* first = planes[plane].row(box.bottom) +
-                     static_cast<std::ptrdiff_t>(tile.bottom - box.bottom) * box.width() +
-                     (tile.left - box.left);
-      scratch.sum->addInto(static_cast<int>(plane), inside, tile.plan.largest, first, box.width());
-    }
+    sumTile(*order_[static_cast<std::size_t>(item)], parallel, *impulses, spectra, rounding);
+    turn.end(std::move(impulses));
   });
 }
 

@@ -77,7 +77,7 @@ class dvSliceTiles {
     const float* values;
   };
   using ImpulseList = std::vector<Impulse>;
-  /// What one worker needs for its tiles.
+  /// A tile being summed, and what that needs.
   struct Impulses {
     std::unique_ptr<dvTileSum> sum;
     std::vector<ImpulseList> byKernel;
@@ -99,6 +99,9 @@ class dvSliceTiles {
   void sumTile(const Tile& tile, const dvParallel& parallel, Impulses& impulses,
                dvSpectrumCache& spectra, const dvTransformRounding& rounding) const;
   void addRounding(const Tile& tile, const Impulses& impulses, dvTransformRounding& rounding) const;
+  void makeSpectra(dvSpectrumCache& spectra, dvParallel& parallel) const;
+  void addTile(const Tile& tile, const Impulses& impulses, std::vector<dvFramePlane<float>>& planes,
+               dvTransformRounding& rounding) const;
   static dvFrameBox reachOf(const Tile& tile);
   static bool isLight(const Tile& tile, const dvSplatRecord& record, const float* values);
   /// Null outside the tiles.

@@ -26,13 +26,17 @@ double squareOf(const dvKernelTable& kernels, int radius) {
 }  // namespace
 
 dvTransformRounding::dvTransformRounding(const dvFrameBox& box, int planes,
-                                         const dvKernelTable& kernels)
+                                         const dvKernelTable& kernels, dvParallel& parallel)
     : box_(box),
       cellsAcross_(cellsOf(box.width())),
       cellsUp_(cellsOf(box.height())),
-      squares_(cell(planes, 0, 0), 0.0) {
-  for (int radius = 0; radius <= kernels.largestRadius(); ++radius)
-    kernelSquares_.push_back(squareOf(kernels, radius));
+      squares_(cell(planes, 0, 0), 0.0),
+      kernelSquares_(static_cast<std::size_t>(kernels.largestRadius()) + 1) {
+  // The largest, which take longest, first.
+  parallel.forEach(kernels.largestRadius() + 1, [&](int /*worker*/, int item) {
+    const int radius = kernels.largestRadius() - item;
+    kernelSquares_[static_cast<std::size_t>(radius)] = squareOf(kernels, radius);
+  });
 }
 
 void dvTransformRounding::add(int plane, const dvFrameBox& reached, double squares) {

@@ -7,6 +7,7 @@
 
 #include "engine/FrameBox.h"
 #include "engine/KernelTable.h"
+#include "engine/Parallel.h"
 
 namespace drevin {
 
@@ -25,7 +26,9 @@ constexpr int dvRoundingCell = 64;
 /// Tests: SliceTiles_test.cpp
 class dvTransformRounding {
  public:
-  dvTransformRounding(const dvFrameBox& box, int planes, const dvKernelTable& kernels);
+  /// After an abort the figures are undefined.
+  dvTransformRounding(const dvFrameBox& box, int planes, const dvKernelTable& kernels,
+                      dvParallel& parallel);
 
   /// k^2 of a radius of the table.
   double kernelSquare(int radius) const { return kernelSquares_[static_cast<std::size_t>(radius)]; }

@@ -12,8 +12,10 @@ using DD::Image::Row;
 
 namespace {
 
-/// Output rows of which a band has at least this many, and source rows that are read at a time.
+/// Output rows of which a band has at least this many.
 constexpr int bandStep = 32;
+/// And by which it grows at most at a time: rows may hold more than those before.
+constexpr int mostStep = 8 * bandStep;
 
 std::size_t bytesOf(const dvSplatLine& line) {
   std::size_t bytes = 0;
@@ -41,6 +43,16 @@ class SourceRows {
 
   /// Memory of the rows that are held.
   std::size_t bytes() const { return bytes_; }
+  /// Output rows by which a band may grow while the rows are to take about `most` bytes: in few
+  /// steps, for all threads wait at the end of each.
+  int step(std::size_t most) const {
+    if (held_ == 0 || bytes_ == 0) return bandStep;
+    const std::size_t left = bytes_ < most ? (most - bytes_) / 2 : 0;
+    const std::size_t perRow = bytes_ * lines_.size() / held_;
+    const std::size_t rows = left / (perRow + 1);
+    return std::clamp(static_cast<int>(std::min<std::size_t>(rows, mostStep)) / bandStep * bandStep,
+                      bandStep, mostStep);
+  }
 
   /// Reads the rows that source rows below `end` show and that have not been read.
   void readUpTo(int end, dvParallel& parallel) {
@@ -64,7 +76,10 @@ class SourceRows {
     for (auto& mode : lines_) {
       for (int i = forgotten_; i < y - first_; ++i) {
         std::optional<dvSplatLine>& line = mode[static_cast<std::size_t>(i)];
-        if (line) bytes_ -= bytesOf(*line);
+        if (line) {
+          bytes_ -= bytesOf(*line);
+          --held_;
+        }
         line.reset();
       }
     }
@@ -92,6 +107,7 @@ class SourceRows {
     for (std::size_t mode = 0; mode < made.size(); ++mode) {
       for (std::size_t i = 0; i < rows.size(); ++i) {
         bytes_ += bytesOf(made[mode][i]);
+        ++held_;
         lines_[mode][static_cast<std::size_t>(rows[i] - first_)] = std::move(made[mode][i]);
       }
     }
@@ -102,6 +118,7 @@ class SourceRows {
   int end_;
   std::vector<std::vector<std::optional<dvSplatLine>>> lines_;  ///< by mode and source row
   std::atomic<std::size_t> bytes_{0};
+  std::atomic<std::size_t> held_{0};  ///< lines of all modes
   std::optional<int> nextRow_;
   int forgotten_ = 0;
 };
@@ -116,7 +133,7 @@ void dvPreparedPicture::make(const dvLineSettings& settings, const dvLineSource&
   if (wanted.empty() || settings.channels.empty()) return;
   for (const dvDeepMode mode : source.modes) {
     for (std::size_t i = 0; i < settings.channels.size(); ++i)
-      modes_[mode].emplace_back(wanted);
+      modes_[mode].emplace_back(wanted, parallel);
   }
   SourceRows rows(source, wanted, padding);
   dvFrameMaker maker(settings, padding, parallel);
@@ -124,7 +141,7 @@ void dvPreparedPicture::make(const dvLineSettings& settings, const dvLineSource&
   for (band.top = wanted.bottom; band.top < wanted.top && !parallel.aborted();) {
     band.bottom = band.top;
     while (band.top < wanted.top && (band.top == band.bottom || rows.bytes() < bandBytes)) {
-      band.top = std::min(band.top + bandStep, wanted.top);
+      band.top = std::min(band.top + rows.step(bandBytes), wanted.top);
       rows.readUpTo(band.top + padding, parallel);
     }
     for (std::size_t mode = 0; mode < source.modes.size(); ++mode) {

@@ -26,7 +26,9 @@ class Stretch {
 
  private:
   dvFrameBox box_{0, 0, dvRoundingCell, dvRoundingCell};
-  dvTransformRounding rounding_{box_, 2, dvKernelTable(kernelBank(KernelKind::Disc, 2), 1)};
+  dvSerial serial_;
+  dvTransformRounding rounding_{box_, 2, dvKernelTable(kernelBank(KernelKind::Disc, 2), 1),
+                                serial_};
 };
 
 TEST(RepairDoubt, coveredWithoutRounding_isNone) {

@@ -67,7 +67,10 @@ class Field {
   dvFrameBox sources() const { return {left_, bottom_, left_ + width_, bottom_ + rows()}; }
   dvRowCost cost() const { return {kernels(), channels}; }
   dvSpectrumCache spectra() const { return dvSpectrumCache(*group_.kernels); }
-  dvTransformRounding rounding() const { return {box(), channels + 1, *group_.kernels}; }
+  dvTransformRounding rounding() const {
+    dvSerial serial;
+    return {box(), channels + 1, *group_.kernels, serial};
+  }
 
  private:
   int bottom_;
