@@ -29,6 +29,11 @@ struct RenderArguments {
   unsigned threads = 0;               ///< 0: all that the process may use
   double proxy = 1.0;
   bool quiet = false;
+  std::vector<int> frames;         ///< in the order of rendering; empty: no sequence
+  std::vector<std::string> views;  ///< empty: none
+  unsigned framesInFlight = 0;     ///< rendered at a time; 0: as many as are useful
+  bool skipExisting = false;       ///< leave whole outputs as they are
+  bool skipBadFrames = false;      ///< go on after a frame that failed
 };
 
 }  // namespace drevintool

@@ -5,14 +5,19 @@
 #include <algorithm>
 #include <cctype>
 #include <filesystem>
+#include <set>
 
 #include "arguments/NodeOptions.h"
 #include "arguments/OptionChecks.h"
 #include "picture/ChannelNames.h"
+#include "sequence/FrameList.h"
 #include "terminal/NumberText.h"
 
 namespace drevintool {
 namespace {
+
+constexpr int kMostThreads = 1024;
+constexpr int kMostFramesInFlight = 64;
 
 std::string lowerExtension(const std::string& path) {
   std::string extension = std::filesystem::path(path).extension().string();
@@ -45,13 +50,12 @@ PixelBox parseRegion(const std::string& text) {
   return box;
 }
 
-unsigned parseThreads(const std::string& text) {
-  constexpr int kMost = 1024;
-  const std::optional<int> threads = parseInteger(text);
-  if (!threads || *threads < 1 || *threads > kMost) {
-    failUsage("--threads " + text + ": give a whole number from 1 to 1024");
+unsigned parseCount(const std::string& option, const std::string& text, int most) {
+  const std::optional<int> count = parseInteger(text);
+  if (!count || *count < 1 || *count > most) {
+    failUsage(option + " " + text + ": give a whole number from 1 to " + std::to_string(most));
   }
-  return static_cast<unsigned>(*threads);
+  return static_cast<unsigned>(*count);
 }
 
 double parseProxy(const std::string& text) {
@@ -81,6 +85,15 @@ void checkOutput(const std::string& output) {
   }
 }
 
+std::vector<std::string> parseViews(const std::string& text) {
+  std::vector<std::string> views = splitList(text);
+  const bool blank = std::find(views.begin(), views.end(), "") != views.end();
+  if (views.empty() || blank) failUsage("--views " + text + ": give names separated by commas");
+  const std::set<std::string> different(views.begin(), views.end());
+  if (different.size() != views.size()) failUsage("--views " + text + ": names a view twice");
+  return views;
+}
+
 void checkDeepGiven(const CLI::App& app) {
   for (const char* option : {"--deep-part", "--view", "--deep-order"}) {
     if (given(app, option) && !given(app, "--deep")) {
@@ -97,6 +110,7 @@ RenderParser::RenderParser(CLI::App& app)
   addDeep();
   addNodeOptions(app_, arguments_.settings, arguments_.camera, arguments_.plugin);
   addOutput();
+  addSequence();
 }
 
 void RenderParser::addPictures() {
@@ -140,6 +154,38 @@ void RenderParser::addOutput() {
   app_.add_option("--output", arguments_.output, "The result, .exr or .png")->type_name("FILE");
 }
 
+void RenderParser::addSequence() {
+  app_.add_option(
+          "--frames", frames_,
+          "Frames to render, such as 1-100x2,120,130-125; they stand where paths have ####, "
+          "@ or %04d")
+      ->type_name("LIST");
+  app_.add_option("--views", views_,
+                  "Views to render; their names stand where paths have %V, their first letters "
+                  "where they have %v")
+      ->type_name("NAME,...");
+  app_.add_flag("--skip-existing", arguments_.skipExisting,
+                "Leave frames alone whose output is there and whole");
+  app_.add_flag("--skip-bad-frames", arguments_.skipBadFrames,
+                "Go on after a frame that fails; they are named at the end, with exit code 1");
+  app_.add_option("--frames-in-flight", framesInFlight_,
+                  "Frames rendered at a time (default: several if they are small)")
+      ->type_name("N");
+}
+
+void RenderParser::checkSequence(RenderArguments& arguments) const {
+  if (given(app_, "--frames")) arguments.frames = parseFrameList(frames_);
+  if (given(app_, "--views")) arguments.views = parseViews(views_);
+  if (given(app_, "--frames-in-flight")) {
+    arguments.framesInFlight =
+        parseCount("--frames-in-flight", framesInFlight_, kMostFramesInFlight);
+  }
+  if (!arguments.frames.empty() || !arguments.views.empty()) return;
+  for (const char* option : {"--skip-bad-frames", "--frames-in-flight"}) {
+    if (given(app_, option)) failUsage(std::string(option) + ": is for sequences; give --frames");
+  }
+}
+
 bool RenderParser::parsed() const {
   return app_.parsed();
 }
@@ -156,8 +202,9 @@ RenderArguments RenderParser::checked() const {
   if (given(app_, "--deep-order")) arguments.deepOrder = parseDeepOrder(deepOrder_);
   if (given(app_, "--region")) arguments.region = parseRegion(region_);
   if (given(app_, "--channels")) arguments.channels = parseChannels(channels_);
-  if (given(app_, "--threads")) arguments.threads = parseThreads(threads_);
+  if (given(app_, "--threads")) arguments.threads = parseCount("--threads", threads_, kMostThreads);
   if (given(app_, "--proxy")) arguments.proxy = parseProxy(proxy_);
+  checkSequence(arguments);
   return arguments;
 }
 

@@ -29,6 +29,8 @@ class RenderParser {
   void addPictures();
   void addDeep();
   void addOutput();
+  void addSequence();
+  void checkSequence(RenderArguments& arguments) const;
 
   CLI::App& app_;
   RenderArguments arguments_;
@@ -38,6 +40,9 @@ class RenderParser {
   std::string channels_;
   std::string threads_;
   std::string proxy_;
+  std::string frames_;
+  std::string views_;
+  std::string framesInFlight_;
 };
 
 }  // namespace drevintool

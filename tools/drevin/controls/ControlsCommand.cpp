@@ -5,9 +5,9 @@
 #include <memory>
 
 #include "controls/CameraText.h"
+#include "controls/ControlChanges.h"
 #include "controls/ControlJson.h"
 #include "controls/ControlTable.h"
-#include "controls/ControlText.h"
 #include "controls/PluginSearch.h"
 
 namespace drevintool {
@@ -55,18 +55,6 @@ Json controlsJson(const Node& node, const Node& fresh) {
   return entries;
 }
 
-void applySettings(Node& node, const std::vector<std::string>& settings) {
-  for (const std::string& text : settings) {
-    const ControlSetting setting = parseSetting(text);
-    Knob& knob = controlNamed(node, setting);
-    if (picksChannels(knob)) {
-      setChannels(node, knob, setting, nullptr);
-    } else {
-      setValue(node, knob, setting);
-    }
-  }
-}
-
 }  // namespace
 
 int runControls(const ControlsArguments& arguments) {
@@ -74,7 +62,9 @@ int runControls(const ControlsArguments& arguments) {
   std::unique_ptr<embedded::CameraInput> camera;
   const Node fresh(description);
   Node node(description);
-  applySettings(node, arguments.settings);
+  const ControlChanges changes(arguments.settings);
+  changes.applyValues(node);
+  changes.applyChannels(node, [](const Knob&, const ControlSetting&) { return nullptr; });
   if (!arguments.camera.empty()) {
     camera = std::make_unique<embedded::CameraInput>(parseCamera(arguments.camera, node));
     connectCamera(node, *camera);

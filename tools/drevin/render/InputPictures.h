@@ -6,10 +6,10 @@
 #include <string>
 #include <vector>
 
-#include "arguments/RenderArguments.h"
 #include "EmbeddedHost/DeepInput.h"
 #include "EmbeddedHost/ImageInput.h"
 #include "EmbeddedHost/Node.h"
+#include "arguments/RenderArguments.h"
 #include "deep/DeepExrSource.h"
 #include "picture/Picture.h"
 

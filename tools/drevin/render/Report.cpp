@@ -130,8 +130,8 @@ std::uint64_t peakMemoryBytes() {
 
 }  // namespace
 
-void writeReport(const RenderArguments& arguments, const Node& node, const InputPictures& pictures,
-                 const embedded::RenderResult& result, const CommandRecord& record) {
+Json renderReport(const RenderArguments& arguments, const Node& node, const InputPictures& pictures,
+                  const embedded::RenderResult& result, const CommandRecord& record) {
   Json report;
   report["command"] = "drevin " DREVIN_VERSION;
   report["node"] = nodeJson(node, result.hash);
@@ -144,8 +144,12 @@ void writeReport(const RenderArguments& arguments, const Node& node, const Input
   report["threads"] = result.threads;
   report["seconds"] = secondsJson(result, record.times);
   report["peakMemoryBytes"] = peakMemoryBytes();
+  return report;
+}
+
+void writeReport(const Json& report, const std::string& path) {
   const std::string text = report.dump(2, ' ', false, Json::error_handler_t::replace) + "\n";
-  AtomicFile file(arguments.report);
+  AtomicFile file(path);
   file.write(text.data(), text.size());
   file.commit();
 }

@@ -2,12 +2,14 @@
 
 /// The report of a render: what was done, with which controls, and how long it took.
 
+#include <nlohmann/json.hpp>
+
 #include <string>
 #include <vector>
 
-#include "arguments/RenderArguments.h"
 #include "EmbeddedHost/Node.h"
 #include "EmbeddedHost/Render.h"
+#include "arguments/RenderArguments.h"
 #include "render/InputPictures.h"
 
 namespace drevintool {
@@ -25,14 +27,19 @@ struct CommandRecord {
   std::vector<std::string> warnings;
 };
 
-/// Writes the report as JSON to `arguments.report`: node (class, version, build string, hash),
+/// The report as JSON: node (class, version, build string, hash),
 /// format, box, every control with its value and state, file and request of each input, warnings of
 /// the command and of the node, threads, seconds (read, aperture, estimate, kernels, defocus,
 /// write, total) and the peak memory in bytes. A deep input has its part, the order in which its
 /// samples were served, how many were read, how many of them are thick, how many the fullest pixel
 /// has, and how often a band of rows was read; that happens while rows are made, and its time is
-/// part of theirs. The file appears when it is whole. Throws ToolError (OutputNotWritten).
-void writeReport(const RenderArguments& arguments, const Node& node, const InputPictures& pictures,
-                 const embedded::RenderResult& result, const CommandRecord& record);
+/// part of theirs.
+nlohmann::ordered_json renderReport(const RenderArguments& arguments, const Node& node,
+                                    const InputPictures& pictures,
+                                    const embedded::RenderResult& result,
+                                    const CommandRecord& record);
+
+/// Writes a report; the file appears when it is whole. Throws ToolError (OutputNotWritten).
+void writeReport(const nlohmann::ordered_json& report, const std::string& path);
 
 }  // namespace drevintool

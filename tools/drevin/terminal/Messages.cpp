@@ -1,15 +1,20 @@
 #include "terminal/Messages.h"
 
+#include <unistd.h>
+
 #include <cstdio>
 
 #include "terminal/OneLine.h"
+#include "terminal/ProgressBar.h"
 
 namespace drevintool {
 namespace {
 
-// In one piece, so that lines of several processes do not mix.
+// In one piece, so that lines of several processes do not mix; on a terminal over a bar of
+// progress, if there is one.
 void print(const std::string& line) {
-  std::fputs(line.c_str(), stderr);
+  const bool terminal = isatty(STDERR_FILENO) == 1;
+  std::fputs(((terminal ? kClearLine : "") + line).c_str(), stderr);
 }
 
 }  // namespace
@@ -20,6 +25,10 @@ void printError(const std::string& text) {
 
 void printWarning(const std::string& text) {
   print("drevin: warning: " + oneLine(text) + "\n");
+}
+
+void printNote(const std::string& text) {
+  print("drevin: " + oneLine(text) + "\n");
 }
 
 }  // namespace drevintool

@@ -6,8 +6,10 @@
 
 namespace drevintool {
 
-/// "drevin: error: <text>" and "drevin: warning: <text>"; line breaks in the text become blanks.
+/// "drevin: error: <text>", "drevin: warning: <text>" and "drevin: <text>"; line breaks in the text
+/// become blanks.
 void printError(const std::string& text);
 void printWarning(const std::string& text);
+void printNote(const std::string& text);
 
 }  // namespace drevintool

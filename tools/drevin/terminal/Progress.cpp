@@ -4,30 +4,16 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <cmath>
 #include <cstdio>
 #include <string>
+
+#include "terminal/ProgressBar.h"
 
 namespace drevintool {
 namespace {
 
-constexpr const char* kClearLine = "\r\033[K";
-
-std::string durationText(double seconds) {
-  const long whole = std::lround(std::min(seconds, 1e6));
-  if (whole < 60) return fmt::format("{} s", whole);
-  if (whole < 3600) return fmt::format("{}:{:02} min", whole / 60, whole % 60);
-  return fmt::format("{}:{:02} h", whole / 3600, whole / 60 % 60);
-}
-
 double secondsSince(std::chrono::steady_clock::time_point start) {
   return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
-}
-
-/// Of the rows, or of a stage that tells it.
-double shareOf(const embedded::Progress& progress) {
-  if (progress.rowsTotal <= 0) return progress.fraction;
-  return static_cast<double>(progress.rowsDone) / progress.rowsTotal;
 }
 
 }  // namespace
@@ -64,15 +50,13 @@ double ProgressDisplay::secondsLeft(const embedded::Progress& progress, double s
 
 void ProgressDisplay::drawBar(const embedded::Progress& progress, double share,
                               double secondsLeft) {
-  constexpr int kWidth = 30;
   std::string text = fmt::format("{}{:<14.14}", kClearLine, progress.stage);
   if (share > 0.0 || progress.rowsTotal > 0) {
-    const auto full = static_cast<std::size_t>(kWidth * share);
-    text += fmt::format(" [{:<{}}] {}", std::string(full, '='), kWidth,
-                        progress.rowsTotal > 0
-                            ? fmt::format("{}/{} rows", progress.rowsDone, progress.rowsTotal)
-                            : fmt::format("{}%", static_cast<int>(share * 100.0)));
-    if (secondsLeft >= 0.0) text += ", " + durationText(secondsLeft) + " left";
+    text += barText(share,
+                    progress.rowsTotal > 0
+                        ? fmt::format("{}/{} rows", progress.rowsDone, progress.rowsTotal)
+                        : fmt::format("{}%", static_cast<int>(share * 100.0)),
+                    secondsLeft);
   }
   std::fputs(text.c_str(), stderr);
   std::fflush(stderr);

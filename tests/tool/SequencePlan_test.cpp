@@ -1,0 +1,151 @@
+#include "sequence/SequencePlan.h"
+
+#include <gtest/gtest.h>
+
+#include "ScratchFolder.h"
+#include "terminal/ExitCode.h"
+
+namespace drevintool {
+namespace {
+
+using testing::ScratchFolder;
+using testing::writeBytes;
+
+RenderArguments sequence(const std::string& input, const std::string& output) {
+  RenderArguments arguments;
+  arguments.input = input;
+  arguments.output = output;
+  arguments.frames = {1, 2};
+  return arguments;
+}
+
+std::string failureOf(const RenderArguments& arguments) {
+  try {
+    const SequencePlan plan(arguments);
+    plan.checkInputs();
+    plan.checkOutputs();
+  } catch (const ToolError& error) {
+    return std::to_string(static_cast<int>(error.code())) + " " + error.what();
+  }
+  ADD_FAILURE() << "no failure";
+  return {};
+}
+
+TEST(SequencePlan, everyPath_hasTheFrameAndTheViewInItsPlace) {
+  RenderArguments arguments = sequence("%V/in.####.exr", "out.%v.@@@.exr");
+  arguments.views = {"left", "right"};
+  arguments.deep = "d.%02d.exr";
+  arguments.view = "%V";
+  arguments.kernel = "k#.exr";
+  arguments.mattes = "m@.exr";
+  arguments.report = "r_%V_#.json";
+  const SequencePlan plan(arguments);
+  ASSERT_EQ(plan.tasks().size(), 4U);
+  EXPECT_EQ(plan.tasks()[1].name(), "frame 1 right");
+  const RenderArguments first = plan.argumentsOf(plan.tasks()[2]);
+  EXPECT_EQ(first.input, "left/in.0002.exr");
+  EXPECT_EQ(first.deep, "d.02.exr");
+  EXPECT_EQ(first.view, "left");
+  EXPECT_EQ(first.kernel, "k2.exr");
+  EXPECT_EQ(first.mattes, "m2.exr");
+  EXPECT_EQ(first.output, "out.l.002.exr");
+  EXPECT_EQ(first.report, "r_left_2.json");
+  EXPECT_TRUE(plan.reportsEach());
+}
+
+TEST(SequencePlan, onePicture_isNoSequenceAndHasNoName) {
+  RenderArguments arguments = sequence("in.exr", "out.exr");
+  arguments.frames.clear();
+  const SequencePlan plan(arguments);
+  EXPECT_FALSE(plan.isSequence());
+  ASSERT_EQ(plan.tasks().size(), 1U);
+  EXPECT_EQ(plan.tasks().front().name(), "");
+  EXPECT_TRUE(plan.reportsEach());
+}
+
+TEST(SequencePlan, backslash_keepsASignInAName) {
+  RenderArguments arguments = sequence("take\\#1.exr", "out.exr");
+  arguments.frames.clear();
+  const SequencePlan plan(arguments);
+  EXPECT_EQ(plan.argumentsOf(plan.tasks().front()).input, "take#1.exr");
+}
+
+TEST(SequencePlan, reportWithoutAPlace_isOneForAll) {
+  RenderArguments arguments = sequence("in.#.exr", "out.#.exr");
+  arguments.report = "r.json";
+  const SequencePlan plan(arguments);
+  EXPECT_FALSE(plan.reportsEach());
+  EXPECT_EQ(plan.argumentsOf(plan.tasks().front()).report, "");
+}
+
+TEST(SequencePlan, placesWithoutFrames_nameTheOptionAndTheRemedy) {
+  RenderArguments arguments = sequence("in.exr", "out.exr");
+  arguments.frames.clear();
+  const std::vector<std::pair<const char*, std::string RenderArguments::*>> paths = {
+      {"--input", &RenderArguments::input},   {"--deep", &RenderArguments::deep},
+      {"--kernel", &RenderArguments::kernel}, {"--mattes", &RenderArguments::mattes},
+      {"--output", &RenderArguments::output}, {"--report", &RenderArguments::report}};
+  for (const auto& [option, path] : paths) {
+    RenderArguments changed = arguments;
+    changed.*path = "a.####.exr";
+    const std::string line = failureOf(changed);
+    EXPECT_EQ(line.rfind(std::string("2 ") + option, 0), 0U) << line;
+    EXPECT_NE(line.find("--frames"), std::string::npos) << line;
+  }
+}
+
+TEST(SequencePlan, viewPlacesWithoutViews_nameTheRemedy) {
+  const std::string line = failureOf(sequence("in.%V.#.exr", "out.#.exr"));
+  EXPECT_NE(line.find("2 --input"), std::string::npos) << line;
+  EXPECT_NE(line.find("--views"), std::string::npos) << line;
+}
+
+TEST(SequencePlan, outputWithoutAPlace_wouldBeOverwritten) {
+  const std::string line = failureOf(sequence("in.#.exr", "out.exr"));
+  EXPECT_EQ(line.rfind("2 --output out.exr: frame 2 would overwrite", 0), 0U) << line;
+}
+
+TEST(SequencePlan, oneFrame_needsNoPlace) {
+  RenderArguments arguments = sequence("in.exr", "out.exr");
+  arguments.frames = {12};
+  EXPECT_EQ(SequencePlan(arguments).tasks().front().name(), "frame 12");
+}
+
+TEST(SequencePlan, viewsWithOneLetter_collide) {
+  RenderArguments arguments = sequence("in.#.exr", "out.%v.#.exr");
+  arguments.views = {"left", "low"};
+  EXPECT_NE(failureOf(arguments).find("frame 1 low would overwrite out.l.1.exr"),
+            std::string::npos);
+}
+
+TEST(SequencePlan, reportsThatCollide_areRefused) {
+  RenderArguments arguments = sequence("in.#.exr", "out.%V.#.exr");
+  arguments.views = {"left", "right"};
+  arguments.report = "r.#.json";
+  EXPECT_EQ(failureOf(arguments).rfind("2 --report", 0), 0U);
+}
+
+TEST(SequencePlan, inputsOfWhichNoneIsThere_areOneLine) {
+  const ScratchFolder folder;
+  const std::string line = failureOf(sequence(folder.file("in.##.exr"), folder.file("o.#.exr")));
+  EXPECT_EQ(line.rfind("3 --input", 0), 0U) << line;
+  EXPECT_NE(line.find("in.01.exr"), std::string::npos) << line;
+}
+
+TEST(SequencePlan, inputsOfWhichOneIsThere_areLetPass) {
+  const ScratchFolder folder;
+  writeBytes(folder.file("in.02.exr"), "x");
+  const SequencePlan plan(sequence(folder.file("in.##.exr"), folder.file("o.#.exr")));
+  EXPECT_NO_THROW(plan.checkInputs());
+  EXPECT_NO_THROW(plan.checkOutputs());
+}
+
+TEST(SequencePlan, folderOfOneFrameThatIsMissing_isNamed) {
+  const ScratchFolder folder;
+  writeBytes(folder.file("in.exr"), "x");
+  EXPECT_EQ(failureOf(sequence(folder.file("in.exr"), folder.file("no_#/o.exr"))).rfind("4 ", 0),
+            0U);
+}
+
+}  // namespace
+}  // namespace drevintool

@@ -1,0 +1,267 @@
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <nlohmann/json.hpp>
+
+#include <csignal>
+
+#include "CommandRun.h"
+#include "ExrFixture.h"
+#include "RealPictures.h"
+#include "ScratchFolder.h"
+#include "sequence/WholeFile.h"
+#include "terminal/NumberText.h"
+
+namespace drevintool::testing {
+namespace {
+
+using Texts = std::vector<std::string>;
+
+// Six frames of another picture each.
+class Sequence : public ::testing::Test {
+ protected:
+  Sequence() {
+    for (int frame = 1; frame <= 6; ++frame)
+      writeFrame(frame);
+  }
+
+  std::string frameFile(int frame) const {
+    return folder_.file("in.000" + std::to_string(frame) + ".exr");
+  }
+
+  void writeFrame(int frame) const {
+    PartFixture part = rgbazPart(40, 30, 90.0 + frame);
+    part.channels.front().value = [frame](int x, int y) { return (x * 7 + y * frame) % 13 * 0.1; };
+    writeExrFixture(frameFile(frame), part);
+  }
+
+  RunResult render(const Texts& more, const RunOptions& options = {}) const {
+    Texts arguments = renderArguments(folder_.file("in.####.exr"), folder_.file("out.@.exr"),
+                                      {"--set", "multiplier=20", "--set", "focalPlane=80"});
+    arguments.insert(arguments.end(), more.begin(), more.end());
+    return runCommand(arguments, options);
+  }
+
+  Texts outputs() const {
+    Texts names;
+    for (const std::string& name : folder_.entries()) {
+      if (name.rfind("out.", 0) == 0) names.push_back(name);
+    }
+    return names;
+  }
+
+  ScratchFolder folder_;
+};
+
+TEST_F(Sequence, frames_areTheSameAsRenderedOneByOne) {
+  const RunResult result = render({"--frames", "1-6"});
+  ASSERT_EQ(result.exitCode, 0) << result.error;
+  EXPECT_EQ(result.error, "");
+  for (int frame = 1; frame <= 6; ++frame) {
+    const std::string alone = folder_.file("alone.exr");
+    ASSERT_EQ(runCommand(renderArguments(frameFile(frame), alone,
+                                         {"--set", "multiplier=20", "--set", "focalPlane=80"}))
+                  .exitCode,
+              0);
+    EXPECT_TRUE(bytesOfFile(alone) ==
+                bytesOfFile(folder_.file("out." + std::to_string(frame) + ".exr")))
+        << frame;
+  }
+}
+
+TEST_F(Sequence, anyNumberInFlight_givesTheSameBytes) {
+  ASSERT_EQ(render({"--frames", "1-6", "--frames-in-flight", "1"}).exitCode, 0);
+  Texts before;
+  for (const std::string& name : outputs())
+    before.push_back(bytesOfFile(folder_.file(name)));
+  ASSERT_EQ(before.size(), 6U);
+  for (const char* inFlight : {"2", "3", "6"}) {
+    ASSERT_EQ(render({"--frames", "1-6", "--frames-in-flight", inFlight}).exitCode, 0);
+    Texts after;
+    for (const std::string& name : outputs())
+      after.push_back(bytesOfFile(folder_.file(name)));
+    EXPECT_TRUE(before == after) << inFlight;
+  }
+}
+
+TEST_F(Sequence, chosenFrames_areRenderedAndNoOthers) {
+  ASSERT_EQ(render({"--frames", "6-1x5,3,3"}).exitCode, 0);
+  EXPECT_EQ(outputs(), (Texts{"out.1.exr", "out.3.exr", "out.6.exr"}));
+}
+
+TEST_F(Sequence, missingFrame_endsWith3AndItsName) {
+  const RunResult result = render({"--frames", "5-9"});
+  EXPECT_EQ(result.exitCode, 3);
+  EXPECT_TRUE(isOneErrorLine(result.error)) << result.error;
+  EXPECT_EQ(result.error.rfind("drevin: error: frame 7: ", 0), 0U) << result.error;
+  EXPECT_EQ(outputs(), (Texts{"out.5.exr", "out.6.exr"}));
+}
+
+TEST_F(Sequence, lowestOfSeveralBadFrames_isNamedForAnyNumberInFlight) {
+  writeBytes(frameFile(2), "no picture");
+  writeBytes(frameFile(4), "no picture either");
+  for (const char* inFlight : {"1", "3", "6"}) {
+    const RunResult result = render({"--frames", "1-6", "--frames-in-flight", inFlight});
+    EXPECT_EQ(result.exitCode, 3);
+    EXPECT_TRUE(isOneErrorLine(result.error)) << result.error;
+    EXPECT_EQ(result.error.rfind("drevin: error: frame 2: ", 0), 0U) << result.error;
+  }
+}
+
+TEST_F(Sequence, skippingBadFrames_goesOnAndNamesThem) {
+  writeBytes(frameFile(2), "no picture");
+  const RunResult result = render({"--frames", "1-9", "--skip-bad-frames"});
+  EXPECT_EQ(result.exitCode, 1);
+  EXPECT_EQ(outputs(), (Texts{"out.1.exr", "out.3.exr", "out.4.exr", "out.5.exr", "out.6.exr"}));
+  const Texts errors = linesStarting(result.error, "drevin: error: ");
+  ASSERT_EQ(errors.size(), 5U) << result.error;
+  EXPECT_EQ(errors.back(), "drevin: error: 4 of 9 pictures failed: 2,7-9");
+  EXPECT_EQ(linesStarting(result.error, "drevin: error: frame 2: ").size(), 1U);
+}
+
+TEST_F(Sequence, existingOutputs_stayIfTheyAreWhole) {
+  ASSERT_EQ(render({"--frames", "1-4"}).exitCode, 0);
+  const std::string whole = bytesOfFile(folder_.file("out.2.exr"));
+  writeBytes(folder_.file("out.3.exr"), whole.substr(0, whole.size() - 5));
+  // What is left alone is not even read.
+  writeBytes(frameFile(2), "no picture");
+  const RunResult result = render({"--frames", "1-6", "--skip-existing"});
+  EXPECT_EQ(result.exitCode, 0) << result.error;
+  EXPECT_EQ(outputs().size(), 6U);
+  EXPECT_TRUE(isWholePicture(folder_.file("out.3.exr")));
+  EXPECT_TRUE(bytesOfFile(folder_.file("out.2.exr")) == whole);
+}
+
+TEST_F(Sequence, existingOutputs_areToldOf) {
+  ASSERT_EQ(render({"--frames", "1-3"}).exitCode, 0);
+  Texts arguments = renderArguments(folder_.file("in.####.exr"), folder_.file("out.@.exr"),
+                                    {"--frames", "1-4", "--skip-existing"});
+  arguments.erase(arguments.begin() + 1);  // --quiet
+  EXPECT_EQ(linesStarting(runCommand(arguments).error, "drevin: ").front(),
+            "drevin: 3 of 4 pictures were there already: 1-3");
+}
+
+TEST_F(Sequence, views_areFilledIn) {
+  for (const char* view : {"left", "right"}) {
+    ASSERT_EQ(mkdir(folder_.file(view).c_str(), 0700), 0);
+    writeExrFixture(folder_.file(std::string(view) + "/a.01.exr"), rgbazPart(20, 10, 100.0));
+  }
+  const RunResult result =
+      runCommand(renderArguments(folder_.file("%V/a.##.exr"), folder_.file("out.%v.%02d.exr"),
+                                 {"--frames", "1", "--views", "left,right"}));
+  EXPECT_EQ(result.exitCode, 0) << result.error;
+  EXPECT_EQ(outputs(), (Texts{"out.l.01.exr", "out.r.01.exr"}));
+}
+
+TEST_F(Sequence, warningsOfAFrame_beginWithItsName) {
+  const RunResult result = render({"--frames", "2", "--set", "defocusMatteChannel=matte.defocus"});
+  EXPECT_EQ(result.exitCode, 0);
+  EXPECT_EQ(linesStarting(result.error, "drevin: warning: frame 2: --set ").size(), 1U)
+      << result.error;
+}
+
+TEST_F(Sequence, errorsOfTheNode_nameTheFrameAndEndWith1) {
+  const RunResult result = render({"--frames", "1-3", "--set", "kernelType=Input"});
+  EXPECT_EQ(result.exitCode, 1);
+  EXPECT_FALSE(linesStarting(result.error, "drevin: error: frame 1: ").empty()) << result.error;
+  EXPECT_TRUE(linesStarting(result.error, "drevin: error: frame 2: ").empty()) << result.error;
+  EXPECT_TRUE(outputs().empty());
+}
+
+TEST_F(Sequence, usageFaults_endWith2AndOneLine) {
+  const Texts file = {"--input", frameFile(1)};
+  for (const Texts& more :
+       {Texts{"--frames", "10-1x0"}, Texts{"--frames", ""}, Texts{"--frames", "1-1000001"}, Texts{},
+        Texts{"--frames", "1", "--views", "a,a"}, Texts{"--frames", "1", "--views", ""},
+        Texts{"--frames", "1", "--frames-in-flight", "0"}}) {
+    const RunResult result = render(more);
+    EXPECT_EQ(result.exitCode, 2) << result.error;
+    EXPECT_TRUE(isOneErrorLine(result.error)) << result.error;
+  }
+  EXPECT_TRUE(outputs().empty());
+}
+
+TEST_F(Sequence, optionsOfSequences_areRefusedWithoutOne) {
+  for (const char* option : {"--skip-bad-frames", "--frames-in-flight=2"}) {
+    const RunResult result =
+        runCommand(renderArguments(frameFile(1), folder_.file("out.exr"), {option}));
+    EXPECT_EQ(result.exitCode, 2);
+    EXPECT_NE(result.error.find("--frames"), std::string::npos) << result.error;
+  }
+}
+
+TEST_F(Sequence, progress_isOfTheWholeAndEndsAt100) {
+  Texts arguments =
+      renderArguments(folder_.file("in.####.exr"), folder_.file("out.@.exr"), {"--frames", "1-6"});
+  arguments.erase(arguments.begin() + 1);  // --quiet
+  const RunResult result = runCommand(arguments);
+  EXPECT_EQ(result.exitCode, 0) << result.error;
+  const Texts lines = linesStarting(result.error, "Progress: ");
+  ASSERT_FALSE(lines.empty());
+  EXPECT_EQ(lines.back(), "Progress: 100%");
+}
+
+TEST_F(Sequence, reportsOfTheirOwn_areOnePerFrame) {
+  ASSERT_EQ(render({"--frames", "1-2", "--report", folder_.file("r.#.json")}).exitCode, 0);
+  for (const char* name : {"r.1.json", "r.2.json"}) {
+    const auto report = nlohmann::json::parse(bytesOfFile(folder_.file(name)));
+    EXPECT_TRUE(report.contains("controls")) << name;
+  }
+}
+
+TEST_F(Sequence, reportOfAll_hasEveryFrameInOrder) {
+  writeBytes(frameFile(2), "no picture");
+  const RunResult result = render({"--frames", "1-3", "--skip-bad-frames", "--frames-in-flight",
+                                   "3", "--report", folder_.file("r.json")});
+  EXPECT_EQ(result.exitCode, 1);
+  const auto report = nlohmann::json::parse(bytesOfFile(folder_.file("r.json")));
+  ASSERT_EQ(report["frames"].size(), 3U);
+  EXPECT_EQ(report["frames"][0]["frame"], 1);
+  EXPECT_EQ(report["frames"][0]["output"], folder_.file("out.1.exr"));
+  EXPECT_EQ(report["frames"][1]["exitCode"], 3);
+  EXPECT_EQ(report["frames"][1]["errors"].size(), 1U);
+  EXPECT_EQ(report["frames"][2]["exitCode"], 0);
+}
+
+// A sequence that takes far longer than the test waits.
+class LongSequence : public ::testing::TestWithParam<std::pair<int, int>> {
+ protected:
+  ScratchFolder folder_;
+};
+
+TEST_P(LongSequence, signal_endsItSoonAndLeavesWholeFilesOnly) {
+  PartFixture part = rgbazPart(600, 400, 0.0);
+  part.channels.back().value = [](int x, int y) { return 1.0 + (x * 7919 + y * 104729) % 65521; };
+  writeExrFixture(folder_.file("in.exr"), part);
+  RunOptions options;
+  options.signal = GetParam().first;
+  options.signalAfterSeconds = 3.0;
+  const RunResult result = runCommand(
+      renderArguments(folder_.file("in.exr"), folder_.file("out.#.exr"),
+                      {"--frames", "1-1000", "--frames-in-flight", "2", "--set", "multiplier=60",
+                       "--set", "depthStyle=Real", "--set", "focalPlane=30000"}),
+      options);
+  EXPECT_EQ(result.exitCode, GetParam().second) << result.error;
+  EXPECT_TRUE(isOneErrorLine(result.error)) << result.error;
+  EXPECT_LT(result.secondsAfterSignal, DREVIN_SANITIZED != 0 ? 10.0 : 5.0);
+  for (const std::string& name : folder_.entries())
+    EXPECT_TRUE(isWholePicture(folder_.file(name))) << name;
+}
+
+INSTANTIATE_TEST_SUITE_P(Signals, LongSequence,
+                         ::testing::Values(std::pair{SIGINT, 130}, std::pair{SIGTERM, 143}));
+
+TEST(RealSequence, beachball_rendersWholeFrames) {
+  SKIP_WITHOUT_PICTURES();
+  const ScratchFolder folder;
+  const RunResult result = runCommand(renderArguments(
+      pictureFolder() + "/flat/beachball.singlepart.000#.exr", folder.file("ball.%04d.exr"),
+      {"--frames", "1-4", "--set", "focalPlane=10", "--set", "multiplier=16"}));
+  EXPECT_EQ(result.exitCode, 0) << result.error;
+  EXPECT_EQ(folder.entries(),
+            (Texts{"ball.0001.exr", "ball.0002.exr", "ball.0003.exr", "ball.0004.exr"}));
+  for (const std::string& name : folder.entries())
+    EXPECT_TRUE(isWholePicture(folder.file(name))) << name;
+}
+
+}  // namespace
+}  // namespace drevintool::testing

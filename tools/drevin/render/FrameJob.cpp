@@ -1,0 +1,189 @@
+#include "render/FrameJob.h"
+
+#include <new>
+#include <utility>
+
+#include "controls/CameraText.h"
+#include "deep/DeepCompanion.h"
+#include "deep/DeepWarnings.h"
+#include "render/HostPicture.h"
+#include "render/ResultPicture.h"
+#include "sequence/WholeFile.h"
+#include "terminal/ExitCode.h"
+#include "terminal/Messages.h"
+#include "terminal/OneLine.h"
+#include "terminal/Signals.h"
+
+namespace drevintool {
+namespace {
+
+using DD::Image::Knob;
+
+// The kernel's stand-in channel is listed with the mattes, but taken from the aperture image.
+int sourceInput(const Knob& knob) {
+  return knob.name() == "missingKernelChannel" ? kKernelInput : knob.channelInput();
+}
+
+const char* optionFor(int input) {
+  return input == kKernelInput ? "--kernel" : "--mattes";
+}
+
+// A PNG has colours and coverage only.
+std::vector<std::string> wantedChannels(const RenderArguments& arguments) {
+  if (!arguments.channels.empty() || !isPng(arguments.output)) return arguments.channels;
+  return {"rgba"};
+}
+
+void checkBox(const RenderArguments& arguments, const Picture& input,
+              const embedded::RenderResult& result) {
+  if (!pixelBox(result.image.box).empty()) return;
+  const PixelBox& box = input.box;
+  const std::string edges = std::to_string(box.x) + "," + std::to_string(box.y) + "," +
+                            std::to_string(box.r) + "," + std::to_string(box.t);
+  if (arguments.region) {
+    throw ToolError(ExitCode::Usage, "--region: lies outside the picture's box " + edges);
+  }
+  throw ToolError(ExitCode::RenderFailed, oneLine(input.path + ": nothing to render"));
+}
+
+// The views of the depth and of the aperture do not cut samples.
+bool defocuses(const Node& node) {
+  const Knob* type = node.knob("outputType");
+  constexpr double kLensBloom = 1.0;
+  return type == nullptr || type->get_value() <= kLensBloom;
+}
+
+std::vector<std::string> errorsOf(const embedded::RenderResult& result) {
+  std::vector<std::string> errors;
+  for (const embedded::Message& message : result.messages) {
+    if (message.severity == embedded::Severity::Error) errors.push_back(message.text);
+  }
+  return errors;
+}
+
+}  // namespace
+
+std::string withFrameName(const FrameTask& task, const std::string& message) {
+  const std::string name = task.name();
+  return name.empty() ? message : name + ": " + message;
+}
+
+FrameJob::FrameJob(const FrameShare& share, const FrameTask& task, RenderArguments arguments,
+                   FrameProgress progress)
+    : share_(share),
+      task_(task),
+      arguments_(std::move(arguments)),
+      progress_(std::move(progress)) {}
+
+void FrameJob::read() {
+  total_ = Stopwatch();
+  if (arguments_.skipExisting && isWholePicture(arguments_.output)) return;
+  pictures_ = std::make_unique<InputPictures>(arguments_);
+  times_.read = total_.seconds();
+}
+
+FrameOutcome FrameJob::finish() {
+  FrameOutcome outcome;
+  outcome.skipped = pictures_ == nullptr;
+  if (outcome.skipped) return outcome;
+  std::unique_ptr<embedded::CameraInput> camera;
+  Node node(share_.description);
+  pictures_->connectTo(node);
+  share_.changes.applyValues(node);
+  applyChannels(node);
+  const DeepExrSource* deep = pictures_->deep();
+  if (deep == nullptr) checkDepthChannel(pictures_->image(), node);
+  camera = connectCameraTo(node);
+  const std::vector<PlannedChannel> plan = planFor(node);
+  const embedded::RenderResult result = render(node, plan);
+  printWarnings(result);
+  throwIfInterrupted();
+  // Samples are read while rows are made; that they cannot be is a fault of the file.
+  if (deep != nullptr && deep->failure()) {
+    throw ToolError(ExitCode::InputUnreadable, *deep->failure());
+  }
+  if (result.status != embedded::RenderStatus::Done) {
+    outcome.code = ExitCode::RenderFailed;
+    outcome.errors = errorsOf(result);
+    return outcome;
+  }
+  if (deep != nullptr && defocuses(node)) warn(thickWarning(*deep, arguments_.deepOrder));
+  checkBox(arguments_, pictures_->image(), result);
+  write(node, plan, result, outcome);
+  return outcome;
+}
+
+embedded::RenderResult FrameJob::render(Node& node, const std::vector<PlannedChannel>& plan) const {
+  embedded::RenderOptions options;
+  if (arguments_.region) options.region = hostBox(*arguments_.region);
+  options.channels = renderedSet(plan);
+  options.threads = arguments_.threads;
+  options.proxyScale = static_cast<float>(arguments_.proxy);
+  options.progress = progress_;
+  try {
+    return embedded::render(node, options);
+  } catch (const std::bad_alloc&) {
+    throw ToolError(ExitCode::RenderFailed, "not enough memory to render");
+  }
+}
+
+// Prints and keeps a warning of the command's own; an empty one is none.
+void FrameJob::warn(const std::string& text) {
+  if (text.empty()) return;
+  printWarning(withFrameName(task_, text));
+  warnings_.push_back(text);
+}
+
+void FrameJob::applyChannels(Node& node) {
+  std::unique_ptr<Picture> withDepths;
+  const auto source = [&](const Knob& knob, const ControlSetting& setting) -> const Picture* {
+    const int input = sourceInput(knob);
+    const Picture* picture = pictures_->at(input);
+    if (knob.name() == "depthChannel" && pictures_->deep() != nullptr) {
+      withDepths = std::make_unique<Picture>(withDeepDepths(*picture));
+      return withDepths.get();
+    }
+    if (picture == nullptr && setting.value != "none") {
+      warn("--set " + setting.text + ": has no effect without " + optionFor(input));
+    }
+    return picture;
+  };
+  share_.changes.applyChannels(node, source);
+}
+
+std::unique_ptr<embedded::CameraInput> FrameJob::connectCameraTo(Node& node) const {
+  if (arguments_.camera.empty()) return nullptr;
+  auto camera = std::make_unique<embedded::CameraInput>(parseCamera(arguments_.camera, node));
+  connectCamera(node, *camera);
+  return camera;
+}
+
+std::vector<PlannedChannel> FrameJob::planFor(const Node& node) {
+  std::vector<PlannedChannel> plan =
+      planChannels(pictures_->image(), node, wantedChannels(arguments_));
+  if (const Picture* kernel = pictures_->at(kKernelInput)) {
+    warn(missingKernelWarning(*kernel, node, plan));
+  }
+  if (const DeepExrSource* deep = pictures_->deep()) warn(opaqueWarning(*deep));
+  return plan;
+}
+
+void FrameJob::printWarnings(const embedded::RenderResult& result) const {
+  for (const embedded::Message& message : result.messages) {
+    if (message.severity != embedded::Severity::Warning) continue;
+    printWarning(withFrameName(task_, message.text));
+  }
+}
+
+void FrameJob::write(const Node& node, const std::vector<PlannedChannel>& plan,
+                     const embedded::RenderResult& result, FrameOutcome& outcome) {
+  const Stopwatch writing;
+  writePicture(composeOutput(pictures_->image(), plan, result), arguments_.output);
+  times_.write = writing.seconds();
+  times_.total = total_.seconds();
+  if (!share_.wantsReport) return;
+  outcome.report = renderReport(arguments_, node, *pictures_, result, {times_, warnings_});
+  if (!arguments_.report.empty()) writeReport(outcome.report, arguments_.report);
+}
+
+}  // namespace drevintool

@@ -1,0 +1,69 @@
+#pragma once
+
+/// One picture, from its files to the result.
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "EmbeddedHost/CameraInput.h"
+#include "EmbeddedHost/Render.h"
+#include "arguments/RenderArguments.h"
+#include "controls/ControlChanges.h"
+#include "render/ChannelPlan.h"
+#include "render/InputPictures.h"
+#include "render/Report.h"
+#include "sequence/FrameOutcome.h"
+#include "sequence/FrameRunner.h"
+#include "sequence/FrameTask.h"
+#include "terminal/Stopwatch.h"
+
+namespace drevintool {
+
+/// What all frames of a command share.
+struct FrameShare {
+  const DD::Image::Op::Description& description;
+  const ControlChanges& changes;
+  bool wantsReport = false;  ///< also where a frame has no report file of its own
+};
+
+/// Told how far a frame is, on the thread that renders it.
+using FrameProgress = std::function<void(const embedded::Progress&)>;
+
+class FrameJob : public FrameWork {
+ public:
+  /// `arguments` are those of this frame alone: its paths are files.
+  FrameJob(const FrameShare& share, const FrameTask& task, RenderArguments arguments,
+           FrameProgress progress);
+
+  /// Reads the pictures, unless the output is there and may stay. Throws ToolError.
+  void read() override;
+  /// Renders and writes. The node's warnings go to standard error as they come, with the frame's
+  /// name before them; its errors are the outcome's. Throws ToolError for all else.
+  FrameOutcome finish() override;
+
+ private:
+  embedded::RenderResult render(Node& node, const std::vector<PlannedChannel>& plan) const;
+  void warn(const std::string& text);
+  void applyChannels(Node& node);
+  std::unique_ptr<embedded::CameraInput> connectCameraTo(Node& node) const;
+  std::vector<PlannedChannel> planFor(const Node& node);
+  void printWarnings(const embedded::RenderResult& result) const;
+  void write(const Node& node, const std::vector<PlannedChannel>& plan,
+             const embedded::RenderResult& result, FrameOutcome& outcome);
+
+  FrameShare share_;
+  FrameTask task_;
+  RenderArguments arguments_;
+  FrameProgress progress_;
+  std::unique_ptr<InputPictures> pictures_;
+  Stopwatch total_;
+  CommandTimes times_;
+  std::vector<std::string> warnings_;
+};
+
+/// The name of a frame before a message about it: "frame 12: message".
+std::string withFrameName(const FrameTask& task, const std::string& message);
+
+}  // namespace drevintool

@@ -1,0 +1,140 @@
+#include "sequence/SequencePlan.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <map>
+#include <set>
+#include <system_error>
+#include <unordered_set>
+
+#include "picture/AtomicFile.h"
+#include "terminal/ExitCode.h"
+#include "terminal/OneLine.h"
+
+namespace drevintool {
+namespace {
+
+[[noreturn]] void fail(const std::string& line, ExitCode code = ExitCode::Usage) {
+  throw ToolError(code, oneLine(line));
+}
+
+std::vector<FrameTask> tasksOf(const RenderArguments& arguments) {
+  const std::vector<std::string> views =
+      arguments.views.empty() ? std::vector<std::string>{""} : arguments.views;
+  std::vector<std::optional<int>> frames(arguments.frames.begin(), arguments.frames.end());
+  if (frames.empty()) frames.emplace_back();
+  std::vector<FrameTask> tasks;
+  tasks.reserve(frames.size() * views.size());
+  for (const std::optional<int> frame : frames) {
+    for (const std::string& view : views)
+      tasks.push_back({frame, view});
+  }
+  return tasks;
+}
+
+bool exists(const std::string& path) {
+  std::error_code error;
+  return std::filesystem::exists(path, error);
+}
+
+}  // namespace
+
+SequencePlan::SequencePlan(const RenderArguments& arguments)
+    : arguments_(arguments),
+      sequence_(!arguments.frames.empty() || !arguments.views.empty()),
+      tasks_(tasksOf(arguments)) {
+  addPath("--input", &RenderArguments::input);
+  addPath("--deep", &RenderArguments::deep);
+  addPath("--view", &RenderArguments::view);
+  addPath("--kernel", &RenderArguments::kernel);
+  addPath("--mattes", &RenderArguments::mattes);
+  addPath("--output", &RenderArguments::output);
+  addPath("--report", &RenderArguments::report);
+  checkPlaces();
+  checkOutputsDiffer();
+  const FramePattern report(arguments.report);
+  reportsEach_ = !sequence_ || report.hasFrame() || report.hasView();
+}
+
+void SequencePlan::addPath(const char* option, std::string RenderArguments::*text) {
+  paths_.push_back({option, text, FramePattern(arguments_.*text)});
+}
+
+// A place that nothing is there for.
+void SequencePlan::checkPlaces() const {
+  for (const Path& path : paths_) {
+    const std::string start = std::string(path.option) + " " + arguments_.*path.text + ": ";
+    if (path.pattern.hasFrame() && arguments_.frames.empty()) {
+      fail(
+          start +
+          "stands for the files of a sequence; give --frames FIRST-LAST (or put a backslash before "
+          "#, @ or % where it is part of a name)");
+    }
+    if (path.pattern.hasView() && arguments_.views.empty()) {
+      fail(start + "has a place for a view; give --views NAME,NAME");
+    }
+  }
+}
+
+void SequencePlan::checkOutputsDiffer() const {
+  for (const char* option : {"--output", "--report"}) {
+    const Path& path = pathOf(option);
+    const bool each = path.pattern.hasFrame() || path.pattern.hasView();
+    if (option == std::string("--report") && !each) continue;
+    std::unordered_set<std::string> files;
+    for (const FrameTask& task : tasks_) {
+      const std::string file = filled(path, task);
+      if (files.insert(file).second) continue;
+      fail(std::string(option) + " " + arguments_.*path.text + ": " + task.name() +
+           " would overwrite " + file + ", which another has written; put #### for the frame" +
+           (arguments_.views.empty() ? "" : " and %V for the view") + " into the name");
+    }
+  }
+}
+
+const SequencePlan::Path& SequencePlan::pathOf(const char* option) const {
+  const auto named = [&](const Path& path) { return path.option == std::string(option); };
+  return *std::find_if(paths_.begin(), paths_.end(), named);
+}
+
+std::string SequencePlan::filled(const Path& path, const FrameTask& task) {
+  return path.pattern.path(task.frame.value_or(0), task.view);
+}
+
+RenderArguments SequencePlan::argumentsOf(const FrameTask& task) const {
+  RenderArguments arguments = arguments_;
+  arguments.frames.clear();
+  arguments.views.clear();
+  for (const Path& path : paths_)
+    arguments.*path.text = filled(path, task);
+  if (!reportsEach_) arguments.report.clear();
+  return arguments;
+}
+
+void SequencePlan::checkInputs() const {
+  for (const char* option : {"--input", "--deep", "--kernel", "--mattes"}) {
+    const Path& path = pathOf(option);
+    if (!path.pattern.hasFrame() && !path.pattern.hasView()) continue;
+    const auto isThere = [&](const FrameTask& task) { return exists(filled(path, task)); };
+    if (std::any_of(tasks_.begin(), tasks_.end(), isThere)) continue;
+    fail(std::string(option) + " " + arguments_.*path.text + ": there is no such file for any of " +
+             std::to_string(tasks_.size()) + " pictures, the first would be " +
+             filled(path, tasks_.front()),
+         ExitCode::InputUnreadable);
+  }
+}
+
+void SequencePlan::checkOutputs() const {
+  std::set<std::string> folders;
+  for (const char* option : {"--output", "--report"}) {
+    const Path& path = pathOf(option);
+    if ((arguments_.*path.text).empty()) continue;
+    for (const FrameTask& task : tasks_) {
+      const std::string file = filled(path, task);
+      const std::string folder = std::filesystem::path(file).parent_path().string();
+      if (folders.insert(option + folder).second) AtomicFile::checkPlace(file);
+    }
+  }
+}
+
+}  // namespace drevintool

@@ -1,0 +1,180 @@
+#include "sequence/SequenceRender.h"
+
+#include <algorithm>
+#include <map>
+#include <optional>
+#include <utility>
+
+#include "EmbeddedHost/Render.h"
+#include "picture/ExrHeaderScan.h"
+#include "sequence/FrameList.h"
+#include "sequence/FramesInFlight.h"
+#include "terminal/Messages.h"
+#include "terminal/SequenceProgress.h"
+#include "terminal/Signals.h"
+
+namespace drevintool {
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+// Of the first picture that is there; 0 if none is.
+std::int64_t pixelsOf(const SequencePlan& plan) {
+  const RenderArguments first = plan.argumentsOf(plan.tasks().front());
+  try {
+    const ExrFacts facts = scanExrHeader(first.input.empty() ? first.deep : first.input);
+    const ExrWindow window = facts.parts.empty() ? ExrWindow() : facts.parts.front().dataWindow;
+    return facts.parts.empty() ? 0 : window.width() * window.height();
+  } catch (const ToolError&) {
+    return 0;
+  }
+}
+
+// "1-3,5" or, with views, "1-3,5 left; 4 right".
+std::string namesOf(const std::vector<FrameTask>& tasks) {
+  std::vector<std::string> views;
+  std::map<std::string, std::vector<int>> frames;
+  for (const FrameTask& task : tasks) {
+    if (frames.count(task.view) == 0) views.push_back(task.view);
+    std::vector<int>& list = frames[task.view];
+    if (task.frame) list.push_back(*task.frame);
+  }
+  std::string text;
+  for (const std::string& view : views) {
+    const std::string list = frameListText(frames[view]);
+    text += (text.empty() ? "" : "; ") + list + (list.empty() || view.empty() ? "" : " ") + view;
+  }
+  return text;
+}
+
+// Threads are shared out among the frames in flight; operators choose theirs by the common number.
+unsigned shareThreads(unsigned threads, unsigned inFlight) {
+  const unsigned each = std::max(1U, threads / inFlight);
+  embedded::setThreadCount(each);
+  return each;
+}
+
+class SequenceRender {
+ public:
+  SequenceRender(const FrameShare& share, const SequencePlan& plan,
+                 const RenderArguments& arguments, unsigned threads)
+      : share_(share),
+        plan_(plan),
+        arguments_(arguments),
+        inFlight_(arguments.framesInFlight != 0
+                      ? arguments.framesInFlight
+                      : usefulFramesInFlight(pixelsOf(plan), threads, plan.tasks().size())),
+        threads_(shareThreads(threads, inFlight_)),
+        progress_(arguments.quiet, plan.tasks().size()) {}
+
+  int run() {
+    if (!arguments_.skipExisting) plan_.checkInputs();
+    runFrames(
+        plan_.tasks().size(), {inFlight_, arguments_.skipBadFrames},
+        [this](std::size_t index) { return makeJob(index); },
+        [this](std::size_t index, FrameOutcome outcome) { end(index, std::move(outcome)); });
+    progress_.clear();
+    throwIfInterrupted();
+    if (!arguments_.report.empty() && !plan_.reportsEach()) writeReportOfAll();
+    tellSkipped();
+    return tellFailed();
+  }
+
+ private:
+  std::unique_ptr<FrameWork> makeJob(std::size_t index) {
+    const FrameTask& task = plan_.tasks()[index];
+    RenderArguments arguments = plan_.argumentsOf(task);
+    arguments.threads = threads_;
+    const auto show = [this, index](const embedded::Progress& progress) {
+      progress_.show(index, progress);
+    };
+    return std::make_unique<FrameJob>(share_, task, std::move(arguments), show);
+  }
+
+  // Called for one frame at a time.
+  void end(std::size_t index, FrameOutcome outcome) {
+    if (caughtSignal() != 0 && outcome.failed()) return;
+    const FrameTask& task = plan_.tasks()[index];
+    if (outcome.skipped) skipped_.push_back(task);
+    if (arguments_.skipBadFrames) tellErrors(task, outcome);
+    if (!arguments_.report.empty() && !plan_.reportsEach()) {
+      reports_[index] = reportOf(task, outcome);
+    }
+    if (outcome.failed()) {
+      failures_[index] = std::move(outcome);
+    } else {
+      progress_.frameDone(index);
+    }
+  }
+
+  static Json reportOf(const FrameTask& task, FrameOutcome& outcome) {
+    Json report;
+    if (task.frame) report["frame"] = *task.frame;
+    if (!task.view.empty()) report["view"] = task.view;
+    report["exitCode"] = static_cast<int>(outcome.code);
+    report["skipped"] = outcome.skipped;
+    report["errors"] = outcome.errors;
+    if (!outcome.report.is_null()) report.update(outcome.report);
+    return report;
+  }
+
+  void tellErrors(const FrameTask& task, const FrameOutcome& outcome) {
+    if (!outcome.failed()) return;
+    progress_.clear();
+    for (const std::string& error : outcome.errors)
+      printError(withFrameName(task, error));
+  }
+
+  void writeReportOfAll() {
+    Json report;
+    report["command"] = "drevin " DREVIN_VERSION;
+    report["framesInFlight"] = inFlight_;
+    report["frames"] = Json::array();
+    for (auto& [index, frame] : reports_)
+      report["frames"].push_back(std::move(frame));
+    writeReport(report, arguments_.report);
+  }
+
+  void tellSkipped() const {
+    if (skipped_.empty() || arguments_.quiet) return;
+    printNote(std::to_string(skipped_.size()) + " of " + std::to_string(plan_.tasks().size()) +
+              " pictures were there already: " + namesOf(skipped_));
+  }
+
+  int tellFailed() {
+    if (failures_.empty()) {
+      progress_.finish();
+      return static_cast<int>(ExitCode::Done);
+    }
+    const auto& [index, first] = *failures_.begin();
+    if (!arguments_.skipBadFrames) {
+      tellErrors(plan_.tasks()[index], first);
+      return static_cast<int>(first.code);
+    }
+    std::vector<FrameTask> failed;
+    for (const auto& [number, outcome] : failures_)
+      failed.push_back(plan_.tasks()[number]);
+    printError(std::to_string(failed.size()) + " of " + std::to_string(plan_.tasks().size()) +
+               " pictures failed: " + namesOf(failed));
+    return static_cast<int>(ExitCode::RenderFailed);
+  }
+
+  const FrameShare& share_;
+  const SequencePlan& plan_;
+  const RenderArguments& arguments_;
+  const unsigned inFlight_;
+  const unsigned threads_;  // of each frame
+  SequenceProgress progress_;
+  std::vector<FrameTask> skipped_;
+  std::map<std::size_t, FrameOutcome> failures_;
+  std::map<std::size_t, Json> reports_;
+};
+
+}  // namespace
+
+int renderSequence(const FrameShare& share, const SequencePlan& plan,
+                   const RenderArguments& arguments, unsigned threads) {
+  return SequenceRender(share, plan, arguments, threads).run();
+}
+
+}  // namespace drevintool
