@@ -8,7 +8,9 @@ void addNodeOptions(CLI::App& app, std::vector<std::string>& settings, std::stri
                     std::string& plugin) {
   app.add_option("--set", settings,
                  "Set a control as by hand, in the order given: a number, 0/1/true/false, several "
-                 "values by commas, a choice's label or index, channel names")
+                 "values by commas, a choice's label or index, channel names; NAME@FRAME=VALUE is "
+                 "a key of a "
+                 "number that changes over frames")
       ->type_name("NAME=VALUE")
       ->allow_extra_args(false)
       ->expected(1)

@@ -3,32 +3,42 @@
 /// All changes that a command line makes to the node's controls.
 
 #include <functional>
+#include <map>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "EmbeddedHost/Node.h"
+#include "controls/ControlCurve.h"
 #include "controls/ControlText.h"
+#include "controls/KeyedSettings.h"
 
 namespace drevintool {
+
+/// One curve for each component of a control, by its name.
+using ControlCurves = std::map<std::string, std::vector<ControlCurve>>;
 
 class ControlChanges {
  public:
   /// Reads --set texts. Throws ToolError (Usage).
   explicit ControlChanges(const std::vector<std::string>& settings);
 
-  /// The picture whose channels a control picks from, or null where any name is taken; it is told
-  /// of each setting before it is applied.
+  /// The picture whose channels a control picks from, or null where any name is taken; it is asked
+  /// for each setting before that is applied.
   using ChannelSource =
       std::function<const Picture*(const DD::Image::Knob& knob, const ControlSetting& setting)>;
 
   /// Sets the controls whose values do not depend on the pictures, so that faults show before
-  /// anything is read. Throws ToolError (Usage).
-  void applyValues(Node& node) const;
+  /// anything is read; keyed ones to their values at `frame`. Throws ToolError (Usage), also if a
+  /// control is keyed and there is no frame.
+  void applyValues(Node& node, std::optional<double> frame) const;
   /// Sets the controls that pick channels. Throws ToolError.
   void applyChannels(Node& node, const ChannelSource& source) const;
+  /// Those of the controls that are keyed. Throws ToolError (Usage).
+  ControlCurves curves(const Node& node) const;
 
  private:
-  std::vector<ControlSetting> settings_;
+  std::vector<KeyedSetting> settings_;
 };
 
 }  // namespace drevintool

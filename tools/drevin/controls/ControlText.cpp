@@ -16,7 +16,7 @@ using DD::Image::Knob;
 
 [[noreturn]] void fail(const ControlSetting& setting, const std::string& reason,
                        ExitCode code = ExitCode::Usage) {
-  throw ToolError(code, oneLine("--set " + setting.text + ": " + reason));
+  throw ToolError(code, oneLine(setting.text + ": " + reason));
 }
 
 std::string joined(const std::vector<std::string>& names) {
@@ -41,22 +41,6 @@ double parseComponent(const Knob& knob, const std::string& text, const ControlSe
   }
   checkRange(knob, *value, setting);
   return *value;
-}
-
-void setNumbers(Node& node, Knob& knob, const ControlSetting& setting) {
-  const std::vector<std::string> texts = splitList(setting.value);
-  const auto count = static_cast<std::size_t>(knob.components());
-  const bool oneForAll = texts.size() == 1 && knob.kind() == "Color_knob";
-  if (texts.size() != count && !oneForAll) {
-    fail(setting,
-         "takes " + std::to_string(count) + (count == 1 ? " number" : " numbers, by commas"));
-  }
-  std::vector<double> values;
-  values.reserve(count);
-  for (const std::string& text : texts)
-    values.push_back(parseComponent(knob, text, setting));
-  if (oneForAll) values.resize(count, values.front());
-  node.setByHand(knob, values);
 }
 
 void setBoolean(Node& node, Knob& knob, const ControlSetting& setting) {
@@ -149,7 +133,7 @@ ControlSetting parseSetting(const std::string& text) {
   if (equals == std::string::npos || equals == 0) {
     throw ToolError(ExitCode::Usage, oneLine("--set " + text + ": give NAME=VALUE"));
   }
-  return {text.substr(0, equals), text.substr(equals + 1), text};
+  return {text.substr(0, equals), text.substr(equals + 1), "--set " + text};
 }
 
 Knob& controlNamed(const Node& node, const ControlSetting& setting) {
@@ -164,6 +148,22 @@ Knob& controlNamed(const Node& node, const ControlSetting& setting) {
            (nearest.empty() ? "; see drevin controls" : "; did you mean " + nearest + "?"));
 }
 
+std::vector<double> parseNumbers(const Knob& knob, const ControlSetting& setting) {
+  const std::vector<std::string> texts = splitList(setting.value);
+  const auto count = static_cast<std::size_t>(knob.components());
+  const bool oneForAll = texts.size() == 1 && knob.kind() == "Color_knob";
+  if (texts.size() != count && !oneForAll) {
+    fail(setting,
+         "takes " + std::to_string(count) + (count == 1 ? " number" : " numbers, by commas"));
+  }
+  std::vector<double> values;
+  values.reserve(count);
+  for (const std::string& text : texts)
+    values.push_back(parseComponent(knob, text, setting));
+  if (oneForAll) values.resize(count, values.front());
+  return values;
+}
+
 bool picksChannels(const Knob& knob) {
   return knob.type() == Knob::Type::Channels || knob.type() == Knob::Type::Mask;
 }
@@ -174,7 +174,7 @@ void setValue(Node& node, Knob& knob, const ControlSetting& setting) {
   } else if (knob.type() == Knob::Type::Choice) {
     setChoice(node, knob, setting);
   } else {
-    setNumbers(node, knob, setting);
+    node.setByHand(knob, parseNumbers(knob, setting));
   }
 }
 

@@ -3,6 +3,7 @@
 /// Setting the node's controls from NAME=VALUE texts, as an artist's hand would.
 
 #include <string>
+#include <vector>
 
 #include "EmbeddedHost/Node.h"
 #include "picture/Picture.h"
@@ -12,7 +13,7 @@ namespace drevintool {
 struct ControlSetting {
   std::string name;
   std::string value;
-  std::string text;  ///< as given, for messages
+  std::string text;  ///< where it was given, for messages: "--set NAME=VALUE"
 };
 
 /// Splits at the first '='. Throws ToolError (Usage) if there is none.
@@ -23,6 +24,10 @@ DD::Image::Knob& controlNamed(const Node& node, const ControlSetting& setting);
 
 /// Whether the control picks channels, so that its value depends on the pictures.
 bool picksChannels(const DD::Image::Knob& knob);
+
+/// The numbers of a setting, one for each component of the control; one for all of a colour. Throws
+/// ToolError (Usage) as setValue does.
+std::vector<double> parseNumbers(const DD::Image::Knob& knob, const ControlSetting& setting);
 
 /// Sets a control of numbers, a boolean or a choice. Throws ToolError (Usage) that says what would
 /// be right for what is not a value of it: not a number or not finite, outside a forced range,

@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include <memory>
+#include <optional>
 
 #include "controls/CameraText.h"
 #include "controls/ControlChanges.h"
@@ -63,7 +64,7 @@ int runControls(const ControlsArguments& arguments) {
   const Node fresh(description);
   Node node(description);
   const ControlChanges changes(arguments.settings);
-  changes.applyValues(node);
+  changes.applyValues(node, std::nullopt);
   changes.applyChannels(node, [](const Knob&, const ControlSetting&) { return nullptr; });
   if (!arguments.camera.empty()) {
     camera = std::make_unique<embedded::CameraInput>(parseCamera(arguments.camera, node));

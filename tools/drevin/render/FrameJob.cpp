@@ -89,7 +89,7 @@ FrameOutcome FrameJob::finish() {
   std::unique_ptr<embedded::CameraInput> camera;
   Node node(share_.description);
   pictures_->connectTo(node);
-  share_.changes.applyValues(node);
+  share_.changes.applyValues(node, task_.frame);
   applyChannels(node);
   const DeepExrSource* deep = pictures_->deep();
   if (deep == nullptr) checkDepthChannel(pictures_->image(), node);
@@ -144,7 +144,7 @@ void FrameJob::applyChannels(Node& node) {
       return withDepths.get();
     }
     if (picture == nullptr && setting.value != "none") {
-      warn("--set " + setting.text + ": has no effect without " + optionFor(input));
+      warn(setting.text + ": has no effect without " + optionFor(input));
     }
     return picture;
   };

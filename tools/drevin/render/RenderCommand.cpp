@@ -33,9 +33,10 @@ void chooseThreads(unsigned threads) {
 }
 
 // Faults of the command line show on a node of their own, before anything is read.
-void checkControls(const RenderArguments& arguments, const FrameShare& share) {
+void checkControls(const RenderArguments& arguments, const FrameShare& share,
+                   const FrameTask& first) {
   Node node(share.description);
-  share.changes.applyValues(node);
+  share.changes.applyValues(node, first.frame);
   if (!arguments.camera.empty()) parseCamera(arguments.camera, node);
 }
 
@@ -64,7 +65,7 @@ int runRender(const RenderArguments& arguments) {
   embedded::setDeepOrder(arguments.deepOrder);
   const ControlChanges changes(arguments.settings);
   const FrameShare share{description, changes, !arguments.report.empty()};
-  checkControls(arguments, share);
+  checkControls(arguments, share, plan.tasks().front());
   plan.checkOutputs();
   if (!plan.isSequence()) return renderPicture(share, plan);
   return renderSequence(share, plan, arguments, threads);
