@@ -6,6 +6,7 @@
 #include <sys/resource.h>
 
 #include <csignal>
+#include <optional>
 
 #include "ExrFixture.h"
 #include "ScratchFolder.h"
@@ -70,6 +71,39 @@ TEST(ExrWriter, attributesOfTheInput_areKeptButItsLayoutIsNot) {
   EXPECT_EQ(file.header.pixelAspectRatio(), 2.0F);
   EXPECT_EQ(Imf::owner(file.header), "me");
   EXPECT_EQ(file.header.lineOrder(), Imf::INCREASING_Y);
+}
+
+// The compression of a result whose input had `before`.
+Imf::Compression compressionAfter(Imf::Compression before,
+                                  std::optional<Imf::Compression> wanted = std::nullopt) {
+  const ScratchFolder folder;
+  OutputPicture picture = smallOutput();
+  HeaderAttributes from;
+  from.header.compression() = before;
+  picture.attributes = std::make_shared<HeaderAttributes>(from);
+  picture.compression = wanted;
+  writeExr(picture, folder.file("a.exr"));
+  return testing::readBack(folder.file("a.exr")).header.compression();
+}
+
+TEST(ExrWriter, compressionThatKeepsBits_isTheInputs) {
+  for (const Imf::Compression before :
+       {Imf::NO_COMPRESSION, Imf::RLE_COMPRESSION, Imf::ZIPS_COMPRESSION, Imf::ZIP_COMPRESSION,
+        Imf::PIZ_COMPRESSION}) {
+    EXPECT_EQ(compressionAfter(before), before);
+  }
+}
+
+TEST(ExrWriter, lossyCompressionOfTheInput_becomesZip) {
+  for (const Imf::Compression before :
+       {Imf::PXR24_COMPRESSION, Imf::B44_COMPRESSION, Imf::B44A_COMPRESSION, Imf::DWAA_COMPRESSION,
+        Imf::DWAB_COMPRESSION}) {
+    EXPECT_EQ(compressionAfter(before), Imf::ZIP_COMPRESSION) << before;
+  }
+}
+
+TEST(ExrWriter, compressionThatIsAskedFor_wins) {
+  EXPECT_EQ(compressionAfter(Imf::PIZ_COMPRESSION, Imf::DWAA_COMPRESSION), Imf::DWAA_COMPRESSION);
 }
 
 TEST(ExrWriter, manyRows_areWrittenWhole) {

@@ -15,6 +15,7 @@
 
 #include "picture/AtomicFile.h"
 #include "picture/CheckedStream.h"
+#include "picture/ExrCompression.h"
 #include "picture/HeaderAttributes.h"
 #include "picture/WrittenFile.h"
 #include "terminal/ExitCode.h"
@@ -55,6 +56,14 @@ bool outdated(const std::string& name, bool multiPart) {
   return multiPart && (name == "name" || name == "view" || name == "multiView");
 }
 
+// The input's, unless it would change channels that are only passed on.
+Imf::Compression compressionFor(const OutputPicture& picture) {
+  if (picture.compression) return *picture.compression;
+  if (!picture.attributes) return Imf::ZIP_COMPRESSION;
+  const Imf::Compression before = picture.attributes->header.compression();
+  return keepsBits(before) ? before : Imf::ZIP_COMPRESSION;
+}
+
 Imf::Header headerFor(const OutputPicture& picture) {
   const DisplayWindow& display = picture.display;
   const Imath::Box2i displayWindow({display.minX, display.minY}, {display.maxX, display.maxY});
@@ -67,7 +76,7 @@ Imf::Header headerFor(const OutputPicture& picture) {
       }
     }
   }
-  header.compression() = Imf::ZIP_COMPRESSION;
+  header.compression() = compressionFor(picture);
   header.lineOrder() = Imf::INCREASING_Y;
   for (const OutputChannel& channel : picture.channels) {
     header.channels().insert(channel.fileName, Imf::Channel(typeOf(channel.samples)));

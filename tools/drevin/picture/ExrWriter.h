@@ -8,9 +8,10 @@
 
 namespace drevintool {
 
-/// Writes one scanline part, ZIP in blocks of 16 rows, every channel in the type of its samples,
-/// with the display window as given, the data window from the box, and what attributes the input
-/// had that still hold. The file appears in its place when it is whole. Throws ToolError
+/// Writes one scanline part, every channel in the type of its samples, with the display window as
+/// given, the data window from the box, and what attributes the input had that still hold. Pixels
+/// are packed as the picture asks, else as those of the input were if that keeps every bit, else
+/// with ZIP. The file appears in its place when it is whole. Throws ToolError
 /// (OutputNotWritten, or Interrupted and Terminated on a signal).
 void writeExr(const OutputPicture& picture, const std::string& path);
 

@@ -2,7 +2,10 @@
 
 /// A result ready to be written.
 
+#include <OpenEXR/ImfCompression.h>
+
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -21,6 +24,7 @@ struct OutputPicture {
   PixelBox box;  ///< in the host's coordinates: row 0 is the bottom row of the display window
   std::vector<OutputChannel> channels;
   std::shared_ptr<const HeaderAttributes> attributes;  ///< null: none
+  std::optional<Imf::Compression> compression;         ///< none: the writer's choice
 };
 
 /// The samples of a channel of `picture` over `box`, bits unchanged. Outside the picture's box the
