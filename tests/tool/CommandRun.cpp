@@ -61,6 +61,10 @@ double secondsSince(Clock::time_point start) {
   return std::chrono::duration<double>(Clock::now() - start).count();
 }
 
+double secondsOf(const timeval& time) {
+  return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_usec) * 1e-6;
+}
+
 struct End {
   int status = 0;
   rusage usage{};
@@ -98,6 +102,7 @@ RunResult runCommand(const std::vector<std::string>& arguments, const RunOptions
   RunResult result;
   result.seconds = secondsSince(start);
   result.secondsAfterSignal = end.secondsAfterSignal;
+  result.processorSeconds = secondsOf(end.usage.ru_utime) + secondsOf(end.usage.ru_stime);
   result.peakKibibytes = end.usage.ru_maxrss;
   result.exitCode = WIFEXITED(end.status) ? WEXITSTATUS(end.status) : -1;
   result.out = bytesOfFile(folder.file("out"));

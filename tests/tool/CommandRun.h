@@ -27,6 +27,7 @@ struct RunResult {
   std::string error;
   double seconds = 0.0;
   double secondsAfterSignal = 0.0;  ///< from the signal to the end, if one was sent
+  double processorSeconds = 0.0;    ///< of all its threads, system calls included
   long peakKibibytes = 0;
 };
 

@@ -1,11 +1,11 @@
 #include <gtest/gtest.h>
 
 #include <cstdint>
-#include <filesystem>
 
 #include "CommandRun.h"
 #include "DeepExrFixture.h"
 #include "ExrFixture.h"
+#include "Refusal.h"
 #include "ScratchFolder.h"
 #include "deep/DeepBandPlan.h"
 #include "picture/ExrHeaderScan.h"
@@ -39,24 +39,10 @@ class DeepFaults : public ::testing::Test {
     return part;
   }
 
-  // The command must end with code 3 and one line that holds all of `pieces`; nothing appears at
-  // the output's place, and what was there before stays.
-  void expectFault(const Arguments& arguments, const Pieces& pieces) const {
+  static void expectFault(const Arguments& arguments, const Pieces& pieces) {
     RunOptions options;
     options.addressSpace = kAddressSpace;
-    for (const bool before : {false, true}) {
-      std::filesystem::remove(output_);
-      if (before) writeBytes(output_, "the picture from before");
-      const RunResult result = runCommand(arguments, options);
-      EXPECT_EQ(result.exitCode, 3) << result.error;
-      EXPECT_TRUE(isOneErrorLine(result.error)) << result.error;
-      EXPECT_EQ(linesStarting(result.error, "drevin: warning: ").size(), 0U) << result.error;
-      for (const std::string& piece : pieces)
-        EXPECT_NE(result.error.find(piece), std::string::npos) << piece << " in " << result.error;
-      EXPECT_EQ(bytesOfFile(output_), before ? "the picture from before" : "");
-    }
-    for (const std::string& name : folder_.entries())
-      EXPECT_TRUE(name == "deep.exr" || name == "flat.exr" || name == "out.exr") << name;
+    expectRefused(arguments, 3, pieces, options);
   }
 
   void expectDeepFault(const Pieces& pieces, const Arguments& more = {}) const {
@@ -71,10 +57,6 @@ class DeepFaults : public ::testing::Test {
   std::string deep_ = folder_.file("deep.exr");
   std::string output_ = folder_.file("out.exr");
 };
-
-TEST_F(DeepFaults, missingFile_isNamed) {
-  expectDeepFault({deep_, "No such file"});
-}
 
 TEST_F(DeepFaults, flatFileAsDeep_isSentToInput) {
   writeExrFixture(deep_, rgbazPart(8, 6, 1.0));

@@ -62,6 +62,22 @@ TEST_F(Windows, onePixel_renders) {
   expectColours(result);
 }
 
+TEST_F(Windows, oneRowOrOneColumn_renders) {
+  EXPECT_EQ(render({{0, 0}, {0, 29}}, {{0, 0}, {0, 29}}).data, Imath::Box2i({0, 0}, {0, 29}));
+  EXPECT_EQ(render({{0, 0}, {39, 0}}, {{0, 0}, {39, 0}}).data, Imath::Box2i({0, 0}, {39, 0}));
+}
+
+TEST_F(Windows, kernelsWiderThanThePicture_render) {
+  const std::vector<std::string> large = {"--set",          "focalPlane=1", "--set",
+                                          "multiplier=200", "--set",        "max_kernelsize=256"};
+  for (const int side : {1, 2, 9}) {
+    const Imath::Box2i window({0, 0}, {side - 1, side - 1});
+    const ReadFile result = render(window, window, large);
+    EXPECT_EQ(result.data, window);
+    EXPECT_GE(result.value("A", 0, 0), 0.0) << "no NaN";
+  }
+}
+
 TEST_F(Windows, region_cutsTheDataWindowFromTheBottom) {
   const ReadFile result = render({{0, 0}, {39, 29}}, {{0, 0}, {39, 29}}, {"--region", "2,0,10,5"});
   EXPECT_EQ(result.display, Imath::Box2i({0, 0}, {39, 29}));
