@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "Classes.h"
+#include "PluginFile.h"
 
 namespace embedded {
 
@@ -38,6 +39,7 @@ const DD::Image::Op::Description& loadPlugin(const std::string& file,
   // the system's library folders.
   const std::string path = std::filesystem::canonical(file, failed).string();
   if (failed) throw PluginError(file + ": no such file");
+  if (isCutOff(path)) throw PluginError(file + ": is damaged: the file ends too early");
   const std::vector<DD::Image::Description*> before = Classes::instance().all();
   dlerror();
   // Never closed: descriptions and operators live in it.

@@ -1,7 +1,10 @@
 #include <gtest/gtest.h>
 
+#include <filesystem>
+
 #include "CommandRun.h"
 #include "ExrFixture.h"
+#include "Refusal.h"
 #include "ScratchFolder.h"
 
 namespace drevintool::testing {
@@ -74,6 +77,39 @@ TEST_F(ExitCodes, aPluginThatIsMissingOrNone_isFive) {
     EXPECT_EQ(result.exitCode, 5);
     EXPECT_TRUE(isOneErrorLine(result.error)) << result.error;
     EXPECT_NE(result.error.find(file), std::string::npos) << result.error;
+  }
+}
+
+TEST_F(ExitCodes, aPluginThatIsCutOff_isFive) {
+  const std::string whole = bytesOfFile(builtPlugin());
+  const std::string file = folder_.file("cut.so");
+  for (const std::size_t length :
+       {std::size_t{0}, std::size_t{100}, std::size_t{5000}, whole.size() / 4, whole.size() / 2}) {
+    writeBytes(file, whole.substr(0, length));
+    expectRefused({"render", "--plugin", file, "--input", input_, "--output", output_}, 5, {file});
+  }
+}
+
+TEST_F(ExitCodes, aPluginOfAnotherProcessor_isFive) {
+  std::string other = bytesOfFile(builtPlugin());
+  other[18] = 40;  // the machine in the file's head: another one than this
+  const std::string file = folder_.file("other.so");
+  writeBytes(file, other);
+  expectRefused({"render", "--plugin", file, "--input", input_, "--output", output_}, 5,
+                {file, "not a plug-in for this program"});
+}
+
+TEST_F(ExitCodes, aLibraryThatIsNoPlugin_isFive) {
+  const std::string file = folder_.file("library.so");
+  std::filesystem::copy(DREVIN_OTHER_LIBRARY, file);
+  expectRefused({"render", "--plugin", file, "--input", input_, "--output", output_}, 5,
+                {file, "has no class Drevin"});
+}
+
+TEST_F(ExitCodes, aValueThatAControlDoesNotTake_isTwo) {
+  for (const char* setting : {"nonsense=1", "focalPlane=nan", "focalPlane=1e999", "focalPlane=",
+                              "kNumSides=99", "worldScale=parsec", "realWorldLens=perhaps"}) {
+    expectRefused(renderArguments(input_, output_, {"--set", setting}), 2, {setting});
   }
 }
 

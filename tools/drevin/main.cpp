@@ -1,6 +1,7 @@
 #include <cstdio>
 #include <exception>
 #include <new>
+#include <system_error>
 #include <variant>
 
 #include "arguments/Arguments.h"
@@ -38,6 +39,10 @@ int runCommand(int count, const char* const* texts) {
     return static_cast<int>(error.code());
   } catch (const std::bad_alloc&) {
     printError("not enough memory");
+  } catch (const std::system_error& error) {
+    const bool threads = error.code() == std::errc::resource_unavailable_try_again;
+    printError(threads ? "not enough memory or processes for its threads; try --threads 1"
+                       : error.what());
   } catch (const std::exception& error) {
     printError(error.what());
   }

@@ -154,7 +154,7 @@ void writeExr(const OutputPicture& picture, const std::string& path) {
   } catch (const ToolError&) {
     throw;
   } catch (const std::bad_alloc&) {
-    throw ToolError(ExitCode::OutputNotWritten, oneLine(path) + ": not enough memory to write it");
+    throw ToolError(ExitCode::RenderFailed, oneLine(path) + ": not enough memory to write it");
   } catch (const std::exception& error) {
     throw ToolError(ExitCode::OutputNotWritten, oneLine(path + ": " + error.what()));
   }

@@ -12,7 +12,7 @@ namespace drevintool {
 /// given, the data window from the box, and what attributes the input had that still hold. Pixels
 /// are packed as the picture asks, else as those of the input were if that keeps every bit, else
 /// with ZIP. The file appears in its place when it is whole. Throws ToolError
-/// (OutputNotWritten, or Interrupted and Terminated on a signal).
+/// (OutputNotWritten, RenderFailed without memory, Interrupted or Terminated on a signal).
 void writeExr(const OutputPicture& picture, const std::string& path);
 
 }  // namespace drevintool

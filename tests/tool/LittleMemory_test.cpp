@@ -1,0 +1,49 @@
+#include <gtest/gtest.h>
+
+#include "CommandRun.h"
+#include "ExrFixture.h"
+#include "ScratchFolder.h"
+
+namespace drevintool::testing {
+namespace {
+
+constexpr std::size_t kMebibyte = std::size_t{1} << 20;
+
+class LittleMemory : public ::testing::Test {
+ protected:
+  LittleMemory() { writeExrFixture(input_, rgbazPart(900, 600, 140.0)); }
+
+  RunResult render(std::size_t mebibytes) const {
+    RunOptions options;
+    options.addressSpace = mebibytes * kMebibyte;
+    return runCommand(
+        renderArguments(input_, output_, {"--threads", "2", "--set", "multiplier=60"}), options);
+  }
+
+  ScratchFolder folder_;
+  std::string input_ = folder_.file("in.exr");
+  std::string output_ = folder_.file("out.exr");
+};
+
+// Wherever memory ends: while the picture is read, defocused or written.
+TEST_F(LittleMemory, anyLimit_isOneLineOrTheWholeResult) {
+  if (DREVIN_SANITIZED) GTEST_SKIP() << "sanitizers take far more address space";
+  int failures = 0;
+  for (std::size_t mebibytes = 50; mebibytes <= 350; mebibytes += 20) {
+    writeBytes(output_, "old");
+    const RunResult result = render(mebibytes);
+    EXPECT_EQ(folder_.entries(), (std::vector<std::string>{"in.exr", "out.exr"}));
+    if (result.exitCode == 0) continue;
+    ++failures;
+    EXPECT_EQ(result.exitCode, 1) << mebibytes << ": " << result.error;
+    EXPECT_TRUE(isOneErrorLine(result.error)) << result.error;
+    EXPECT_NE(result.error.find("memory"), std::string::npos) << result.error;
+    EXPECT_EQ(bytesOfFile(output_), "old");
+  }
+  EXPECT_GT(failures, 2);
+  EXPECT_EQ(render(2000).exitCode, 0);
+  EXPECT_EQ(readBack(output_).channels.size(), 5U);
+}
+
+}  // namespace
+}  // namespace drevintool::testing
