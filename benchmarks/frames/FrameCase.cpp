@@ -21,4 +21,21 @@ FrameCase deepCase(const std::string& scene, double blur, FrameSize size, int sa
   return picture;
 }
 
+FrameCase withColouredAperture(FrameCase picture) {
+  constexpr int kernelImage = 0;
+  picture.settings.kernelType = kernelImage;
+  picture.apertureImage = true;
+  return picture;
+}
+
+FrameCase withEffects(FrameCase picture) {
+  picture.settings.chromaticAberration = 0.2F;
+  picture.settings.bloom = 1.0F;
+  picture.mattes = true;
+  picture.settings.bloomMatteChannel = 1;
+  picture.settings.defocusMatteChannel = 2;
+  picture.settings.chromaticMatteChannel = 3;
+  return picture;
+}
+
 }  // namespace drevin::bench

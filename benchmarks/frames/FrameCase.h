@@ -30,4 +30,10 @@ FrameCase frameCase(const std::string& scene, double blur, FrameSize size);
 /// The same with deep samples.
 FrameCase deepCase(const std::string& scene, double blur, FrameSize size, int samples, bool thick);
 
+/// The same through an aperture image in colour: every channel has kernels of its own.
+FrameCase withColouredAperture(FrameCase picture);
+
+/// The same with chromatic aberration, bloom and all three mattes.
+FrameCase withEffects(FrameCase picture);
+
 }  // namespace drevin::bench

@@ -18,7 +18,6 @@ struct KernelGoal {
   bool plainRows = true;  ///< whether the plain row-by-row form knows all of it
 };
 
-constexpr int kernelImage = 0;
 constexpr int blades = 2;
 
 KernelGoal softGoal(const FrameCase& plain, float softness) {
@@ -36,21 +35,12 @@ KernelGoal bladedGoal(const FrameCase& plain) {
 }
 
 KernelGoal colouredGoal(const FrameCase& plain) {
-  FrameCase picture = plain;
-  picture.settings.kernelType = kernelImage;
-  picture.apertureImage = true;
-  return {"aperture image, coloured", picture, "≤ 1.4×", "≤ 1.1×"};
+  return {"aperture image, coloured", withColouredAperture(plain), "≤ 1.4×", "≤ 1.1×"};
 }
 
 KernelGoal effectsGoal(const FrameCase& plain) {
-  FrameCase picture = plain;
-  picture.settings.chromaticAberration = 0.2F;
-  picture.settings.bloom = 1.0F;
-  picture.mattes = true;
-  picture.settings.bloomMatteChannel = 1;
-  picture.settings.defocusMatteChannel = 2;
-  picture.settings.chromaticMatteChannel = 3;
-  return {"chromatic aberration, bloom, three mattes", picture, "≤ 1.6×", "≤ 1.25×", false};
+  return {"chromatic aberration, bloom, three mattes", withEffects(plain), "≤ 1.6×", "≤ 1.25×",
+          false};
 }
 
 TableLine kernelLine(const KernelGoal& goal, const FrameBench& bench, const FrameBench& plain) {

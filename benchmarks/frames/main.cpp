@@ -35,6 +35,9 @@ struct Arguments {
   bool table = false;
   bool quick = false;
   bool memory = false;
+  bool coloured = false;
+  bool effects = false;
+  int deepSamples = 0;
 };
 
 void declare(CLI::App& app, Arguments& arguments) {
@@ -53,7 +56,22 @@ void declare(CLI::App& app, Arguments& arguments) {
       ->capture_default_str();
   app.add_option("--only", arguments.only, "Only figures with this in their names");
   app.add_flag("--quick", arguments.quick, "Check every figure on small pictures");
+  app.add_flag("--coloured", arguments.coloured, "One picture through an aperture in colour");
+  app.add_flag("--effects", arguments.effects, "One picture with aberration, bloom and mattes");
+  app.add_option("--deep", arguments.deepSamples, "One picture with so many points a pixel")
+      ->check(CLI::Range(1, 64));
   app.add_flag("--memory", arguments.memory, "Print the bytes before and at the peak")->group("");
+}
+
+FrameCase pictureOf(const Arguments& arguments) {
+  FrameCase picture = frameCase(arguments.scene, arguments.blur, arguments.size);
+  if (arguments.deepSamples > 0) {
+    picture =
+        deepCase(arguments.scene, arguments.blur, arguments.size, arguments.deepSamples, false);
+  }
+  if (arguments.coloured) picture = withColouredAperture(picture);
+  if (arguments.effects) picture = withEffects(picture);
+  return picture;
 }
 
 /// The exit code.
@@ -69,7 +87,7 @@ int run(const Arguments& arguments) {
     fmt::print(stderr, "drevin_frames: name a KIND and a BLUR, or --table, or --quick\n");
     return 2;
   }
-  const FrameCase picture = frameCase(arguments.scene, arguments.blur, arguments.size);
+  const FrameCase picture = pictureOf(arguments);
   if (!arguments.write.empty()) {
     writeExr(frameScene(picture.scene, picture.size.width, picture.size.height), arguments.write);
   } else if (arguments.memory) {
