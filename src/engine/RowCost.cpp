@@ -69,15 +69,20 @@ bool gatherIsQuicker(const dvRowRun& run, const dvRowTimes& times) {
 }
 
 dvRowCost::dvRowCost(const dvKernelTable& kernels, int channels)
-    : times_(forPlanes(rowTimes(simdLevel()), channels + 1)) {
+    : dvRowCost(kernels, channels, rowTimes(simdLevel())) {}
+
+dvRowCost::dvRowCost(const dvKernelTable& kernels, int channels, const dvRowTimes& times)
+    : times_(forPlanes(times, channels + 1)) {
+  const int leastInner = leastInnerPart(times);
   for (int radius = 0; radius <= kernels.largestRadius(); ++radius) {
-    pairs_.push_back(workOf(kernels, radius, std::min(radius + 1, kernels.largestRadius())));
-    kernels_.push_back(workOf(kernels, radius, radius));
+    const int next = std::min(radius + 1, kernels.largestRadius());
+    pairs_.push_back(workOf(kernels, radius, next, leastInner));
+    kernels_.push_back(workOf(kernels, radius, radius, leastInner));
   }
 }
 
-dvRowCost::Work dvRowCost::workOf(const dvKernelTable& kernels, int near, int far) const {
-  const int leastInner = leastInnerPart(rowTimes(simdLevel()));
+dvRowCost::Work dvRowCost::workOf(const dvKernelTable& kernels, int near, int far,
+                                  int leastInner) const {
   Work work;
   for (int dy = -far; dy <= far; ++dy) {
     const dvKernelRow* rows = kernels.rowsAt(dy);

@@ -36,6 +36,8 @@ class dvRowCost {
  public:
   /// For the instruction set of simdLevel() at this moment. channels >= 1.
   dvRowCost(const dvKernelTable& kernels, int channels);
+  /// For a processor of those times.
+  dvRowCost(const dvKernelTable& kernels, int channels, const dvRowTimes& times);
 
   /// Nanoseconds to add a splat of both the kernels of `radius` and of the next, where the table
   /// has it, to all rows that it reaches.
@@ -54,7 +56,7 @@ class dvRowCost {
     double cells = 0.0;      ///< added column by column
   };
 
-  Work workOf(const dvKernelTable& kernels, int near, int far) const;
+  Work workOf(const dvKernelTable& kernels, int near, int far, int leastInner) const;
   double timeOf(const Work& work, double spacing) const;
 
   dvRowTimes times_;

@@ -2,9 +2,13 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
+#include <random>
+
 #include "engine/CostModel.h"
 #include "engine/FourierPlan.h"
 #include "engine/RowScene.h"
+#include "engine/Simd.h"
 
 namespace drevin::test {
 namespace {
@@ -33,6 +37,17 @@ class Tile {
   }
   dvTilePlan plan(dvTileChoice choice = dvTileChoice::ByCost) const {
     return planTile(census_, kernels_, side, planes, cost_, choice);
+  }
+  dvTilePlan planBy(const dvRowCost& cost) const {
+    return planTile(census_, kernels_, side, planes, cost, dvTileChoice::ByCost);
+  }
+  /// What a plan takes, by the costs as they are.
+  double timeOf(const dvTilePlan& plan) const {
+    double time = plan.time;
+    for (int place = 0; place < kernels_.count(); ++place) {
+      if (!plan.takes(place)) time += census_.directTime(kernels_, place, side, cost_);
+    }
+    return time;
   }
   double directTime(int radius) const {
     return census_.directTime(kernels_, kernels_.place(radius, 0), side, cost_);
@@ -123,6 +138,58 @@ TEST(TilePlan, cutKernels_areOthers) {
   const dvTilePlan plan = tile.plan();
   EXPECT_TRUE(plan.takes(tile.kernels().place(63, 2)));
   EXPECT_FALSE(plan.takes(tile.kernels().place(63, 0)));
+}
+
+/// The times of adding splats, all wrong by a factor.
+dvRowCost misjudged(double factor) {
+  dvRowTimes times = rowTimes(simdLevel());
+  for (double* time : {&times.splat, &times.run, &times.edges, &times.scattered, &times.scatterCell,
+                       &times.gatherCell, &times.gatherBlock})
+    *time *= factor;
+  return {discs(), planes - 1, times};
+}
+
+/// A tile with splats of many radii, of some a handful, of others thousands.
+Tile randomTile(std::mt19937& random) {
+  std::uniform_int_distribution<int> kinds(1, 12);
+  std::uniform_int_distribution<int> radius(1, largestRadius - 1);
+  std::uniform_real_distribution<double> magnitude(0.0, std::log(4000.0));
+  Tile tile;
+  for (int left = kinds(random); left > 0; --left)
+    tile.add(radius(random), static_cast<int>(std::exp(magnitude(random))));
+  return tile;
+}
+
+TEST(TilePlan, costsMisjudgedByAHalf_costATileLessThanThat) {
+  std::mt19937 random(20);
+  for (const double factor : {1.0 / 1.5, 0.8, 1.25, 1.5}) {
+    const dvRowCost wrong = misjudged(factor);
+    double right = 0.0;
+    double taken = 0.0;
+    int otherwise = 0;
+    for (int i = 0; i < 300; ++i) {
+      const Tile tile = randomTile(random);
+      const dvTilePlan plan = tile.planBy(wrong);
+      const double best = tile.timeOf(tile.plan());
+      EXPECT_LE(tile.timeOf(plan), 1.5 * best) << factor;
+      otherwise += plan.transformed != tile.plan().transformed ? 1 : 0;
+      right += best;
+      taken += tile.timeOf(plan);
+    }
+    EXPECT_GT(otherwise, 30) << factor;
+    // Of the whole: most tiles are far from where the choice turns.
+    EXPECT_LT(taken, 1.1 * right) << factor;
+  }
+}
+
+TEST(TilePlan, eitherWayForAll_isNotQuicker) {
+  std::mt19937 random(21);
+  for (int i = 0; i < 300; ++i) {
+    const Tile tile = randomTile(random);
+    const double best = tile.timeOf(tile.plan());
+    EXPECT_LE(best, (1.0 + 1e-9) * tile.timeOf(tile.plan(dvTileChoice::Nothing)));
+    EXPECT_LE(best, (1.0 + 1e-9) * tile.timeOf(tile.plan(dvTileChoice::Everything)));
+  }
 }
 
 }  // namespace
