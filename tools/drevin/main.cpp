@@ -6,6 +6,7 @@
 
 #include "arguments/Arguments.h"
 #include "controls/ControlsCommand.h"
+#include "controls/ScriptCommand.h"
 #include "demo/DemoCommand.h"
 #include "render/RenderCommand.h"
 #include "terminal/ExitCode.h"
@@ -24,6 +25,9 @@ int run(const RenderArguments& arguments) {
 }
 int run(const ControlsArguments& arguments) {
   return runControls(arguments);
+}
+int run(const ScriptArguments& arguments) {
+  return runScript(arguments);
 }
 int run(const DemoArguments& arguments) {
   return runDemo(arguments.directory);

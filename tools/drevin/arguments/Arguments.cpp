@@ -9,6 +9,7 @@
 #include "arguments/DemoParser.h"
 #include "arguments/OptionChecks.h"
 #include "arguments/RenderParser.h"
+#include "arguments/ScriptParser.h"
 #include "terminal/NearestName.h"
 
 namespace drevintool {
@@ -47,6 +48,7 @@ Arguments parseArguments(int count, const char* const* texts) {
   app.require_subcommand(1);
   const RenderParser render(app);
   const ControlsParser controls(app);
+  const ScriptParser script(app);
   const DemoParser demo(app);
   try {
     app.parse(count, texts);
@@ -59,6 +61,7 @@ Arguments parseArguments(int count, const char* const* texts) {
   }
   if (render.parsed()) return render.checked();
   if (controls.parsed()) return controls.checked();
+  if (script.parsed()) return script.checked();
   return demo.checked();
 }
 

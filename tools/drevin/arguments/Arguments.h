@@ -8,6 +8,7 @@
 #include "arguments/ControlsArguments.h"
 #include "arguments/DemoArguments.h"
 #include "arguments/RenderArguments.h"
+#include "arguments/ScriptArguments.h"
 
 namespace drevintool {
 
@@ -16,7 +17,8 @@ struct TextRequest {
   std::string text;
 };
 
-using Arguments = std::variant<TextRequest, RenderArguments, ControlsArguments, DemoArguments>;
+using Arguments =
+    std::variant<TextRequest, RenderArguments, ControlsArguments, ScriptArguments, DemoArguments>;
 
 /// Reads the command line. Throws ToolError (Usage) with one line that names the option and the
 /// remedy.

@@ -2,15 +2,11 @@
 
 /// What the subcommand `controls` was asked to do.
 
-#include <string>
-#include <vector>
+#include "arguments/NodeArguments.h"
 
 namespace drevintool {
 
-struct ControlsArguments {
-  std::string camera;
-  std::string plugin;
-  std::vector<std::string> settings;
+struct ControlsArguments : NodeArguments {
   bool json = false;
 };
 

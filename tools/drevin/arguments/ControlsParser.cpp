@@ -9,7 +9,7 @@ namespace drevintool {
 ControlsParser::ControlsParser(CLI::App& app)
     : app_(*app.add_subcommand("controls", "Print the node's controls, after the changes given")) {
   app_.add_flag("--json", arguments_.json, "As a JSON array");
-  addNodeOptions(app_, arguments_.settings, arguments_.camera, arguments_.plugin);
+  addNodeOptions(app_, arguments_);
 }
 
 bool ControlsParser::parsed() const {
@@ -17,6 +17,7 @@ bool ControlsParser::parsed() const {
 }
 
 ControlsArguments ControlsParser::checked() const {
+  checkNodeOptions(app_);
   return arguments_;
 }
 

@@ -2,8 +2,7 @@
 
 /// The options of every subcommand that makes a node.
 
-#include <string>
-#include <vector>
+#include "arguments/NodeArguments.h"
 
 namespace CLI {
 class App;
@@ -11,8 +10,10 @@ class App;
 
 namespace drevintool {
 
-/// Adds --set, --camera and --plugin, which fill what they are given.
-void addNodeOptions(CLI::App& app, std::vector<std::string>& settings, std::string& camera,
-                    std::string& plugin);
+/// Adds --set, --script, --node, --camera and --plugin, which fill `arguments`.
+void addNodeOptions(CLI::App& app, NodeArguments& arguments);
+
+/// Throws ToolError (Usage) for those of them that are empty, and for --node without --script.
+void checkNodeOptions(const CLI::App& app);
 
 }  // namespace drevintool

@@ -7,11 +7,12 @@
 #include <vector>
 
 #include "EmbeddedHost/DeepOrder.h"
+#include "arguments/NodeArguments.h"
 #include "picture/Picture.h"
 
 namespace drevintool {
 
-struct RenderArguments {
+struct RenderArguments : NodeArguments {
   std::string input;     ///< empty: black, which takes a deep picture
   std::string deep;      ///< empty: none; likewise below
   std::string deepPart;  ///< empty: the first that there is; likewise for the view
@@ -19,11 +20,8 @@ struct RenderArguments {
   embedded::DeepOrder deepOrder = embedded::DeepOrder::NearFirst;
   std::string kernel;
   std::string mattes;
-  std::string camera;
-  std::string plugin;
   std::string report;
   std::string output;
-  std::vector<std::string> settings;  ///< NAME=VALUE, in order
   std::optional<PixelBox> region;
   std::vector<std::string> channels;  ///< empty: the default set
   unsigned threads = 0;               ///< 0: all that the process may use

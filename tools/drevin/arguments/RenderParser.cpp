@@ -108,7 +108,7 @@ RenderParser::RenderParser(CLI::App& app)
     : app_(*app.add_subcommand("render", "Defocus a picture")) {
   addPictures();
   addDeep();
-  addNodeOptions(app_, arguments_.settings, arguments_.camera, arguments_.plugin);
+  addNodeOptions(app_, arguments_);
   addOutput();
   addSequence();
 }
@@ -191,8 +191,8 @@ bool RenderParser::parsed() const {
 }
 
 RenderArguments RenderParser::checked() const {
-  checkNotEmpty(app_, {"--deep", "--deep-part", "--view", "--kernel", "--mattes", "--camera",
-                       "--plugin", "--report"});
+  checkNotEmpty(app_, {"--deep", "--deep-part", "--view", "--kernel", "--mattes", "--report"});
+  checkNodeOptions(app_);
   checkDeepGiven(app_);
   RenderArguments arguments = arguments_;
   if (arguments.input.empty() && (given(app_, "--input") || !given(app_, "--deep"))) {

@@ -70,6 +70,14 @@ embedded::CameraValues parseCamera(const std::string& text, const Node& node) {
   return values;
 }
 
+void setLensControls(Node& node, const embedded::CameraValues& values) {
+  if (DD::Image::Knob* format = node.knob("filmFormat")) node.setByHand(*format, "Custom");
+  for (const CameraKey& key : kKeys) {
+    if (DD::Image::Knob* knob = node.knob(key.control))
+      node.setByHand(*knob, std::vector<double>{values.*key.value});
+  }
+}
+
 void connectCamera(Node& node, embedded::CameraInput& camera) {
   constexpr int kCameraInput = 2;
   if (!node.connect(kCameraInput, &camera)) {

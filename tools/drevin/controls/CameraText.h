@@ -15,6 +15,9 @@ namespace drevintool {
 /// an unknown key (naming the nearest), a key given twice, or a value that is not a number.
 embedded::CameraValues parseCamera(const std::string& text, const Node& node);
 
+/// Gives the node's own lens controls those values, with a film format of the artist's own.
+void setLensControls(Node& node, const embedded::CameraValues& values);
+
 /// Puts the camera on the node's Camera input. Throws ToolError (RenderFailed) if it is refused.
 void connectCamera(Node& node, embedded::CameraInput& camera);
 

@@ -1,5 +1,9 @@
 #include "controls/ControlChanges.h"
 
+#include <algorithm>
+#include <set>
+
+#include "controls/ScriptFile.h"
 #include "terminal/ExitCode.h"
 #include "terminal/OneLine.h"
 
@@ -29,10 +33,18 @@ void applyKeyed(Node& node, Knob& knob, const KeyedSetting& setting, std::option
 
 }  // namespace
 
-ControlChanges::ControlChanges(const std::vector<std::string>& settings)
-    : settings_(groupSettings(settings)) {}
+ControlChanges::ControlChanges(const NodeArguments& arguments, const Node& node)
+    : settings_(groupSettings(arguments.settings)) {
+  if (arguments.script.empty()) return;
+  std::set<std::string> set;
+  for (const KeyedSetting& setting : settings_)
+    set.insert(setting.first().name);
+  const ScriptNode script = readScriptNode(arguments.script, arguments.scriptNode);
+  script_ = ScriptControls(script, node, set, scriptOrigin(arguments.script));
+}
 
 void ControlChanges::applyValues(Node& node, std::optional<double> frame) const {
+  script_.applyValues(node, frame);
   for (const KeyedSetting& setting : settings_) {
     Knob& knob = controlNamed(node, setting.first());
     if (setting.keyed) {
@@ -44,6 +56,10 @@ void ControlChanges::applyValues(Node& node, std::optional<double> frame) const 
 }
 
 void ControlChanges::applyChannels(Node& node, const ChannelSource& source) const {
+  for (const ControlSetting& setting : script_.channels()) {
+    Knob& knob = controlNamed(node, setting);
+    setChannels(node, knob, setting, source(knob, setting));
+  }
   for (const KeyedSetting& setting : settings_) {
     Knob& knob = controlNamed(node, setting.first());
     if (!picksChannels(knob)) continue;
@@ -53,6 +69,12 @@ void ControlChanges::applyChannels(Node& node, const ChannelSource& source) cons
 
 ControlCurves ControlChanges::curves(const Node& node) const {
   ControlCurves curves;
+  for (const auto& [name, components] : script_.curves()) {
+    const auto varies = [](const ControlCurve& curve) { return curve.varies(); };
+    if (std::any_of(components.begin(), components.end(), varies)) {
+      curves.emplace(name, components);
+    }
+  }
   for (const KeyedSetting& setting : settings_) {
     if (!setting.keyed) continue;
     const Knob& knob = controlNamed(node, setting.first());

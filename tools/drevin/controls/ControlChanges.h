@@ -9,9 +9,11 @@
 #include <vector>
 
 #include "EmbeddedHost/Node.h"
+#include "arguments/NodeArguments.h"
 #include "controls/ControlCurve.h"
 #include "controls/ControlText.h"
 #include "controls/KeyedSettings.h"
+#include "controls/ScriptControls.h"
 
 namespace drevintool {
 
@@ -20,17 +22,21 @@ using ControlCurves = std::map<std::string, std::vector<ControlCurve>>;
 
 class ControlChanges {
  public:
-  /// Reads --set texts. Throws ToolError (Usage).
-  explicit ControlChanges(const std::vector<std::string>& settings);
+  /// Reads the --set texts, and the script for the controls of `node` that they leave alone. Throws
+  /// ToolError.
+  ControlChanges(const NodeArguments& arguments, const Node& node);
+
+  /// What of the script has no meaning here, a line each.
+  const std::vector<std::string>& warnings() const { return script_.warnings(); }
 
   /// The picture whose channels a control picks from, or null where any name is taken; it is asked
   /// for each setting before that is applied.
   using ChannelSource =
       std::function<const Picture*(const DD::Image::Knob& knob, const ControlSetting& setting)>;
 
-  /// Sets the controls whose values do not depend on the pictures, so that faults show before
-  /// anything is read; keyed ones to their values at `frame`. Throws ToolError (Usage), also if a
-  /// control is keyed and there is no frame.
+  /// Sets the controls of a node as made whose values do not depend on the pictures, so that faults
+  /// show before anything is read; keyed ones to their values at `frame`. Throws ToolError (Usage),
+  /// also if a control is keyed and there is no frame.
   void applyValues(Node& node, std::optional<double> frame) const;
   /// Sets the controls that pick channels. Throws ToolError.
   void applyChannels(Node& node, const ChannelSource& source) const;
@@ -39,6 +45,7 @@ class ControlChanges {
 
  private:
   std::vector<KeyedSetting> settings_;
+  ScriptControls script_;
 };
 
 }  // namespace drevintool

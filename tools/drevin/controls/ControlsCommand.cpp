@@ -10,6 +10,7 @@
 #include "controls/ControlJson.h"
 #include "controls/ControlTable.h"
 #include "controls/PluginSearch.h"
+#include "terminal/Messages.h"
 
 namespace drevintool {
 namespace {
@@ -63,7 +64,9 @@ int runControls(const ControlsArguments& arguments) {
   std::unique_ptr<embedded::CameraInput> camera;
   const Node fresh(description);
   Node node(description);
-  const ControlChanges changes(arguments.settings);
+  const ControlChanges changes(arguments, fresh);
+  for (const std::string& warning : changes.warnings())
+    printWarning(warning);
   changes.applyValues(node, std::nullopt);
   changes.applyChannels(node, [](const Knob&, const ControlSetting&) { return nullptr; });
   if (!arguments.camera.empty()) {

@@ -73,7 +73,8 @@ FrameJob::FrameJob(const FrameShare& share, const FrameTask& task, RenderArgumen
     : share_(share),
       task_(task),
       arguments_(std::move(arguments)),
-      progress_(std::move(progress)) {}
+      progress_(std::move(progress)),
+      warnings_(share.changes.warnings()) {}
 
 void FrameJob::read() {
   total_ = Stopwatch();

@@ -63,7 +63,10 @@ int runRender(const RenderArguments& arguments) {
       arguments.threads == 0 ? embedded::usableProcessors() : arguments.threads;
   chooseThreads(threads);
   embedded::setDeepOrder(arguments.deepOrder);
-  const ControlChanges changes(arguments.settings);
+  const Node fresh(description);
+  const ControlChanges changes(arguments, fresh);
+  for (const std::string& warning : changes.warnings())
+    printWarning(warning);
   const FrameShare share{description, changes, !arguments.report.empty()};
   checkControls(arguments, share, plan.tasks().front());
   plan.checkOutputs();

@@ -1,0 +1,307 @@
+#include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
+
+#include "CommandRun.h"
+#include "ExrFixture.h"
+#include "ScratchFolder.h"
+
+namespace drevintool::testing {
+namespace {
+
+using Json = nlohmann::json;
+using Texts = std::vector<std::string>;
+
+Texts with(Texts texts, const Texts& more) {
+  texts.insert(texts.end(), more.begin(), more.end());
+  return texts;
+}
+
+class Script : public ::testing::Test {
+ protected:
+  RunResult script(const Texts& more) const {
+    return runCommand(with({"script", "--plugin", builtPlugin()}, more));
+  }
+
+  RunResult controls(const Texts& more) const {
+    return runCommand(with({"controls", "--json", "--plugin", builtPlugin()}, more));
+  }
+
+  RunResult controlsFrom(const std::string& text, const Texts& more = {}) const {
+    writeBytes(file_, text);
+    return controls(with({"--script", file_}, more));
+  }
+
+  // Name to value of every control.
+  static Json valuesOf(const RunResult& result) {
+    EXPECT_EQ(result.exitCode, 0) << result.error;
+    Json values = Json::object();
+    for (const Json& control : Json::parse(result.out)) {
+      if (!control["name"].is_null()) values[control["name"].get<std::string>()] = control["value"];
+    }
+    return values;
+  }
+
+  Json valueFrom(const std::string& line, const std::string& control) const {
+    return valuesOf(controlsFrom("Drevin {\n " + line + "\n}\n"))[control];
+  }
+
+  std::string warningFrom(const std::string& line) const {
+    const RunResult result = controlsFrom("Drevin {\n " + line + "\n}\n");
+    EXPECT_EQ(result.exitCode, 0) << result.error;
+    const Texts warnings = linesStarting(result.error, "drevin: warning: ");
+    EXPECT_EQ(warnings.size(), 1U) << result.error;
+    return warnings.empty() ? "" : warnings.front();
+  }
+
+  ScratchFolder folder_;
+  std::string file_ = folder_.file("a.nk");
+};
+
+TEST_F(Script, nodeAsMade_hasNothingButItsName) {
+  EXPECT_EQ(script({}).out, "Drevin {\n name Drevin1\n}\n");
+  EXPECT_EQ(script({"--name", "Lens_2"}).out, "Drevin {\n name Lens_2\n}\n");
+}
+
+TEST_F(Script, changedControls_areInIt) {
+  const RunResult result =
+      script({"--set", "focalPlane=2.7", "--set", "filmFormat=Vista Vision", "--set",
+              "realWorldLens=1", "--set", "kChrAbbOff=0.5,1,0.25", "--set", "bloom=0"});
+  EXPECT_EQ(
+      result.out,
+      "Drevin {\n focalPlane 2.7\n realWorldLens true\n filmFormat \"Vista Vision\"\n"
+      " apertureWidth 37.7\n apertureHeight 25.17\n kChrAbbOff {0.5 1 0.25}\n name Drevin1\n}\n");
+}
+
+TEST_F(Script, keyedControls_areLinearCurves) {
+  const RunResult result =
+      script({"--set", "focalPlane@48=24", "--set", "focalPlane@1=2.7", "--set",
+              "depthSlicesNearAndFar@1=1,5", "--set", "depthSlicesNearAndFar@9=2,5"});
+  EXPECT_NE(result.out.find(" focalPlane {{curve L x1 2.7 x48 24}}\n"), std::string::npos)
+      << result.out;
+  EXPECT_NE(result.out.find(" depthSlicesNearAndFar {{curve L x1 1 x9 2} {curve L x1 5 x9 5}}\n"),
+            std::string::npos)
+      << result.out;
+}
+
+TEST_F(Script, cameraValues_becomeTheLensControls) {
+  const RunResult result =
+      script({"--camera",
+              "focalLength=50,fStop=1.4,focalPlane=2.7,horizontalAperture=36,verticalAperture="
+              "24"});
+  const Json values = [&] {
+    writeBytes(file_, result.out);
+    return valuesOf(controls({"--script", file_}));
+  }();
+  EXPECT_EQ(values["focalLength"], 50);
+  EXPECT_EQ(values["fStop"], 1.4);
+  EXPECT_EQ(values["focalPlane"], 2.7);
+  EXPECT_EQ(values["filmFormat"], "Custom");
+  EXPECT_EQ(values["apertureWidth"], 36);
+  EXPECT_EQ(values["apertureHeight"], 24);
+}
+
+// A value for a control that is not its default.
+std::string otherValue(const Json& control) {
+  const Json& value = control["value"];
+  const std::string kind = control["kind"];
+  if (value.is_boolean()) return value.get<bool>() ? "false" : "true";
+  if (control["choices"].is_array()) {
+    const Json& choices = control["choices"];
+    return choices[choices[0] == value ? 1 : 0].get<std::string>();
+  }
+  if (kind == "Input_ChannelMask_knob") return "rgba.green,depth.Z,spots.a";
+  if (kind.find("Channel") != std::string::npos) return "matte one.x";
+  if (kind == "Int_knob") return "7";
+  if (value.is_array()) return value.size() == 2 ? "0.1,0.3333333" : "0.1,0.25,0.3333333";
+  return "0.7654321";
+}
+
+TEST_F(Script, everyControlChanged_readsBackTheSame) {
+  Texts changes;
+  const Json asMade = Json::parse(controls({}).out);
+  int changed = 0;
+  for (const Json& control : asMade) {
+    if (control["name"].is_null()) continue;
+    changes.insert(changes.end(),
+                   {"--set", control["name"].get<std::string>() + "=" + otherValue(control)});
+    ++changed;
+  }
+  EXPECT_GT(changed, 35);
+  const Json before = valuesOf(controls(changes));
+  writeBytes(file_, script(changes).out);
+  const RunResult read = controls({"--script", file_});
+  EXPECT_EQ(read.error, "");
+  EXPECT_EQ(valuesOf(read), before);
+  const Json fresh = valuesOf(controls({}));
+  for (const auto& [name, value] : before.items())
+    EXPECT_NE(value, fresh[name]) << name;
+  // And once more, for the text itself.
+  const std::string again = script({"--script", file_}).out;
+  EXPECT_EQ(again, bytesOfFile(file_));
+}
+
+TEST_F(Script, eachControlAlone_readsBackTheSame) {
+  for (const Json& control : Json::parse(controls({}).out)) {
+    if (control["name"].is_null()) continue;
+    const Texts change = {"--set", control["name"].get<std::string>() + "=" + otherValue(control)};
+    writeBytes(file_, script(change).out);
+    EXPECT_EQ(valuesOf(controls({"--script", file_})), valuesOf(controls(change))) << change[1];
+  }
+}
+
+TEST_F(Script, keyedControls_readBackAtEveryFrame) {
+  const Texts keys = {"--set", "focalPlane@1=2.7", "--set", "focalPlane@4=24",
+                      "--set", "multiplier@2=1",   "--set", "multiplier@3=9"};
+  writeBytes(file_, script(keys).out);
+  EXPECT_EQ(script({"--script", file_}).out, bytesOfFile(file_));
+  const std::string input = folder_.file("in.exr");
+  writeExrFixture(input, rgbazPart(20, 10, 10.0));
+  const auto render = [&](const std::string& output, const Texts& more) {
+    return runCommand(renderArguments(input, folder_.file(output), with({"--frames", "1-4"}, more)))
+        .exitCode;
+  };
+  ASSERT_EQ(render("keys.#.exr", keys), 0);
+  ASSERT_EQ(render("script.#.exr", {"--script", file_}), 0);
+  for (const char* frame : {"1", "2", "3", "4"}) {
+    EXPECT_TRUE(bytesOfFile(folder_.file(std::string("keys.") + frame + ".exr")) ==
+                bytesOfFile(folder_.file(std::string("script.") + frame + ".exr")))
+        << frame;
+  }
+}
+
+TEST_F(Script, standardInput_isAScript) {
+  RunOptions shell;
+  shell.command = "/bin/sh";
+  const std::string command = std::string("'") + DREVIN_COMMAND + "' ";
+  const std::string plugin = " --plugin '" + builtPlugin() + "'";
+  const RunResult result = runCommand({"-c", command + "script --set bloom=0.25" + plugin + " | " +
+                                                 command + "controls --json --script -" + plugin},
+                                      shell);
+  EXPECT_EQ(valuesOf(result)["bloom"], 0.25);
+}
+
+TEST_F(Script, settings_winOverTheScript) {
+  const Json values = valuesOf(controlsFrom(
+      "Drevin {\n focalPlane {{curve L x1 1 x5 9}}\n bloom 0.5\n}\n", {"--set", "focalPlane=3"}));
+  EXPECT_EQ(values["focalPlane"], 3);
+  EXPECT_EQ(values["bloom"], 0.5);
+}
+
+TEST_F(Script, valuesOfTheHost_areUnderstood) {
+  EXPECT_EQ(valueFrom("focalPlane 2.7", "focalPlane"), 2.7);
+  EXPECT_EQ(valueFrom("focalPlane {2.7}", "focalPlane"), 2.7);
+  EXPECT_EQ(valueFrom("focalPlane {{curve x12 2.7}}", "focalPlane"), 2.7);
+  EXPECT_EQ(valueFrom("focalPlane {curve x12 2.7}", "focalPlane"), 2.7);
+  EXPECT_EQ(valueFrom("kChrAbbOff 0.5", "kChrAbbOff"), Json({0.5, 0.5, 0.5}));
+  EXPECT_EQ(valueFrom("kChrAbbOff {0.5 {curve x1 2} 1}", "kChrAbbOff"), Json({0.5, 2, 1}));
+  EXPECT_EQ(valueFrom("filmFormat \"Super 35mm\"", "filmFormat"), "Super 35mm");
+  EXPECT_EQ(valueFrom("filmFormat 3", "filmFormat"), "Super 35mm");
+  EXPECT_EQ(valueFrom("realWorldLens true", "realWorldLens"), true);
+  EXPECT_EQ(valueFrom("depthChannel depth.Z", "depthChannel"), "depth.Z");
+  EXPECT_EQ(valueFrom("depthChannel {other.z}", "depthChannel"), "other.z");
+  EXPECT_EQ(valueFrom("bokehChannels {rgba.red rgba.green -rgba.blue}", "bokehChannels"),
+            "rgba.red,rgba.green");
+  EXPECT_EQ(valueFrom("correctiveSlices 1000", "correctiveSlices"), 256);
+}
+
+TEST_F(Script, filmBackOfTheScript_staysAsItIs) {
+  EXPECT_EQ(valueFrom("filmFormat \"Vista Vision\"", "apertureWidth"), 22);
+  EXPECT_EQ(valueFrom("apertureWidth 11\n filmFormat \"Vista Vision\"", "apertureWidth"), 11);
+}
+
+TEST_F(Script, whatTheHostKeepsForItself_isNotToldOf) {
+  const RunResult result = controlsFrom(
+      "Drevin {\n inputs 2+1\n name A\n xpos 1\n ypos 2\n selected true\n tile_color 0xff00\n"
+      " label \"my \\[value x]\"\n addUserKnob {20 User l \"a b\" +STARTLINE}\n disable "
+      "false\n}\n");
+  EXPECT_EQ(result.exitCode, 0);
+  EXPECT_EQ(result.error, "");
+}
+
+TEST_F(Script, unknownKnobs_areNamed) {
+  EXPECT_NE(warningFrom("focusing 3").find("focusing: is no control"), std::string::npos);
+  EXPECT_NE(warningFrom("disable true").find("disable"), std::string::npos);
+}
+
+TEST_F(Script, expressions_areNamedWithWhatIsUsed) {
+  for (const char* line : {"focalPlane {{parent.Camera1.focal_point}}", "focalPlane {{frame/2}}",
+                           "focalPlane \"frame * 2\"", "focalPlane {{curve+1}}",
+                           "focalPlane {{\"curve + 1\" x1 2}}", "focalPlane {1 2}"}) {
+    const std::string warning = warningFrom(line);
+    EXPECT_NE(warning.find("focalPlane"), std::string::npos) << warning;
+    EXPECT_NE(warning.find("default 100 is used"), std::string::npos) << warning;
+  }
+  EXPECT_NE(warningFrom("kChrAbbOff {0.5 {frame} 1}").find("kChrAbbOff"), std::string::npos);
+  EXPECT_NE(warningFrom("kChrAbbOff {{frame}}").find("kChrAbbOff"), std::string::npos);
+  EXPECT_NE(warningFrom("realWorldLens {{frame}}").find("default false"), std::string::npos);
+  EXPECT_NE(warningFrom("filmFormat {{frame}}").find("default 35mm"), std::string::npos);
+}
+
+TEST_F(Script, smoothCurves_areNamedAndStraightened) {
+  const std::string input = folder_.file("in.exr");
+  writeExrFixture(input, rgbazPart(20, 10, 10.0));
+  writeBytes(file_, "Drevin {\n focalPlane {{curve x1 10 x3 20}}\n}\n");
+  const RunResult result = runCommand(
+      renderArguments(input, folder_.file("o.#.exr"),
+                      {"--script", file_, "--frames", "2", "--report", folder_.file("r.#.json")}));
+  EXPECT_EQ(result.exitCode, 0);
+  EXPECT_EQ(linesStarting(result.error, "drevin: warning: ").size(), 1U) << result.error;
+  EXPECT_NE(result.error.find("focalPlane: is smooth"), std::string::npos) << result.error;
+  const Json report = Json::parse(bytesOfFile(folder_.file("r.2.json")));
+  EXPECT_EQ(report["controls"]["focalPlane"]["value"], 15);
+  EXPECT_EQ(report["warnings"].size(), 1U);
+}
+
+TEST_F(Script, curvesWithoutAFrame_nameTheRemedy) {
+  const RunResult result = controlsFrom("Drevin {\n focalPlane {{curve L x1 1 x2 2}}\n}\n");
+  EXPECT_EQ(result.exitCode, 2);
+  EXPECT_NE(result.error.find("--frames"), std::string::npos) << result.error;
+}
+
+TEST_F(Script, labelThatThereIsNot_endsWith3) {
+  const RunResult result = controlsFrom("Drevin {\n filmFormat Imaginary\n}\n");
+  EXPECT_EQ(result.exitCode, 3);
+  EXPECT_TRUE(isOneErrorLine(result.error)) << result.error;
+  EXPECT_NE(result.error.find("Vista Vision"), std::string::npos) << result.error;
+}
+
+TEST_F(Script, severalNodes_areChosenByName) {
+  const std::string two =
+      "Drevin {\n name One\n bloom 0.25\n}\nDrevin {\n name Two\n bloom 0.5\n}\n";
+  EXPECT_EQ(valuesOf(controlsFrom(two, {"--node", "Two"}))["bloom"], 0.5);
+  for (const Texts& more : {Texts{}, Texts{"--node", "Tow"}}) {
+    const RunResult result = controlsFrom(two, more);
+    EXPECT_EQ(result.exitCode, 2);
+    EXPECT_NE(result.error.find("One, Two"), std::string::npos) << result.error;
+  }
+}
+
+TEST_F(Script, filesThatHoldNoNode_endWith3) {
+  for (const char* text :
+       {"", "Blur {\n size 3\n}\n", "Drevin {\n bloom 1\n", "Drevin {\n a \"\n}"}) {
+    const RunResult result = controlsFrom(text);
+    EXPECT_EQ(result.exitCode, 3) << text;
+    EXPECT_TRUE(isOneErrorLine(result.error)) << result.error;
+  }
+  const RunResult missing = controls({"--script", folder_.file("none.nk")});
+  EXPECT_EQ(missing.exitCode, 3);
+}
+
+TEST_F(Script, nodeWithoutAScript_isAUsageFault) {
+  EXPECT_EQ(controls({"--node", "One"}).exitCode, 2);
+  EXPECT_EQ(controls({"--script", ""}).exitCode, 2);
+  EXPECT_EQ(script({"--name", "no name"}).exitCode, 2);
+}
+
+TEST_F(Script, channelThatThePictureLacks_endsWith3) {
+  const std::string input = folder_.file("in.exr");
+  writeExrFixture(input, rgbazPart(20, 10, 10.0));
+  writeBytes(file_, "Drevin {\n depthChannel other.Z\n}\n");
+  const RunResult result =
+      runCommand(renderArguments(input, folder_.file("o.exr"), {"--script", file_}));
+  EXPECT_EQ(result.exitCode, 3);
+  EXPECT_NE(result.error.find("other.Z"), std::string::npos) << result.error;
+}
+
+}  // namespace
+}  // namespace drevintool::testing

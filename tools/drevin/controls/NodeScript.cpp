@@ -1,0 +1,179 @@
+#include "controls/NodeScript.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace drevintool {
+namespace {
+
+class Scanner {
+ public:
+  Scanner(const std::string& text, std::size_t line) : text_(text), line_(line) {}
+
+  std::size_t line() const { return line_; }
+
+  // The words of the next command; none at the end of the text.
+  std::vector<ScriptWord> command() {
+    skipToCommand();
+    std::vector<ScriptWord> words;
+    while (!atCommandEnd()) {
+      words.push_back(word());
+      skipBlanks();
+    }
+    return words;
+  }
+
+  // The next of all words, whatever lines they stand on; false at the end.
+  bool nextWord(ScriptWord& found) {
+    while (at_ < text_.size() && (isBlank(text_[at_]) || text_[at_] == '\n'))
+      step();
+    if (at_ == text_.size()) return false;
+    found = word();
+    return true;
+  }
+
+ private:
+  static bool isBlank(char c) {
+    return c == ' ' || c == '\t' || c == '\r' || c == '\f' || c == '\v';
+  }
+  static bool endsCommand(char c) { return c == '\n' || c == ';'; }
+
+  [[noreturn]] void fail(std::size_t line, const std::string& reason) const {
+    throw ScriptFault("line " + std::to_string(line) + ": " + reason);
+  }
+
+  void step() {
+    if (text_[at_] == '\n') ++line_;
+    ++at_;
+  }
+
+  void skipBlanks() {
+    while (at_ < text_.size() && isBlank(text_[at_]))
+      step();
+  }
+
+  bool atCommandEnd() const { return at_ == text_.size() || endsCommand(text_[at_]); }
+
+  void skipToCommand() {
+    while (at_ < text_.size()) {
+      if (text_[at_] == '#') {
+        while (at_ < text_.size() && text_[at_] != '\n')
+          step();
+      } else if (isBlank(text_[at_]) || endsCommand(text_[at_])) {
+        step();
+      } else {
+        return;
+      }
+    }
+  }
+
+  ScriptWord word() {
+    if (text_[at_] == '{') return {braced(), true};
+    if (text_[at_] == '"') return {quoted(), false};
+    return {bare(), false};
+  }
+
+  // Backslashes stand for themselves in braces, but keep a brace from counting.
+  std::string braced() {
+    const std::size_t first = line_;
+    const std::size_t begin = at_ + 1;
+    int depth = 0;
+    while (at_ < text_.size()) {
+      const char c = text_[at_];
+      step();
+      if (c == '\\' && at_ < text_.size()) {
+        step();
+      } else if (c == '{') {
+        if (++depth > kMostScriptDepth) fail(line_, "more than 100 braces in one another");
+      } else if (c == '}' && --depth == 0) {
+        return text_.substr(begin, at_ - 1 - begin);
+      }
+    }
+    fail(first, "a brace that has no end");
+  }
+
+  std::string quoted() {
+    const std::size_t first = line_;
+    step();
+    std::string text;
+    while (at_ < text_.size()) {
+      const char c = text_[at_];
+      if (c == '"') {
+        step();
+        return text;
+      }
+      text += c == '\\' ? escaped() : c;
+      step();
+    }
+    fail(first, "a quote that has no end");
+  }
+
+  std::string bare() {
+    std::string text;
+    while (!atCommandEnd() && !isBlank(text_[at_])) {
+      text += text_[at_] == '\\' ? escaped() : text_[at_];
+      step();
+    }
+    return text;
+  }
+
+  // Goes to the character behind a backslash, if there is one, and tells what the two stand for.
+  char escaped() {
+    if (at_ + 1 == text_.size()) return '\\';
+    step();
+    const char c = text_[at_];
+    return c == 'n' ? '\n' : c == 't' ? '\t' : c == 'r' ? '\r' : c;
+  }
+
+  const std::string& text_;
+  std::size_t line_;
+  std::size_t at_ = 0;
+};
+
+std::vector<ScriptKnob> parseKnobs(const std::string& body, std::size_t line) {
+  Scanner scanner(body, line);
+  std::vector<ScriptKnob> knobs;
+  for (std::vector<ScriptWord> words = scanner.command(); !words.empty();
+       words = scanner.command()) {
+    ScriptKnob knob{std::move(words.front().text), {}};
+    if (words.size() == 2) knob.value = std::move(words.back());
+    if (words.size() > 2) {
+      for (std::size_t i = 1; i < words.size(); ++i)
+        knob.value.text += (i == 1 ? "" : " ") + words[i].text;
+    }
+    knobs.push_back(std::move(knob));
+  }
+  return knobs;
+}
+
+}  // namespace
+
+const ScriptWord* ScriptNode::find(const std::string& knob) const {
+  const auto found = std::find_if(knobs.rbegin(), knobs.rend(),
+                                  [&](const ScriptKnob& k) { return k.name == knob; });
+  return found == knobs.rend() ? nullptr : &found->value;
+}
+
+std::vector<ScriptNode> parseNodeScript(const std::string& text, const std::string& className) {
+  if (text.size() > kMostScriptBytes) throw ScriptFault("is larger than 64 MiB");
+  Scanner scanner(text, 1);
+  std::vector<ScriptNode> nodes;
+  while (true) {
+    const std::vector<ScriptWord> words = scanner.command();
+    if (words.empty()) return nodes;
+    if (words.size() != 2 || !words.back().braced || words.front().text != className) continue;
+    const auto lines = std::count(words.back().text.begin(), words.back().text.end(), '\n');
+    const std::size_t line = scanner.line() - static_cast<std::size_t>(lines);
+    nodes.push_back({className, line, parseKnobs(words.back().text, line)});
+  }
+}
+
+std::vector<ScriptWord> scriptWords(const std::string& text) {
+  Scanner scanner(text, 1);
+  std::vector<ScriptWord> words;
+  for (ScriptWord word; scanner.nextWord(word);)
+    words.push_back(word);
+  return words;
+}
+
+}  // namespace drevintool
