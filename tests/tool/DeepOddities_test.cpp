@@ -93,6 +93,19 @@ TEST_F(DeepOddities, depthsThatAreNotFinite_areAResult) {
   }
 }
 
+TEST_F(DeepOddities, samplesThatAreNotFinite_areWarnedOfOnceWithTheirNumber) {
+  DeepPartFixture part = alphaPart({{0.5, 90.0, 90.0}});
+  part.samples = [](int x, int) {
+    return DeepPixelFixture{{0.5, 90.0, 90.0}, {x == 3 ? kNan : 0.5, 100.0, 100.0}};
+  };
+  writeDeepFixture(deep_, {part});
+  const RunResult result = runCommand(deepArguments(deep_, output_));
+  EXPECT_EQ(result.error, "drevin: warning: 9 of 216 samples of " + deep_ +
+                              " are not finite (NaN or infinite), and so may be what their kernels "
+                              "reach\n");
+  EXPECT_EQ(result.exitCode, 0);
+}
+
 TEST_F(DeepOddities, depthsFarFromFocus_giveFiniteColours) {
   for (const double depth : {-20.0, 0.0, 1e-40, 1e-3, 1e10, 3e38}) {
     expectFiniteInBothOrders({{0.5, depth, depth}});

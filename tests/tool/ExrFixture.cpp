@@ -61,6 +61,7 @@ Imf::Slice sliceOver(Imf::PixelType type, Cells& cells, const Imath::Box2i& data
 Imf::Header headerOf(const PartFixture& part) {
   Imf::Header header(part.display, part.data);
   header.compression() = part.compression;
+  header.pixelAspectRatio() = part.pixelAspect;
   for (const ChannelFixture& channel : part.channels) {
     header.channels().insert(channel.name, Imf::Channel(channel.type));
   }

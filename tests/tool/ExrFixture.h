@@ -30,6 +30,7 @@ struct PartFixture {
   Imf::Compression compression = Imf::ZIP_COMPRESSION;
   int tileSize = 0;  ///< 0: scanlines
   bool mipMaps = false;
+  float pixelAspect = 1.0F;
 };
 
 /// One part as a file of its own.

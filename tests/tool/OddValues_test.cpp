@@ -105,5 +105,27 @@ TEST_F(OddColours, nan_staysWithinItsKernel) {
   }
 }
 
+TEST_F(OddColours, pixelsThatAreNotFinite_areWarnedOfOnceWithTheirNumber) {
+  for (const Imf::PixelType type : {Imf::HALF, Imf::FLOAT}) {
+    PartFixture part = rgbazPart(21, 15, 100.0);
+    for (ChannelFixture& channel : part.channels)
+      channel.type = type;
+    part.channels[0].value = [](int x, int y) { return x == 3 && y < 2 ? kNan : 0.5; };
+    part.channels[1].value = [](int x, int y) { return x == 3 && y < 5 ? kInfinity : 0.5; };
+    render(part, {});
+    EXPECT_EQ(error_, "drevin: warning: 5 pixels of " + input_ +
+                          " are not finite (NaN or infinite), and so is what their kernels "
+                          "reach\n");
+  }
+}
+
+TEST_F(OddColours, channelsThatAreNotBlurred_areNotWarnedOf) {
+  PartFixture part = rgbazPart(21, 15, 100.0);
+  part.channels.push_back({"mask.a", Imf::FLOAT, [](int, int) { return kNan; }});
+  part.channels.push_back({"id", Imf::UINT, [](int, int) { return 4294967295.0; }});
+  render(part, {});
+  EXPECT_EQ(error_, "");
+}
+
 }  // namespace
 }  // namespace drevintool::testing

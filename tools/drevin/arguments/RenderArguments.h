@@ -2,12 +2,14 @@
 
 /// What the subcommand `render` was asked to do.
 
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <vector>
 
 #include "EmbeddedHost/DeepOrder.h"
 #include "arguments/NodeArguments.h"
+#include "picture/OutputFormat.h"
 #include "picture/Picture.h"
 
 namespace drevintool {
@@ -26,6 +28,8 @@ struct RenderArguments : NodeArguments {
   std::vector<std::string> channels;  ///< empty: the default set
   unsigned threads = 0;               ///< 0: all that the process may use
   double proxy = 1.0;
+  std::uint64_t maxMemory = 0;  ///< bytes; 0: most of what is free
+  OutputFormat format;
   bool quiet = false;
   std::vector<int> frames;         ///< in the order of rendering; empty: no sequence
   std::vector<std::string> views;  ///< empty: none

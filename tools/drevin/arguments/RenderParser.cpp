@@ -12,6 +12,7 @@
 #include "picture/ChannelNames.h"
 #include "sequence/FrameList.h"
 #include "terminal/NumberText.h"
+#include "terminal/SizeText.h"
 
 namespace drevintool {
 namespace {
@@ -75,6 +76,12 @@ embedded::DeepOrder parseDeepOrder(const std::string& text) {
   if (text == "near-first") return embedded::DeepOrder::NearFirst;
   if (text == "far-first") return embedded::DeepOrder::FarFirst;
   failUsage("--deep-order " + text + ": give near-first or far-first");
+}
+
+std::uint64_t parseMaxMemory(const std::string& text) {
+  const std::optional<std::uint64_t> bytes = parseSize(text);
+  if (!bytes) failUsage("--max-memory " + text + ": give a size such as 512M or 8G");
+  return *bytes;
 }
 
 void checkOutput(const std::string& output) {
@@ -148,6 +155,11 @@ void RenderParser::addOutput() {
   app_.add_option("--threads", threads_, "Threads (default: all that may be used)")->type_name("N");
   app_.add_option("--proxy", proxy_, "Proxy scale of the interface's context (default 1)")
       ->type_name("SCALE");
+  app_.add_option("--max-memory", maxMemory_,
+                  "Memory that the pictures may take, such as 512M or 8G (default: most of what is "
+                  "free)")
+      ->type_name("SIZE");
+  format_.addTo(app_);
   app_.add_option("--report", arguments_.report, "Write what was done and how long it took (JSON)")
       ->type_name("FILE");
   app_.add_flag("--quiet", arguments_.quiet, "No progress");
@@ -203,6 +215,8 @@ RenderArguments RenderParser::checked() const {
   if (given(app_, "--region")) arguments.region = parseRegion(region_);
   if (given(app_, "--channels")) arguments.channels = parseChannels(channels_);
   if (given(app_, "--threads")) arguments.threads = parseCount("--threads", threads_, kMostThreads);
+  if (given(app_, "--max-memory")) arguments.maxMemory = parseMaxMemory(maxMemory_);
+  arguments.format = format_.checked(app_);
   if (given(app_, "--proxy")) arguments.proxy = parseProxy(proxy_);
   checkSequence(arguments);
   return arguments;

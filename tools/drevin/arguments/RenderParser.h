@@ -4,6 +4,7 @@
 
 #include <string>
 
+#include "arguments/FormatOptions.h"
 #include "arguments/RenderArguments.h"
 
 namespace CLI {
@@ -35,6 +36,8 @@ class RenderParser {
   CLI::App& app_;
   RenderArguments arguments_;
   // As they stand on the command line, until they are checked.
+  FormatOptions format_;
+  std::string maxMemory_;
   std::string deepOrder_;
   std::string region_;
   std::string channels_;

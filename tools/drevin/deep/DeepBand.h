@@ -13,7 +13,8 @@ namespace drevintool {
 /// Figures of the samples that were read.
 struct DeepSampleCounts {
   std::uint64_t samples = 0;
-  std::uint64_t thick = 0;  ///< whose back lies behind the front
+  std::uint64_t thick = 0;      ///< whose back lies behind the front
+  std::uint64_t notFinite = 0;  ///< with a depth or a value that is NaN or infinite
   std::uint64_t mostPerPixel = 0;
 };
 

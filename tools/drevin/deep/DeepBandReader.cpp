@@ -9,6 +9,7 @@
 #include <OpenEXR/ImfThreading.h>
 
 #include <algorithm>
+#include <cmath>
 #include <exception>
 #include <new>
 #include <stdexcept>
@@ -95,6 +96,7 @@ class BandFilling {
       float* samples = band_->values.data() + band_->starts[pixel] * size;
       complete(samples, samples + counts_[pixel] * size);
       countThick(pixel, samples);
+      countNotFinite(pixel, samples);
       embedded::sortNearestFirst(samples, counts_[pixel], size, front, back);
     }
     return band_;
@@ -138,6 +140,15 @@ class BandFilling {
     for (std::size_t pixel = 0; pixel < counts_.size(); ++pixel) {
       if (counts_[pixel] == 0) continue;
       entry.toSamples[pixel] = &band_->values[band_->starts[pixel] * size + value];
+    }
+  }
+
+  void countNotFinite(std::size_t pixel, const float* sample) {
+    const std::size_t size = band_->channels.size();
+    for (std::uint32_t i = 0; i < counts_[pixel]; ++i, sample += size) {
+      const bool finite =
+          std::all_of(sample, sample + size, [](float value) { return std::isfinite(value); });
+      if (!finite) ++band_->counts.notFinite;
     }
   }
 

@@ -91,6 +91,7 @@ DeepExrSource::DeepExrSource(const std::string& path, const std::string& partNam
   cache_ = std::make_unique<DeepBandCache>(plan_->size(), kCacheBytes,
                                            std::max(kCacheBytes, budget / 2));
   counted_.resize(plan_->size());
+  notFinite_.resize(plan_->size());
 }
 
 void DeepExrSource::readRow(int y, int x, int r, const ChannelSet& channels,
@@ -158,6 +159,9 @@ std::shared_ptr<const DeepBand> DeepExrSource::readBand(std::size_t number) {
 }
 
 void DeepExrSource::count(std::size_t number, const DeepBand& band) {
+  // The same band may come again with more channels.
+  counts_.notFinite += band.counts.notFinite - notFinite_[number];
+  notFinite_[number] = band.counts.notFinite;
   if (counted_[number]) return;
   counted_[number] = true;
   counts_.samples += band.counts.samples;

@@ -69,6 +69,7 @@ class DeepExrSource : public embedded::DeepSource {
   std::unique_ptr<DeepBandCache> cache_;
   DD::Image::ChannelSet wanted_;  // all that were asked for so far
   std::vector<bool> counted_;
+  std::vector<std::uint64_t> notFinite_;  // samples of each band
   DeepSampleCounts counts_;
   std::uint64_t bandReads_ = 0;
   std::optional<std::string> failure_;

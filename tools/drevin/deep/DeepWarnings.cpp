@@ -20,4 +20,12 @@ std::string thickWarning(const DeepExrSource& deep, embedded::DeepOrder order) {
          "them";
 }
 
+std::string notFiniteWarning(const DeepExrSource& deep) {
+  const DeepSampleCounts counts = deep.counts();
+  if (counts.notFinite == 0) return {};
+  return std::to_string(counts.notFinite) + " of " + std::to_string(counts.samples) +
+         " samples of " + oneLine(deep.path()) +
+         " are not finite (NaN or infinite), and so may be what their kernels reach";
+}
+
 }  // namespace drevintool

@@ -15,4 +15,7 @@ std::string opaqueWarning(const DeepExrSource& deep);
 /// else empty.
 std::string thickWarning(const DeepExrSource& deep, embedded::DeepOrder order);
 
+/// One line with the figures if samples that were read are not finite; else empty.
+std::string notFiniteWarning(const DeepExrSource& deep);
+
 }  // namespace drevintool

@@ -42,7 +42,8 @@ std::vector<ExrChannelFacts> channelsOf(const std::string& bytes, const std::str
     if (end == std::string::npos || bytes.size() - end - 1 < kFixed) {
       fail(path, "damaged: the channel list has no end");
     }
-    if (channels.size() == kMostChannels) fail(path, "has too many channels");
+    if (channels.size() == kMostChannels)
+      fail(path, "has more than the most channels, " + std::to_string(kMostChannels));
     channels.push_back({bytes.substr(at, end - at), int32At(bytes, end + 1),
                         int32At(bytes, end + 9), int32At(bytes, end + 13)});
     at = end + 1 + kFixed;
@@ -125,7 +126,8 @@ ExrFacts scanExrHeader(const std::string& path) {
     return facts;
   }
   for (std::string name = bytes.name(); !name.empty(); name = bytes.name()) {
-    if (facts.parts.size() == kMostParts) fail(path, "has too many parts");
+    if (facts.parts.size() == kMostParts)
+      fail(path, "has more than the most parts, " + std::to_string(kMostParts));
     facts.parts.push_back(readPart(bytes, path, name, {}));
   }
   facts.headersEnd = bytes.position();

@@ -24,7 +24,7 @@ void checkWindow(const ExrWindow& window, const char* what, const std::string& p
   if (width < 1 || height < 1) fail(path, name + "is empty or inverted");
   if (width > kMostSide || height > kMostSide) {
     fail(path, name + "of " + std::to_string(width) + " x " + std::to_string(height) +
-                   " pixels is larger than " + std::to_string(kMostSide) + " on a side");
+                   " pixels is larger than the most, " + std::to_string(kMostSide) + " on a side");
   }
   for (const std::int64_t corner : {window.minX, window.minY, window.maxX, window.maxY}) {
     if (corner < -kFarthestCorner || corner > kFarthestCorner) {
@@ -174,7 +174,7 @@ void checkMemory(double needed, std::uint64_t budget, const std::string& path,
   fail(path, subject + "needs " + std::to_string(static_cast<std::int64_t>(needed / kMebibyte)) +
                  " MiB of memory, more than the " +
                  std::to_string(static_cast<std::int64_t>(available / kMebibyte)) +
-                 " MiB that are free");
+                 " MiB that it may take; --max-memory changes that");
 }
 
 }  // namespace drevintool

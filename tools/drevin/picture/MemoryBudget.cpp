@@ -4,6 +4,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <atomic>
 #include <fstream>
 #include <limits>
 #include <string>
@@ -53,9 +54,25 @@ std::uint64_t addressSpace() {
   return leftOf(limit.rlim_cur, pages == kUnknown ? 0 : pages * pageSize);
 }
 
+// The second number of the file, in pages.
+std::uint64_t residentBytes() {
+  std::ifstream file("/proc/self/statm");
+  std::uint64_t size = 0;
+  std::uint64_t resident = 0;
+  if (!(file >> size >> resident)) return 0;
+  return resident * static_cast<std::uint64_t>(sysconf(_SC_PAGESIZE));
+}
+
+std::atomic<std::uint64_t> setLimit{0};
+
 }  // namespace
 
+void limitMemory(std::uint64_t bytes) {
+  setLimit = bytes;
+}
+
 std::uint64_t memoryBudget() {
+  if (const std::uint64_t limit = setLimit) return leftOf(limit, residentBytes());
   constexpr std::uint64_t kLeast = std::uint64_t{64} << 20;
   constexpr std::uint64_t kMost = std::uint64_t{1} << 40;
   const std::uint64_t free = std::min({availableMemory(), cgroupMemory(), addressSpace(), kMost});

@@ -6,8 +6,12 @@
 
 namespace drevintool {
 
-/// Bytes that this process may still allocate: the least of the free memory, the cgroup's limit and
-/// the address space limit, less a reserve for the work on the pixels. At least 64 MiB.
+/// From now on the process may take so many bytes in all; 0: most of what is free.
+void limitMemory(std::uint64_t bytes);
+
+/// Bytes that pictures may still take. Of a limit that was set: what the process does not have yet.
+/// Else the least of the free memory, the cgroup's limit and the address space limit, less a
+/// reserve for the work on the pixels, and at least 64 MiB.
 std::uint64_t memoryBudget();
 
 }  // namespace drevintool

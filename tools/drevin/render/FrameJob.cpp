@@ -7,6 +7,7 @@
 #include "deep/DeepCompanion.h"
 #include "deep/DeepWarnings.h"
 #include "render/HostPicture.h"
+#include "render/NotFinite.h"
 #include "render/ResultPicture.h"
 #include "sequence/WholeFile.h"
 #include "terminal/ExitCode.h"
@@ -109,6 +110,7 @@ FrameOutcome FrameJob::finish() {
     return outcome;
   }
   if (deep != nullptr && defocuses(node)) warn(thickWarning(*deep, arguments_.deepOrder));
+  if (deep != nullptr) warn(notFiniteWarning(*deep));
   checkBox(arguments_, pictures_->image(), result);
   write(node, plan, result, outcome);
   return outcome;
@@ -166,6 +168,7 @@ std::vector<PlannedChannel> FrameJob::planFor(const Node& node) {
     warn(missingKernelWarning(*kernel, node, plan));
   }
   if (const DeepExrSource* deep = pictures_->deep()) warn(opaqueWarning(*deep));
+  warn(notFiniteWarning(pictures_->image(), plan));
   return plan;
 }
 
@@ -179,7 +182,8 @@ void FrameJob::printWarnings(const embedded::RenderResult& result) const {
 void FrameJob::write(const Node& node, const std::vector<PlannedChannel>& plan,
                      const embedded::RenderResult& result, FrameOutcome& outcome) {
   const Stopwatch writing;
-  writePicture(composeOutput(pictures_->image(), plan, result), arguments_.output);
+  writePicture(composeOutput(pictures_->image(), plan, result, arguments_.format),
+               arguments_.output);
   times_.write = writing.seconds();
   times_.total = total_.seconds();
   if (!share_.wantsReport) return;

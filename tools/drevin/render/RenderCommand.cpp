@@ -5,6 +5,7 @@
 #include "EmbeddedHost/DeepOrder.h"
 #include "controls/CameraText.h"
 #include "controls/PluginSearch.h"
+#include "picture/MemoryBudget.h"
 #include "render/FrameJob.h"
 #include "sequence/SequencePlan.h"
 #include "sequence/SequenceRender.h"
@@ -62,6 +63,7 @@ int runRender(const RenderArguments& arguments) {
   const unsigned threads =
       arguments.threads == 0 ? embedded::usableProcessors() : arguments.threads;
   chooseThreads(threads);
+  limitMemory(arguments.maxMemory);
   embedded::setDeepOrder(arguments.deepOrder);
   const Node fresh(description);
   const ControlChanges changes(arguments, fresh);
