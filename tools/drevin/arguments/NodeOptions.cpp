@@ -22,10 +22,12 @@ void addNodeOptions(CLI::App& app, NodeArguments& arguments) {
       ->type_name("FILE");
   app.add_option("--node", arguments.scriptNode, "The node of the script, if it holds several")
       ->type_name("NAME");
-  app.add_option("--camera", arguments.camera,
-                 "A camera on the Camera input: focalLength (mm), fStop, focalPlane (scene units), "
-                 "horizontalAperture, verticalAperture (mm), those that matter; it wins over --set")
-      ->type_name("KEY=VALUE,...");
+  app.add_option(
+         "--camera", arguments.camera,
+         "A camera on the Camera input, which wins over --set: values by commas, a JSON file "
+         "of them, or header for those of the picture's header; focalLength (mm), fStop, "
+         "focalPlane (scene units), horizontalAperture, verticalAperture (mm)")
+      ->type_name("KEY=VALUE,...|FILE|header");
   app.add_option(
          "--plugin", arguments.plugin,
          "The plug-in (default: DREVIN_PLUGIN, else Drevin.so beside the command or in ../lib)")

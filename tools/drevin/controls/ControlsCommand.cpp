@@ -5,7 +5,7 @@
 #include <memory>
 #include <optional>
 
-#include "controls/CameraText.h"
+#include "controls/CameraOption.h"
 #include "controls/ControlChanges.h"
 #include "controls/ControlJson.h"
 #include "controls/ControlTable.h"
@@ -70,7 +70,9 @@ int runControls(const ControlsArguments& arguments) {
   changes.applyValues(node, std::nullopt);
   changes.applyChannels(node, [](const Knob&, const ControlSetting&) { return nullptr; });
   if (!arguments.camera.empty()) {
-    camera = std::make_unique<embedded::CameraInput>(parseCamera(arguments.camera, node));
+    const CameraOption option(arguments.camera);
+    option.refuseHeader("controls");
+    camera = std::make_unique<embedded::CameraInput>(option.at(std::nullopt, node, nullptr).values);
     connectCamera(node, *camera);
   }
   const auto replace = Json::error_handler_t::replace;

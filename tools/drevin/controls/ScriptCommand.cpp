@@ -2,7 +2,7 @@
 
 #include <cstdio>
 
-#include "controls/CameraText.h"
+#include "controls/CameraOption.h"
 #include "controls/ControlChanges.h"
 #include "controls/PluginSearch.h"
 #include "controls/ScriptText.h"
@@ -16,6 +16,18 @@ using DD::Image::Knob;
 // Any frame will do: keyed controls are printed with all their keys.
 constexpr double kAnyFrame = 0.0;
 
+// The camera's values as the node's own, for what is pasted has no camera.
+void takeCamera(const std::string& text, Node& node, ControlCurves& curves) {
+  const CameraOption option(text);
+  option.refuseHeader("script");
+  setLensControls(node, option.at(kAnyFrame, node, nullptr).values);
+  for (const auto& [name, curve] : option.curves()) {
+    const std::string control = findCameraKey(name)->control;
+    curves.erase(control);
+    if (curve.varies()) curves.emplace(control, std::vector<ControlCurve>{curve});
+  }
+}
+
 }  // namespace
 
 int runScript(const ScriptArguments& arguments) {
@@ -26,8 +38,9 @@ int runScript(const ScriptArguments& arguments) {
     printWarning(warning);
   changes.applyValues(node, kAnyFrame);
   changes.applyChannels(node, [](const Knob&, const ControlSetting&) { return nullptr; });
-  if (!arguments.camera.empty()) setLensControls(node, parseCamera(arguments.camera, node));
-  std::fputs(nodeScript(node, changes.curves(node), arguments.name).c_str(), stdout);
+  ControlCurves curves = changes.curves(node);
+  if (!arguments.camera.empty()) takeCamera(arguments.camera, node, curves);
+  std::fputs(nodeScript(node, curves, arguments.name).c_str(), stdout);
   return 0;
 }
 

@@ -3,7 +3,6 @@
 #include <new>
 #include <utility>
 
-#include "controls/CameraText.h"
 #include "deep/DeepCompanion.h"
 #include "deep/DeepWarnings.h"
 #include "render/HostPicture.h"
@@ -80,6 +79,7 @@ FrameJob::FrameJob(const FrameShare& share, const FrameTask& task, RenderArgumen
 void FrameJob::read() {
   total_ = Stopwatch();
   if (arguments_.skipExisting && isWholePicture(arguments_.output)) return;
+  if (!arguments_.camera.empty()) camera_.emplace(arguments_.camera);
   pictures_ = std::make_unique<InputPictures>(arguments_);
   times_.read = total_.seconds();
 }
@@ -154,9 +154,14 @@ void FrameJob::applyChannels(Node& node) {
   share_.changes.applyChannels(node, source);
 }
 
-std::unique_ptr<embedded::CameraInput> FrameJob::connectCameraTo(Node& node) const {
-  if (arguments_.camera.empty()) return nullptr;
-  auto camera = std::make_unique<embedded::CameraInput>(parseCamera(arguments_.camera, node));
+std::unique_ptr<embedded::CameraInput> FrameJob::connectCameraTo(Node& node) {
+  if (!camera_) return nullptr;
+  const FoundCamera found = camera_->at(task_.frame, node, &pictures_->image());
+  findings_ = found.findings;
+  if (camera_->isHeader() && !arguments_.quiet) {
+    printNote(withFrameName(task_, "camera: " + cameraLine(found)));
+  }
+  auto camera = std::make_unique<embedded::CameraInput>(found.values);
   connectCamera(node, *camera);
   return camera;
 }
@@ -187,7 +192,8 @@ void FrameJob::write(const Node& node, const std::vector<PlannedChannel>& plan,
   times_.write = writing.seconds();
   times_.total = total_.seconds();
   if (!share_.wantsReport) return;
-  outcome.report = renderReport(arguments_, node, *pictures_, result, {times_, warnings_});
+  outcome.report =
+      renderReport(arguments_, node, *pictures_, result, {times_, warnings_, findings_});
   if (!arguments_.report.empty()) writeReport(outcome.report, arguments_.report);
 }
 

@@ -3,13 +3,16 @@
 /// One picture, from its files to the result.
 
 #include <functional>
+#include <map>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "EmbeddedHost/CameraInput.h"
 #include "EmbeddedHost/Render.h"
 #include "arguments/RenderArguments.h"
+#include "controls/CameraOption.h"
 #include "controls/ControlChanges.h"
 #include "render/ChannelPlan.h"
 #include "render/InputPictures.h"
@@ -47,7 +50,7 @@ class FrameJob : public FrameWork {
   embedded::RenderResult render(Node& node, const std::vector<PlannedChannel>& plan) const;
   void warn(const std::string& text);
   void applyChannels(Node& node);
-  std::unique_ptr<embedded::CameraInput> connectCameraTo(Node& node) const;
+  std::unique_ptr<embedded::CameraInput> connectCameraTo(Node& node);
   std::vector<PlannedChannel> planFor(const Node& node);
   void printWarnings(const embedded::RenderResult& result) const;
   void write(const Node& node, const std::vector<PlannedChannel>& plan,
@@ -61,6 +64,8 @@ class FrameJob : public FrameWork {
   Stopwatch total_;
   CommandTimes times_;
   std::vector<std::string> warnings_;
+  std::optional<CameraOption> camera_;
+  std::map<std::string, CameraFinding> findings_;  // of the camera
 };
 
 /// The name of a frame before a message about it: "frame 12: message".

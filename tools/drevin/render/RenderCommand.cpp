@@ -3,7 +3,7 @@
 #include <OpenEXR/ImfThreading.h>
 
 #include "EmbeddedHost/DeepOrder.h"
-#include "controls/CameraText.h"
+#include "controls/CameraOption.h"
 #include "controls/PluginSearch.h"
 #include "picture/MemoryBudget.h"
 #include "render/FrameJob.h"
@@ -33,12 +33,21 @@ void chooseThreads(unsigned threads) {
   Imf::setGlobalThreadCount(pictureThreads(threads));
 }
 
+// A camera that is there before the first picture, the same for all of them.
+void checkCamera(const RenderArguments& arguments, const RenderArguments& first, const Node& node,
+                 const FrameTask& task) {
+  if (arguments.camera.empty() || first.camera != arguments.camera) return;
+  const CameraOption camera(arguments.camera);
+  if (!camera.isHeader()) camera.at(task.frame, node, nullptr);
+}
+
 // Faults of the command line show on a node of their own, before anything is read.
-void checkControls(const RenderArguments& arguments, const FrameShare& share,
-                   const FrameTask& first) {
+void checkControls(const RenderArguments& arguments, const SequencePlan& plan,
+                   const FrameShare& share) {
   Node node(share.description);
+  const FrameTask& first = plan.tasks().front();
   share.changes.applyValues(node, first.frame);
-  if (!arguments.camera.empty()) parseCamera(arguments.camera, node);
+  checkCamera(arguments, plan.argumentsOf(first), node, first);
 }
 
 int renderPicture(const FrameShare& share, const SequencePlan& plan) {
@@ -70,7 +79,7 @@ int runRender(const RenderArguments& arguments) {
   for (const std::string& warning : changes.warnings())
     printWarning(warning);
   const FrameShare share{description, changes, !arguments.report.empty()};
-  checkControls(arguments, share, plan.tasks().front());
+  checkControls(arguments, plan, share);
   plan.checkOutputs();
   if (!plan.isSequence()) return renderPicture(share, plan);
   return renderSequence(share, plan, arguments, threads);

@@ -5,6 +5,7 @@
 #include <array>
 #include <cstdint>
 
+#include "controls/CameraKeys.h"
 #include "controls/ControlJson.h"
 #include "picture/AtomicFile.h"
 
@@ -50,6 +51,17 @@ Json controlsJson(const Node& node) {
     controls[knob->name()] = {{"value", valueJson(*knob)}, {"enabled", knob->isEnabled()}};
   }
   return controls;
+}
+
+Json cameraJson(const std::map<std::string, CameraFinding>& camera) {
+  Json json = Json::object();
+  for (const CameraKey& key : cameraKeys()) {
+    const auto found = camera.find(key.name);
+    if (found == camera.end()) continue;
+    json[key.name] = {
+        {"value", found->second.value}, {"unit", key.unit}, {"from", found->second.from}};
+  }
+  return json;
 }
 
 Json requestJson(const embedded::InputRequest& request) {
@@ -139,6 +151,7 @@ Json renderReport(const RenderArguments& arguments, const Node& node, const Inpu
   report["format"] = formatJson(pictures.image());
   report["box"] = boxJson(result.image.box);
   report["controls"] = controlsJson(node);
+  if (!record.camera.empty()) report["camera"] = cameraJson(record.camera);
   report["inputs"] = inputsJson(arguments, pictures, result);
   report["warnings"] = warningsJson(record.warnings, result);
   report["threads"] = result.threads;

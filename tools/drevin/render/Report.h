@@ -4,12 +4,14 @@
 
 #include <nlohmann/json.hpp>
 
+#include <map>
 #include <string>
 #include <vector>
 
 #include "EmbeddedHost/Node.h"
 #include "EmbeddedHost/Render.h"
 #include "arguments/RenderArguments.h"
+#include "controls/HeaderCamera.h"
 #include "render/InputPictures.h"
 
 namespace drevintool {
@@ -25,10 +27,12 @@ struct CommandTimes {
 struct CommandRecord {
   CommandTimes times;
   std::vector<std::string> warnings;
+  std::map<std::string, CameraFinding> camera;  ///< by the names of cameraKeys; empty: none
 };
 
 /// The report as JSON: node (class, version, build string, hash),
-/// format, box, every control with its value and state, file and request of each input, warnings of
+/// format, box, every control with its value and state, the
+/// camera with the source of each value, file and request of each input, warnings of
 /// the command and of the node, threads, seconds (read, aperture, estimate, kernels, defocus,
 /// write, total) and the peak memory in bytes. A deep input has its part, the order in which its
 /// samples were served, how many were read, how many of them are thick, how many the fullest pixel

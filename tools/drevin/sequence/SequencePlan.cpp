@@ -48,6 +48,7 @@ SequencePlan::SequencePlan(const RenderArguments& arguments)
   addPath("--view", &RenderArguments::view);
   addPath("--kernel", &RenderArguments::kernel);
   addPath("--mattes", &RenderArguments::mattes);
+  addPath("--camera", &RenderArguments::camera);
   addPath("--output", &RenderArguments::output);
   addPath("--report", &RenderArguments::report);
   checkPlaces();
@@ -112,7 +113,7 @@ RenderArguments SequencePlan::argumentsOf(const FrameTask& task) const {
 }
 
 void SequencePlan::checkInputs() const {
-  for (const char* option : {"--input", "--deep", "--kernel", "--mattes"}) {
+  for (const char* option : {"--input", "--deep", "--kernel", "--mattes", "--camera"}) {
     const Path& path = pathOf(option);
     if (!path.pattern.hasFrame() && !path.pattern.hasView()) continue;
     const auto isThere = [&](const FrameTask& task) { return exists(filled(path, task)); };

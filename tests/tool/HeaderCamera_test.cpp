@@ -1,0 +1,217 @@
+#include "controls/HeaderCamera.h"
+
+#include <OpenEXR/ImfDoubleAttribute.h>
+#include <OpenEXR/ImfFloatAttribute.h>
+#include <OpenEXR/ImfIntAttribute.h>
+#include <OpenEXR/ImfRationalAttribute.h>
+#include <OpenEXR/ImfStringAttribute.h>
+#include <OpenEXR/ImfVecAttribute.h>
+#include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
+
+#include <limits>
+
+#include "CommandRun.h"
+#include "RealPictures.h"
+#include "ScratchFolder.h"
+
+namespace drevintool::testing {
+namespace {
+
+using Texts = std::vector<std::string>;
+
+class HeaderCamera : public ::testing::Test {
+ protected:
+  void number(const char* name, float value) { header_.insert(name, Imf::FloatAttribute(value)); }
+  void text(const char* name, const char* value) {
+    header_.insert(name, Imf::StringAttribute(value));
+  }
+  std::map<std::string, CameraFinding> found(double metresPerUnit = 1.0) const {
+    return findHeaderCamera(header_, {2000, 1000, 1.0}, metresPerUnit);
+  }
+  // -1 where nothing was found.
+  double value(const char* key) const {
+    const auto findings = found();
+    const auto finding = findings.find(key);
+    return finding == findings.end() ? -1.0 : finding->second.value;
+  }
+
+  Imf::Header header_;
+};
+
+TEST_F(HeaderCamera, standardAttributes_areRead) {
+  number("effectiveFocalLength", 49.5F);
+  number("nominalFocalLength", 50.0F);
+  number("aperture", 1.4F);
+  number("focus", 2.7F);
+  header_.insert("sensorOverallDimensions", Imf::V2fAttribute({36.0F, 24.0F}));
+  EXPECT_EQ(value("focalLength"), 49.5);
+  EXPECT_EQ(value("fStop"), 1.4);
+  EXPECT_EQ(value("focalPlane"), 2.7);
+  EXPECT_EQ(value("horizontalAperture"), 36.0);
+  EXPECT_EQ(value("verticalAperture"), 24.0);
+  EXPECT_EQ(found()["focalLength"].from, "effectiveFocalLength");
+}
+
+TEST_F(HeaderCamera, standardFocus_isInMetres) {
+  number("focus", 2.5F);
+  EXPECT_DOUBLE_EQ(found(0.01)["focalPlane"].value, 250.0);
+  EXPECT_EQ(found(0.01)["focalPlane"].from, "focus 2.5 m");
+  EXPECT_NEAR(found(0.3048)["focalPlane"].value, 8.2021, 1e-4);
+}
+
+TEST_F(HeaderCamera, focusOfRenderers_isInSceneUnits) {
+  number("camera/focus_distance", 2.5F);
+  EXPECT_EQ(found(0.01)["focalPlane"].value, 2.5);
+}
+
+TEST_F(HeaderCamera, standardFocus_comesBeforeThatOfRenderers) {
+  number("focusDistance", 3.0F);
+  number("focus", 2.0F);
+  EXPECT_EQ(value("focalPlane"), 2.0);
+}
+
+TEST_F(HeaderCamera, photositePitch_timesPixelsIsTheFilmBack) {
+  number("sensorPhotositePitch", 5.0F);
+  EXPECT_DOUBLE_EQ(value("horizontalAperture"), 10.0);
+  EXPECT_DOUBLE_EQ(value("verticalAperture"), 5.0);
+}
+
+TEST_F(HeaderCamera, spellings_differInCaseSeparatorsAndFolders) {
+  for (const char* name : {"focalLength", "focal_length", "FOCAL-LENGTH", "camera/focal_length",
+                           "exr/camera/FocalLength", "cameraFocalLength", "CameraFocalLength",
+                           "lens:focalLength", "meta.cam.focal length", "focalLengthMm"}) {
+    Imf::Header header;
+    header.insert(name, Imf::FloatAttribute(35.0F));
+    const auto findings = findHeaderCamera(header, {100, 100, 1.0}, 1.0);
+    ASSERT_EQ(findings.count("focalLength"), 1U) << name;
+    EXPECT_EQ(findings.at("focalLength").value, 35.0);
+    EXPECT_EQ(findings.at("focalLength").from, name);
+  }
+}
+
+TEST_F(HeaderCamera, filmApertures_areInInches) {
+  number("horizontalFilmAperture", 2.0F);
+  number("cameraVerticalFilmAperture", 1.0F);
+  EXPECT_DOUBLE_EQ(value("horizontalAperture"), 50.8);
+  EXPECT_DOUBLE_EQ(value("verticalAperture"), 25.4);
+}
+
+TEST_F(HeaderCamera, apertureOfTheCamera_isAFilmBackAndNoFNumber) {
+  number("cameraAperture", 36.0F);
+  EXPECT_EQ(value("horizontalAperture"), 36.0);
+  EXPECT_EQ(value("fStop"), -1.0);
+}
+
+TEST_F(HeaderCamera, numbersOfAnyType_areRead) {
+  header_.insert("focalLength", Imf::IntAttribute(35));
+  header_.insert("fNumber", Imf::RationalAttribute(Imf::Rational(28, 10)));
+  header_.insert("focusDistance", Imf::DoubleAttribute(1.25));
+  text("sensorWidth", " 36.0 mm");
+  EXPECT_EQ(value("focalLength"), 35.0);
+  EXPECT_EQ(value("fStop"), 2.8);
+  EXPECT_EQ(value("focalPlane"), 1.25);
+  EXPECT_EQ(value("horizontalAperture"), 36.0);
+}
+
+TEST_F(HeaderCamera, fNumbersInTexts_areRead) {
+  text("fStop", "f/2.8");
+  EXPECT_EQ(value("fStop"), 2.8);
+}
+
+TEST_F(HeaderCamera, valuesThatAreNone_areLeftOut) {
+  number("focalLength", 0.0F);
+  number("fStop", -2.0F);
+  number("focus", std::numeric_limits<float>::quiet_NaN());
+  number("focusDistance", std::numeric_limits<float>::infinity());
+  text("sensorWidth", "36x24");
+  text("filmHeight", "");
+  header_.insert("hAperture", Imf::V2fAttribute({1.0F, 2.0F}));
+  EXPECT_TRUE(found().empty());
+}
+
+TEST_F(HeaderCamera, filmBackWithoutAHeight_hasThePicturesShape) {
+  std::map<std::string, CameraFinding> findings = {{"horizontalAperture", {36.0, "a"}}};
+  addPictureShape({2000, 1000, 1.0}, findings);
+  EXPECT_EQ(findings["verticalAperture"].value, 18.0);
+  findings.erase("verticalAperture");
+  addPictureShape({2000, 1000, 2.0}, findings);
+  EXPECT_EQ(findings["verticalAperture"].value, 9.0);
+  findings = {};
+  addPictureShape({2000, 1000, 1.0}, findings);
+  EXPECT_TRUE(findings.empty());
+}
+
+// Real headers through the command.
+class RealHeaderCamera : public ::testing::Test {
+ protected:
+  RunResult render(const std::string& input, const std::string& camera, const Texts& more) const {
+    Texts arguments = {"render",
+                       "--plugin",
+                       builtPlugin(),
+                       "--input",
+                       pictureFolder() + input,
+                       "--camera",
+                       camera,
+                       "--output",
+                       folder_.file("o.exr"),
+                       "--report",
+                       folder_.file("r.json")};
+    arguments.insert(arguments.end(), more.begin(), more.end());
+    return runCommand(arguments);
+  }
+
+  ScratchFolder folder_;
+};
+
+TEST_F(RealHeaderCamera, renderedScene_hasItsCamera) {
+  SKIP_WITHOUT_PICTURES();
+  const RunResult result = render("/meta/cornellBox.cryptomatte.0001.exr", "header",
+                                  {"--set", "depthChannel=normals.Z"});
+  ASSERT_EQ(result.exitCode, 0) << result.error;
+  EXPECT_EQ(
+      linesStarting(result.error, "drevin: camera: "),
+      Texts{"drevin: camera: focalLength 35 mm (cameraFocalLength), fStop 8 (cameraFNumber), "
+            "focalPlane 200 scene units (cameraTargetDistance), horizontalAperture 35.999928 mm "
+            "(cameraAperture), verticalAperture 20.2499595 mm (cameraAperture and the picture's "
+            "shape)"});
+  const auto report = nlohmann::json::parse(bytesOfFile(folder_.file("r.json")));
+  EXPECT_EQ(report["camera"]["fStop"]["value"], 8.0);
+  EXPECT_EQ(report["camera"]["fStop"]["from"], "cameraFNumber");
+}
+
+TEST_F(RealHeaderCamera, photograph_lacksItsFocusAndSaysSo) {
+  SKIP_WITHOUT_PICTURES();
+  const Texts depth = {"--set", "depthChannel=R"};
+  const RunResult result = render("/meta/Carrots.exr", "header", depth);
+  EXPECT_EQ(result.exitCode, 3);
+  EXPECT_TRUE(isOneErrorLine(result.error)) << result.error;
+  EXPECT_NE(result.error.find("fStop 8 (aperture)"), std::string::npos) << result.error;
+  EXPECT_NE(result.error.find("--camera header,focalPlane=...,horizontalAperture=..."),
+            std::string::npos)
+      << result.error;
+  EXPECT_EQ(
+      render("/meta/Carrots.exr", "header,focalPlane=0.5,horizontalAperture=36", depth).exitCode,
+      0);
+}
+
+TEST(CameraOption, faultsOfTheText_areUsageFaults) {
+  for (const char* camera : {"focalLength", "focalLength=", "focalLength=a", "fStop=1,fStop=2",
+                             "f=1", "header,", "header,x=1", "header,fStop", "=", ","}) {
+    const RunResult result =
+        runCommand({"controls", "--plugin", builtPlugin(), "--camera", camera});
+    EXPECT_EQ(result.exitCode, 2) << camera << ": " << result.error;
+    EXPECT_TRUE(isOneErrorLine(result.error)) << result.error;
+  }
+}
+
+TEST(CameraOption, headerWithoutAPicture_isAUsageFault) {
+  for (const char* command : {"controls", "script"}) {
+    const RunResult result = runCommand({command, "--plugin", builtPlugin(), "--camera", "header"});
+    EXPECT_EQ(result.exitCode, 2);
+    EXPECT_NE(result.error.find("reads no picture"), std::string::npos) << result.error;
+  }
+}
+
+}  // namespace
+}  // namespace drevintool::testing
