@@ -170,6 +170,23 @@ TEST(FrameRunner, frameThatCannotBeRead_failsInItsTurn) {
   EXPECT_EQ(record.ended[2].errors, std::vector<std::string>{"cannot read"});
 }
 
+TEST(FrameRunner, frameThatCouldNotBeReadAhead_isReadAgainInItsTurn) {
+  Record record;
+  record.badReads = {1};
+  record.onFinish = [&](std::size_t) {
+    // What was in the way goes with the frame before it.
+    std::unique_lock<std::mutex> lock(record.mutex);
+    record.changed.wait_for(lock, std::chrono::seconds(20),
+                            [&] { return record.read.size() >= 2; });
+    record.badReads.clear();
+  };
+  run(record, 5, {1, false});
+  EXPECT_EQ(record.begun, firstNumbers(5));
+  EXPECT_EQ(std::count(record.read.begin(), record.read.end(), 1U), 2);
+  for (const auto& [index, outcome] : record.ended)
+    EXPECT_FALSE(outcome.failed()) << index;
+}
+
 TEST(FrameRunner, goingOn_leavesNoFrameOut) {
   Record record;
   record.badReads = {0, 5};

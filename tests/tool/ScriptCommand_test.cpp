@@ -224,9 +224,11 @@ TEST_F(Script, unknownKnobs_areNamed) {
 }
 
 TEST_F(Script, expressions_areNamedWithWhatIsUsed) {
-  for (const char* line : {"focalPlane {{parent.Camera1.focal_point}}", "focalPlane {{frame/2}}",
-                           "focalPlane \"frame * 2\"", "focalPlane {{curve+1}}",
-                           "focalPlane {{\"curve + 1\" x1 2}}", "focalPlane {1 2}"}) {
+  for (const char* line :
+       {"focalPlane {{parent.Camera1.focal_point}}", "focalPlane {{frame/2}}",
+        "focalPlane \"frame * 2\"", "focalPlane {{curve+1}}", "focalPlane {{\"curve + 1\" x1 2}}",
+        "focalPlane {1 2}", "focalPlane {\"curve}", "focalPlane {{\"curve x1 2}}",
+        "focalPlane \"\\\"curve\"", "focalPlane {}", "focalPlane"}) {
     const std::string warning = warningFrom(line);
     EXPECT_NE(warning.find("focalPlane"), std::string::npos) << warning;
     EXPECT_NE(warning.find("default 100 is used"), std::string::npos) << warning;

@@ -65,10 +65,19 @@ double defaultOf(const Knob& knob, int component) {
   return fresh.get_value(component);
 }
 
+// The words of a braced value; the value itself where it is no list of words, but an expression.
+std::vector<ScriptWord> wordsOf(const ScriptWord& value) {
+  if (!value.braced) return {value};
+  try {
+    return scriptWords(value.text);
+  } catch (const ScriptFault&) {
+    return {value};
+  }
+}
+
 // The components of a value: a braced list of them, a curve in a single pair of braces, or one.
 std::vector<ScriptWord> componentsOf(const ScriptWord& value) {
-  if (!value.braced) return {value};
-  std::vector<ScriptWord> words = scriptWords(value.text);
+  std::vector<ScriptWord> words = wordsOf(value);
   if (!words.empty() && !words.front().braced && words.front().text == "curve") return {value};
   return words;
 }
@@ -127,9 +136,7 @@ void ScriptControls::take(const ScriptKnob& entry, const Node& node) {
 // Members of a set that are off stand with a minus before their names.
 void ScriptControls::takeChannels(const ScriptKnob& entry) {
   std::string value;
-  const std::vector<ScriptWord> words =
-      entry.value.braced ? scriptWords(entry.value.text) : std::vector<ScriptWord>{entry.value};
-  for (const ScriptWord& word : words) {
+  for (const ScriptWord& word : wordsOf(entry.value)) {
     if (word.text.empty() || word.text.front() == '-') continue;
     if (word.braced) fail(entry.name, "'" + entry.value.text + "' names no channels");
     value += (value.empty() ? "" : ",") + word.text;

@@ -61,7 +61,14 @@ class CurveReader {
 }  // namespace
 
 std::optional<ScriptCurve> parseScriptCurve(const std::string& text) {
-  const std::vector<ScriptWord> words = scriptWords(text);
+  // Most values are no curves, and need not be words either.
+  if (text.find("curve") == std::string::npos) return std::nullopt;
+  std::vector<ScriptWord> words;
+  try {
+    words = scriptWords(text);
+  } catch (const ScriptFault&) {
+    return std::nullopt;
+  }
   if (words.empty() || words.front().text != "curve") return std::nullopt;
   CurveReader reader;
   for (std::size_t i = 1; i < words.size(); ++i) {

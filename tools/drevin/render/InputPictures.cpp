@@ -32,6 +32,16 @@ InputPictures::InputPictures(const RenderArguments& arguments) : imageFile_(argu
                                                        : readImage(imageFile_, deep_.get())});
   if (!arguments.kernel.empty()) pictures_.push_back({kKernelInput, readExr(arguments.kernel)});
   if (!arguments.mattes.empty()) pictures_.push_back({kMattesInput, readExr(arguments.mattes)});
+  numberChannels();
+}
+
+// The host numbers channels as it hears of them: in the order of reading, not of the threads that
+// frames are then rendered on.
+void InputPictures::numberChannels() const {
+  for (const InputPicture& entry : pictures_) {
+    for (const PictureChannel& channel : entry.picture.channels)
+      DD::Image::getChannel(channel.hostName.c_str());
+  }
 }
 
 const Picture* InputPictures::at(int input) const {

@@ -48,6 +48,7 @@ class InputPictures {
   void connectTo(Node& node);
 
  private:
+  void numberChannels() const;
   void connect(Node& node, int input, std::unique_ptr<DD::Image::Op> op);
 
   std::string imageFile_;  // empty if input 0 is black

@@ -102,7 +102,8 @@ class Runner {
     const std::size_t ahead = std::max(1U, options_.inFlight);
     for (std::size_t index = 0; index < count_; ++index) {
       std::unique_lock<std::mutex> lock(mutex_);
-      changed_.wait(lock, [&] { return stopped_ || waiting_.size() < ahead; });
+      changed_.wait(lock,
+                    [&] { return stopped_ || (waiting_.size() < ahead && readingAgain_ == 0); });
       if (stopped_ || caughtSignal() != 0) break;
       lock.unlock();
       ReadFrame frame = read(index);
@@ -116,8 +117,18 @@ class Runner {
   }
 
   void finishAll() {
-    while (std::optional<ReadFrame> frame = next())
+    while (std::optional<ReadFrame> frame = next()) {
+      if (frame->outcome.failed()) readAgain(*frame);
       finish(std::move(*frame));
+    }
+  }
+
+  // Perhaps there was not enough memory beside the frames before it.
+  void readAgain(ReadFrame& frame) {
+    frame = read(frame.index);
+    const std::lock_guard<std::mutex> lock(mutex_);
+    --readingAgain_;
+    changed_.notify_all();
   }
 
   std::optional<ReadFrame> next() {
@@ -126,6 +137,7 @@ class Runner {
     if (stopped_ || waiting_.empty() || caughtSignal() != 0) return std::nullopt;
     ReadFrame frame = std::move(waiting_.front());
     waiting_.pop_front();
+    if (frame.outcome.failed()) ++readingAgain_;
     changed_.notify_all();
     return frame;
   }
@@ -149,6 +161,7 @@ class Runner {
   std::mutex mutex_;
   std::condition_variable changed_;
   std::deque<ReadFrame> waiting_;
+  int readingAgain_ = 0;
   bool allRead_ = false;
   bool stopped_ = false;
 };
