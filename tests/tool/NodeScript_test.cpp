@@ -107,6 +107,14 @@ TEST(NodeScript, tooLargeText_isRefused) {
   EXPECT_NE(faultOf(std::string(kMostScriptBytes + 1, ' ')).find("64 MiB"), std::string::npos);
 }
 
+TEST(NodeScript, wordsOfAValue_areApartByBlanksLinesAndSemicolons) {
+  std::vector<std::string> texts;
+  for (const ScriptWord& word : scriptWords(" ;a {b c}\n;\"d e\";"))
+    texts.push_back(word.text);
+  EXPECT_EQ(texts, (std::vector<std::string>{"a", "b c", "d e"}));
+  EXPECT_TRUE(scriptWords(" ; \n;").empty());
+}
+
 TEST(NodeScript, anyBytes_endInNodesOrAFault) {
   std::string text = "Drevin {\n a {b \"c\" {d}} \\\n e \"f\\\"\"\n}\n";
   unsigned state = 1;
@@ -121,6 +129,7 @@ TEST(NodeScript, anyBytes_endInNodesOrAFault) {
     try {
       for (const ScriptNode& node : parse(hostile))
         EXPECT_LE(node.knobs.size(), hostile.size());
+      EXPECT_LE(scriptWords(hostile).size(), hostile.size());
     } catch (const ScriptFault& fault) {
       EXPECT_EQ(std::string(fault.what()).rfind("line ", 0), 0U) << fault.what();
     }

@@ -25,7 +25,7 @@ class Scanner {
 
   // The next of all words, whatever lines they stand on; false at the end.
   bool nextWord(ScriptWord& found) {
-    while (at_ < text_.size() && (isBlank(text_[at_]) || text_[at_] == '\n'))
+    while (at_ < text_.size() && (isBlank(text_[at_]) || endsCommand(text_[at_])))
       step();
     if (at_ == text_.size()) return false;
     found = word();

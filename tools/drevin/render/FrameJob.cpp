@@ -77,17 +77,18 @@ FrameJob::FrameJob(const FrameShare& share, const FrameTask& task, RenderArgumen
       warnings_(share.changes.warnings()) {}
 
 void FrameJob::read() {
-  total_ = Stopwatch();
+  const Stopwatch reading;
   if (arguments_.skipExisting && isWholePicture(arguments_.output)) return;
   if (!arguments_.camera.empty()) camera_.emplace(arguments_.camera);
   pictures_ = std::make_unique<InputPictures>(arguments_);
-  times_.read = total_.seconds();
+  times_.read = reading.seconds();
 }
 
 FrameOutcome FrameJob::finish() {
   FrameOutcome outcome;
   outcome.skipped = pictures_ == nullptr;
   if (outcome.skipped) return outcome;
+  total_ = Stopwatch();
   std::unique_ptr<embedded::CameraInput> camera;
   Node node(share_.description);
   pictures_->connectTo(node);
@@ -190,7 +191,7 @@ void FrameJob::write(const Node& node, const std::vector<PlannedChannel>& plan,
   writePicture(composeOutput(pictures_->image(), plan, result, arguments_.format),
                arguments_.output);
   times_.write = writing.seconds();
-  times_.total = total_.seconds();
+  times_.total = times_.read + total_.seconds();
   if (!share_.wantsReport) return;
   outcome.report =
       renderReport(arguments_, node, *pictures_, result, {times_, warnings_, findings_});

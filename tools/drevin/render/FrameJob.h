@@ -61,7 +61,7 @@ class FrameJob : public FrameWork {
   RenderArguments arguments_;
   FrameProgress progress_;
   std::unique_ptr<InputPictures> pictures_;
-  Stopwatch total_;
+  Stopwatch total_;  // without the reading, which may be long before
   CommandTimes times_;
   std::vector<std::string> warnings_;
   std::optional<CameraOption> camera_;
