@@ -1,43 +1,21 @@
 /// Any bytes as a deep OpenEXR file: it is refused with one line, or its rows are what they must
 /// be.
 
-#include <sys/mman.h>
-#include <unistd.h>
-
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
 #include <stdexcept>
-#include <string>
 
 #include "Expect.h"
+#include "MemoryFile.h"
 #include "deep/DeepExrSource.h"
 
 namespace {
 
 using drevinfuzz::expect;
+using drevinfuzz::expectOneLine;
+using drevinfuzz::MemoryFile;
 using drevintool::DeepExrSource;
-
-/// A file without a place on the disk.
-class MemoryFile {
- public:
-  MemoryFile() : descriptor_(memfd_create("deep", MFD_CLOEXEC)) {
-    expect(descriptor_ >= 0, "a file in memory can be made");
-  }
-  ~MemoryFile() { close(descriptor_); }
-  MemoryFile(const MemoryFile&) = delete;
-  MemoryFile& operator=(const MemoryFile&) = delete;
-
-  void fill(const std::uint8_t* bytes, std::size_t count) const {
-    expect(ftruncate(descriptor_, 0) == 0, "the file can be emptied");
-    const ssize_t written = pwrite(descriptor_, bytes, count, 0);
-    expect(written == static_cast<ssize_t>(count), "the file can be filled");
-  }
-  std::string path() const { return "/proc/self/fd/" + std::to_string(descriptor_); }
-
- private:
-  int descriptor_;
-};
 
 float placeOf(float depth) {
   return std::isnan(depth) ? INFINITY : depth;
@@ -73,15 +51,10 @@ void readRows(DeepExrSource& source) {
   expect(total == source.counts().samples, "the samples that were read are counted");
 }
 
-void expectOneLine(const std::string& text, const std::string& path) {
-  expect(text.find('\n') == std::string::npos, "an error is one line");
-  expect(text.find(path) != std::string::npos, "an error names the file");
-}
-
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t count) {
-  static const MemoryFile file;
+  static const MemoryFile file("deep");
   file.fill(bytes, count);
   try {
     DeepExrSource source(file.path(), "", "");

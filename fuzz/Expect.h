@@ -4,6 +4,7 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <string>
 
 namespace drevinfuzz {
 
@@ -12,6 +13,12 @@ inline void expect(bool holds, const char* law) {
   if (holds) return;
   std::fprintf(stderr, "does not hold: %s\n", law);
   std::abort();
+}
+
+/// That a message of a failure is one line, and names what failed.
+inline void expectOneLine(const std::string& text, const std::string& name) {
+  expect(text.find('\n') == std::string::npos, "an error is one line");
+  expect(text.find(name) != std::string::npos, "an error names its origin");
 }
 
 }  // namespace drevinfuzz

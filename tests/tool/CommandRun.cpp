@@ -25,9 +25,9 @@ void redirect(const std::string& path, int descriptor) {
   close(file);
 }
 
-void limit(int resource, std::size_t bytes) {
-  if (bytes == 0) return;
-  const rlimit value{bytes, bytes};
+void limit(int resource, std::size_t most) {
+  if (most == 0) return;
+  const rlimit value{most, most};
   if (setrlimit(static_cast<__rlimit_resource>(resource), &value) != 0) _exit(126);
 }
 
@@ -51,6 +51,7 @@ void dropPrivileges() {
   if (options.unprivileged) dropPrivileges();
   limit(RLIMIT_AS, options.addressSpace);
   limit(RLIMIT_FSIZE, options.fileSize);
+  limit(RLIMIT_NOFILE, options.openFiles);
   execv(command.c_str(), texts.data());
   _exit(127);
 }

@@ -14,6 +14,7 @@ struct RunOptions {
   double timeoutSeconds = 120.0;                   ///< then it is killed
   std::size_t addressSpace = 0;                    ///< bytes; 0: no limit
   std::size_t fileSize = 0;                        ///< bytes; 0: no limit
+  std::size_t openFiles = 0;                       ///< descriptors; 0: no limit
   int signal = 0;                                  ///< sent after signalAfterSeconds, if not 0
   double signalAfterSeconds = 0.0;
   std::function<bool()> signalWhen;  ///< and when it holds, if it is given

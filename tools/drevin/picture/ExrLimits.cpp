@@ -145,7 +145,8 @@ std::uint64_t mostCompression(int compression) {
 }
 
 std::int64_t rowsOfChunk(const ExrPartFacts& part) {
-  constexpr std::array<std::int64_t, 10> kRows = {1, 1, 1, 16, 32, 16, 32, 32, 32, 256};
+  // The last two are of newer releases of the library.
+  constexpr std::array<std::int64_t, 12> kRows = {1, 1, 1, 16, 32, 16, 32, 32, 32, 256, 256, 32};
   const auto compression = static_cast<std::size_t>(part.compression);
   return compression < kRows.size() ? kRows[compression] : 1;
 }
