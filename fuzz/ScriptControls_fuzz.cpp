@@ -1,4 +1,5 @@
-/// Any text as a script of the host: its node's values are taken, or it is refused with one line.
+/// Any text as a script of the host for the controls of the node: its values are taken, or it is
+/// refused with one line.
 
 #include <cstddef>
 #include <cstdint>

@@ -305,5 +305,15 @@ TEST_F(Script, channelThatThePictureLacks_endsWith3) {
   EXPECT_NE(result.error.find("other.Z"), std::string::npos) << result.error;
 }
 
+TEST_F(Script, channelsInQuotesThatDoNotEnd_areRefusedWithTheControl) {
+  for (const char* line : {R"(bokehChannels {"})", R"(bokehChannels {rgba.red "x})"}) {
+    const RunResult result = controlsFrom("Drevin {\n " + std::string(line) + "\n}\n");
+    EXPECT_EQ(result.exitCode, 3) << line;
+    EXPECT_TRUE(isOneErrorLine(result.error)) << result.error;
+    EXPECT_NE(result.error.find(file_ + ": "), std::string::npos) << result.error;
+    EXPECT_NE(result.error.find("bokehChannels"), std::string::npos) << result.error;
+  }
+}
+
 }  // namespace
 }  // namespace drevintool::testing
