@@ -7,14 +7,6 @@
 
 namespace drevin {
 
-namespace {
-
-/// Source rows between two flushes of the accumulators: few enough that a kernel of 255 px stays
-/// within a tenth of the accuracy that a picture needs.
-constexpr int rowsPerFlush = 8;
-
-}  // namespace
-
 dvRowSplatter::dvRowSplatter(const dvSplatFrame& frame, const dvOutputSpan& out,
                              const std::vector<int>& channels)
     : frame_(frame),
@@ -39,14 +31,13 @@ void dvRowSplatter::splat(dvSplatSource source) {
 }
 
 void dvRowSplatter::endSourceRow() {
-  if (++unflushedRows_ < rowsPerFlush) return;
+  // Where one blur fills the picture the same product is added again and again, and its rounding
+  // does not average out.
   accumulators_.flush();
-  unflushedRows_ = 0;
 }
 
 void dvRowSplatter::composite(std::size_t channelPlace, float* out) {
   accumulators_.flush();
-  unflushedRows_ = 0;
   compositeSlices(accumulators_, channelPlace, out);
 }
 

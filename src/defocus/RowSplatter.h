@@ -65,7 +65,6 @@ class dvRowSplatter {
   std::vector<int> channels_;
   dvSliceAccumulators accumulators_;
   std::vector<float> pixel_;  ///< by channel number
-  int unflushedRows_ = 0;
 };
 
 }  // namespace drevin

@@ -3,8 +3,8 @@
 /// Colour and weight rows of the corrective slices of one output row.
 ///
 /// Splats add in single precision. Adding thousands of small kernel values to a large sum would
-/// lose more than a picture may, so the float rows are emptied into double rows every few source
-/// rows (flush). Rows of a slice are made when it is first used.
+/// lose more than a picture may, so the float rows are emptied into double rows after every source
+/// row (flush). Rows of a slice are made when it is first used.
 
 #include <cstdint>
 #include <vector>

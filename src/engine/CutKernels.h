@@ -3,6 +3,8 @@
 /// Kernels as far as a source row reaches.
 
 #include <algorithm>
+#include <cstddef>
+#include <vector>
 
 namespace drevin {
 
@@ -23,14 +25,18 @@ class dvCutKernels {
   dvCutKernels(int largestRadius, int padding, int greatestShift)
       : largestRadius_(largestRadius),
         padding_(padding),
-        span_(std::min(greatestShift, greatestCut)) {}
+        span_(std::min(greatestShift, greatestCut)),
+        barred_(static_cast<std::size_t>(std::max(largestRadius, -1) + 1)) {}
+
+  /// Leaves out the kernels of a radius: place() no longer knows them.
+  void bar(int radius) { barred_[static_cast<std::size_t>(radius)] = true; }
 
   int count() const { return (largestRadius_ + 1) * cuts(); }
   int largestRadius() const { return largestRadius_; }
   /// Of the kernel of a radius that is centred `shift` rows above its source row; -1 for one that
   /// is not among them.
   int place(int radius, int shift) const {
-    if (radius > largestRadius_) return -1;
+    if (radius > largestRadius_ || barred_[static_cast<std::size_t>(radius)]) return -1;
     const int upper = std::max(0, radius + shift - padding_);
     const int lower = std::max(0, radius - shift - padding_);
     const int cut = upper - lower;
@@ -45,6 +51,7 @@ class dvCutKernels {
   int largestRadius_;
   int padding_;
   int span_;
+  std::vector<bool> barred_;  ///< by radius
 };
 
 }  // namespace drevin

@@ -12,8 +12,8 @@ namespace drevin {
 /// The longest supported transform.
 constexpr int dvLargestTransform = 1152;
 
-/// The smallest supported length of at least `least` points: 16 times small factors of 2, 3, 5 and
-/// 7, from 16 to dvLargestTransform. 0 if there is none.
+/// The smallest supported length of at least `least` points: 16 times small factors of 2, 3 and 5,
+/// from 16 to dvLargestTransform. 0 if there is none.
 int transformSide(int least);
 
 /// Immutable, so any number of threads may use one.

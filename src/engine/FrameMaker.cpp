@@ -94,6 +94,8 @@ bool dvFrameMaker::transform(Group& group, std::size_t slice) {
   transformed.units.clear();
   for (std::size_t plane = 0; plane < count; ++plane)
     transformed.units.push_back(static_cast<double>(tiles.unit(plane)));
+  // Slices have few kernels in common, but tiles of one slice many.
+  if (group.spectra.bytes() > dvKeptSpectra) group.spectra.clear();
   tiles.sum(group.spectra, parallel_, transformed.planes, *group.rounding);
   transformed.direct = directRows(group, tiles);
   return true;

@@ -21,6 +21,9 @@ namespace drevin {
 /// One plane for each splatted channel.
 using dvFramePlanes = std::vector<dvFramePlane<float>>;
 
+/// Memory of the spectra of one kernel table above which none are kept for the next slice, bytes.
+constexpr std::size_t dvKeptSpectra = std::size_t{64} << 20;
+
 /// Sums and composites; the formulas are those of the row code (convole, compositeSlices).
 ///
 /// What goes through a transform has its rounding, which where nearly nothing covers a pixel, or

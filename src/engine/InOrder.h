@@ -2,10 +2,10 @@
 
 /// Results of many workers, used one by one in the order of their items.
 
+#include <algorithm>
 #include <condition_variable>
 #include <cstddef>
 #include <functional>
-#include <map>
 #include <memory>
 #include <mutex>
 #include <utility>
@@ -21,9 +21,13 @@ class dvInOrder {
  public:
   using Use = std::function<void(int item, Result& result)>;
 
-  /// `use` is called for items from 0 on, by one thread at a time, and must not throw. No more
-  /// than `most` results, at least 1, are kept waiting.
-  dvInOrder(std::size_t most, Use use) : most_(most), use_(std::move(use)) {}
+  /// `use` is called for items from 0 on, by one thread at a time, and must not throw. Items are
+  /// begun in about their order by `workers` threads; no more results than that are kept waiting.
+  dvInOrder(std::size_t workers, Use use) : most_(workers), use_(std::move(use)) {
+    // Whoever has a result must be able to leave it.
+    waiting_.reserve(most_ + 1);
+    used_.reserve(2 * workers + 2);
+  }
 
   /// One worker's item. An item that ends without a result is passed over.
   class Turn {
@@ -36,8 +40,8 @@ class dvInOrder {
     Turn& operator=(const Turn&) = delete;
 
     void end(std::unique_ptr<Result> result) {
-      over_ = true;
       order_.put(item_, std::move(result));
+      over_ = true;
     }
 
    private:
@@ -60,27 +64,37 @@ class dvInOrder {
   }
 
  private:
-  void put(int item, std::unique_ptr<Result> result) {
+  struct Waiting {
+    int item;
+    std::unique_ptr<Result> result;
+  };
+
+  void put(int item, std::unique_ptr<Result> result) noexcept {
     std::unique_lock<std::mutex> lock(mutex_);
     changed_.wait(lock, [&] { return item == due_ || waiting_.size() < most_; });
-    waiting_[item] = std::move(result);
+    waiting_.push_back({item, std::move(result)});
     if (inUse_) return;
     inUse_ = true;
-    while (!waiting_.empty() && waiting_.begin()->first == due_)
-      useFirst(lock);
+    for (auto found = due(); found != waiting_.end(); found = due()) {
+      std::unique_ptr<Result> next = std::move(found->result);
+      waiting_.erase(found);
+      useDue(std::move(next), lock);
+    }
     inUse_ = false;
   }
 
-  void useFirst(std::unique_lock<std::mutex>& lock) {
-    std::unique_ptr<Result> result = std::move(waiting_.begin()->second);
-    const int item = due_;
+  auto due() {
+    return std::find_if(waiting_.begin(), waiting_.end(),
+                        [&](const Waiting& waiting) { return waiting.item == due_; });
+  }
+
+  void useDue(std::unique_ptr<Result> result, std::unique_lock<std::mutex>& lock) {
     if (result != nullptr) {
       lock.unlock();
-      use_(item, *result);
+      use_(due_, *result);
       lock.lock();
       used_.push_back(std::move(result));
     }
-    waiting_.erase(item);
     ++due_;
     changed_.notify_all();
   }
@@ -91,7 +105,7 @@ class dvInOrder {
   std::condition_variable changed_;
   int due_ = 0;
   bool inUse_ = false;
-  std::map<int, std::unique_ptr<Result>> waiting_;
+  std::vector<Waiting> waiting_;
   std::vector<std::unique_ptr<Result>> used_;
 };
 

@@ -1,6 +1,7 @@
 #include "engine/KernelTable.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
@@ -34,7 +35,9 @@ dvConstantStretch longestConstant(const float* row, const dvConstantStretch& par
     int end = begin + 1;
     while (end < part.end && sameBits(row[end], row[begin]))
       ++end;
-    if (row[begin] != 0.0F && end - begin > longest.end - longest.begin) longest = {begin, end};
+    // One that is not finite would stay in what is summed up from the left.
+    const bool usable = row[begin] != 0.0F && std::isfinite(row[begin]);
+    if (usable && end - begin > longest.end - longest.begin) longest = {begin, end};
     begin = end;
   }
   return longest;
@@ -88,6 +91,22 @@ dvKernelTable::dvKernelTable(const dvKernelBank& bank, int channel, dvParallel& 
   parallel.forEach(static_cast<int>(places.size()), [&](int /*worker*/, int item) {
     fillRows(bank, channel, item - largestRadius_, places[static_cast<std::size_t>(item)]);
   });
+  finite_.resize(static_cast<std::size_t>(largestRadius_) + 1);
+  parallel.forEach(largestRadius_ + 1, [&](int /*worker*/, int item) {
+    const int radius = largestRadius_ - item;
+    finite_[static_cast<std::size_t>(radius)] = hasOnlyFinite(radius) ? 1 : 0;
+  });
+}
+
+bool dvKernelTable::hasOnlyFinite(int radius) const {
+  // Zero times a finite value is 0, times another one NaN.
+  float sum = 0.0F;
+  for (int r = 0; r <= 2 * radius; ++r) {
+    const float* values = row(radius, r);
+    for (int i = 0; i <= 2 * radius; ++i)
+      sum += 0.0F * values[i];
+  }
+  return sum == 0.0F;
 }
 
 void dvKernelTable::fillRows(const dvKernelBank& bank, int channel, int dy, std::ptrdiff_t place) {

@@ -4,6 +4,7 @@
 /// constant stretch of each row known.
 
 #include <cstddef>
+#include <cstdint>
 #include <vector>
 
 #include "engine/LargeMemory.h"
@@ -52,6 +53,8 @@ class dvKernelTable {
     return values_.data() + rowsAt(radius - r)[radius].centre - radius;
   }
   dvConstantStretch constant(int radius, int r) const;
+  /// Whether all values of a kernel are finite.
+  bool isFinite(int radius) const { return finite_[static_cast<std::size_t>(radius)] != 0; }
 
   /// The rows that splats of all radii, 0 to the largest, put `dy` rows above their centres, by
   /// radius: row radius - dy of each kernel, and a row of zeros where a kernel does not reach so
@@ -70,6 +73,7 @@ class dvKernelTable {
  private:
   /// Fills the rows of one dy; their values begin at `place`.
   void fillRows(const dvKernelBank& bank, int channel, int dy, std::ptrdiff_t place);
+  bool hasOnlyFinite(int radius) const;
 
   int largestRadius_ = -1;
   /// Row after row with dvKernelPad zeros between them; rows for the same dy side by side, since
@@ -77,6 +81,7 @@ class dvKernelTable {
   std::vector<float, dvLargeAllocator<float>> values_;
   std::vector<dvKernelRow> rows_;  ///< by dy, then by radius
   dvKernelRow zeroRow_;
+  std::vector<std::uint8_t> finite_;  ///< by radius
 };
 
 }  // namespace drevin

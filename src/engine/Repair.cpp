@@ -25,7 +25,7 @@ void repairSpan(const dvGroupRows& rows, const dvKernelTable& kernels, std::size
                 int left, int right, const std::vector<float*>& colours, double* coverage) {
   const int channels = static_cast<int>(colours.size());
   const int width = right - left;
-  dvRowSums sums(channels, left, right, dvRowShape::Dense);
+  dvRowSums sums(channels, left, right);
   std::vector<std::vector<double>> row(colours.size() + 1,
                                        std::vector<double>(static_cast<std::size_t>(width)));
   for (float* colour : colours)

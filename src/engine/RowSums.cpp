@@ -12,18 +12,22 @@ namespace {
 
 /// Float sums of this many source rows keep a picture within its accuracy (see the tests), and so
 /// do those of this many splats: no column is reached by more.
-constexpr int sourceRowsPerSum = 8;
+constexpr int sourceRowsPerSum = 2;
 constexpr std::size_t splatsPerSum = 1024;
 
 int cellsOf(int left, int right) {
   return right <= left ? 0 : (right - left + dvCellColumns - 1) / dvCellColumns;
 }
 
+dvRowChoice denseOf(const dvRowChoice& choice) {
+  return {std::numeric_limits<int>::max(), choice.order, choice.times};
+}
+
 dvRowChoice choiceOf(dvRowShape shape, dvRowOrder order) {
   const dvRowTimes& times = rowTimes(simdLevel());
   switch (shape) {
     case dvRowShape::Dense:
-      return {std::numeric_limits<int>::max(), order, times};
+      return denseOf({0, order, times});
     case dvRowShape::Rims:
       return {dvCellColumns, order, times};
     case dvRowShape::Quickest:
@@ -71,7 +75,7 @@ void dvRowSums::add(const dvSplatRow& row, std::size_t begin, std::size_t end, i
   while (begin < end) {
     begin = batch_.collect(row, begin, end, std::abs(dy), reach);
     splats_ += batch_.size();
-    batch_.cut(dy, kernels, choice_);
+    batch_.cut(dy, kernels, row.hasGreat ? denseOf(choice_) : choice_);
     addRuns(batch_.scattered(), code_->scatterRuns);
     addRuns(batch_.gathered(), code_->gatherRuns);
   }

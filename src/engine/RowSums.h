@@ -29,10 +29,11 @@ enum class dvRowShape { Quickest, Dense, Rims };
 ///   K(c) = near * K_radius(dy, c - x) + far * K_radius+1(dy, c - x)
 ///
 /// Products are added in single precision; every few source rows these sums are emptied into sums
-/// in double, so that their error does not grow with the number of splats: 4e-6 of the sum of the
-/// magnitudes was the largest under the 65 000 splats that reach a column at 255 px. The constant
-/// stretches of Rims are added in double from the start, as differences that are summed up from the
-/// left.
+/// in double, so that their error does not grow with the number of source rows: up to 1e-5 of the
+/// sum of the magnitudes where one blur of 200 px is added densely everywhere, for equal products
+/// round alike; a tenth of that and less otherwise. The constant stretches of Rims are added in
+/// double from the start, as differences that are summed up from the left; rows with great values
+/// have none.
 ///
 /// A column that no kernel reaches with a value other than zero is exactly 0. Where the constant
 /// stretch of some splat lies, a value plane to which all splats there add 0 may be left with

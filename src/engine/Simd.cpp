@@ -38,10 +38,11 @@ dvSimdLevel supportedSimdLevel() {
 }
 
 dvSimdLevel simdLevel() {
+  // Once: every row asks, and others may change the environment meanwhile.
+  static const dvSimdLevel atStart = std::min(fromEnvironment(), supportedSimdLevel());
   const int chosen = chosenLevel;
-  const dvSimdLevel wanted =
-      chosen == notChosen ? fromEnvironment() : static_cast<dvSimdLevel>(chosen);
-  return std::min(wanted, supportedSimdLevel());
+  if (chosen == notChosen) return atStart;
+  return std::min(static_cast<dvSimdLevel>(chosen), supportedSimdLevel());
 }
 
 void setSimdLevel(dvSimdLevel level) {

@@ -13,8 +13,9 @@ enum class dvSimdLevel { Baseline, Avx2, Avx512 };
 /// The best level of this processor.
 dvSimdLevel supportedSimdLevel();
 
-/// The level in use: the one last set, else the one that the environment variable DREVIN_SIMD names
-/// ("baseline", "avx2" or "avx512"), else the best. Never above the best. Safe from any thread.
+/// The level in use: the one last set, else the one that the environment variable DREVIN_SIMD named
+/// ("baseline", "avx2" or "avx512") when it was first asked for, else the best. Never above the
+/// best. Safe from any thread.
 dvSimdLevel simdLevel();
 /// Sets the level for the whole process, for tests. Not while a frame is made.
 void setSimdLevel(dvSimdLevel level);

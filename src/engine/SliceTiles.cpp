@@ -29,6 +29,10 @@ dvSliceTiles::dvSliceTiles(const dvKernelTable& kernels, std::size_t channels,
       kernels_(kernels.largestRadius(), rows.padding(), rows.greatestShift()),
       across_(tilesAlong(sources.width())),
       units_(channels + 1, 1.0F) {
+  // In a transform a value that is not finite would spread over the whole tile.
+  for (int radius = 0; radius <= kernels.largestRadius(); ++radius) {
+    if (!kernels.isFinite(radius)) kernels_.bar(radius);
+  }
   for (int y = sources.bottom; y < sources.top; y += dvTileSide) {
     for (int x = sources.left; x < sources.right; x += dvTileSide) {
       Tile tile;
@@ -299,6 +303,7 @@ dvSplatRow dvSliceTiles::directRow(std::size_t place) const {
   const dvGroupRows::Row& from = rows_[place];
   const dvSplatRow& row = from.splats->row;
   const std::size_t stride = row.stride();
+  direct.hasGreat = row.hasGreat;
   for (std::size_t r = row.begin(slice_); r < row.end(slice_); ++r) {
     dvSplatRecord record = row.records[r];
     const float* values = row.values.data() + r * stride;

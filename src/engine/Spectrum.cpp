@@ -76,6 +76,11 @@ dvSpectrumCache::Entry& dvSpectrumCache::entry(const Key& key) {
   return entries_[key];
 }
 
+void dvSpectrumCache::clear() {
+  entries_.clear();
+  bytes_ = 0;
+}
+
 const dvKernelSpectrum& dvSpectrumCache::spectrum(int side, const dvCutKernel& kernel) {
   Entry& asked = entry({side, kernel.radius, kernel.cut});
   std::call_once(asked.once, [&] {

@@ -50,12 +50,14 @@ class dvSpectrumCache {
   explicit dvSpectrumCache(const dvKernelTable& table);
 
   /// The spectrum of a kernel of the table at a length that transformSide gives. Safe from any
-  /// thread: the first that asks makes it, and who asks for the same waits. Stays as long as the
-  /// cache.
+  /// thread: the first that asks makes it, and who asks for the same waits. Stays until the
+  /// cache is cleared.
   const dvKernelSpectrum& spectrum(int side, const dvCutKernel& kernel);
 
-  /// Memory of the spectra made so far.
+  /// Memory of the spectra that are kept.
   std::size_t bytes() const { return bytes_; }
+  /// Forgets all spectra; nobody must be using one.
+  void clear();
 
  private:
   struct Entry {

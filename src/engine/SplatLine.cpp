@@ -91,9 +91,15 @@ inline void dvSplatLineMaker::addToGroup(const dvSplatGroup& group, const dvSpla
   const int x = shiftedPlace(source.x, distance);
   Centred& centred = rowAt(shiftedPlace(source.y, distance), group.places.size(), made);
   centred.lastIsOne = centred.lastIsOne && values_[group.places.back()] == 1.0F;
-  bool finite = std::isfinite(kernels.share[0]) && std::isfinite(kernels.share[1]);
-  for (const std::size_t place : group.places)
+  const bool sharesFinite = std::isfinite(kernels.share[0]) && std::isfinite(kernels.share[1]);
+  // A value of 1 times an infinite share is not its own weight: that one is spread as a number.
+  centred.lastIsOne = centred.lastIsOne && sharesFinite;
+  bool finite = sharesFinite;
+  float greatest = 0.0F;
+  for (const std::size_t place : group.places) {
     finite = finite && std::isfinite(values_[place]);
+    greatest = std::fmax(greatest, std::fabs(values_[place]));
+  }
   const auto slice = static_cast<std::uint32_t>(source.slice);
   if (!finite) {
     dvSpecialSplat special{
@@ -106,6 +112,8 @@ inline void dvSplatLineMaker::addToGroup(const dvSplatGroup& group, const dvSpla
   if (!centred.slices.empty() && slice < centred.slices.back()) centred.inOrder = false;
   centred.slices.push_back(slice);
   centred.records.push_back(recordOf(kernels.radius, kernels.share, x));
+  const float share = centred.records.back().near + centred.records.back().far;
+  centred.hasGreat = centred.hasGreat || greatest * share > dvGreatValue || share > dvGreatValue;
   for (const std::size_t place : group.places)
     centred.values.push_back(values_[place]);
 }
@@ -121,6 +129,7 @@ void dvSplatLineMaker::splat(const dvSplatSource& source) {
 
 dvSplatRow dvSplatLineMaker::sorted(Centred& centred, std::size_t slices) {
   dvSplatRow row;
+  row.hasGreat = centred.hasGreat;
   row.sliceBegin.assign(slices + 1, 0);
   for (const std::uint32_t slice : centred.slices)
     ++row.sliceBegin[slice + 1];

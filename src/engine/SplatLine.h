@@ -72,6 +72,7 @@ class dvSplatLineMaker {
     int y;
     bool inOrder = true;  ///< no slice is followed by a smaller one
     bool lastIsOne = true;
+    bool hasGreat = false;
     std::vector<std::uint32_t> slices;  ///< by record
     std::vector<dvSplatRecord> records;
     std::vector<float> values;

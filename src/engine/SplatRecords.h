@@ -22,6 +22,10 @@ struct dvSplatRecord {
   float far = 0.0F;         ///< share of the kernel of `radius` + 1
 };
 
+/// Sums of greater values must not be told by where they begin and end: a double that has held one
+/// has lost what of others a picture shows.
+constexpr float dvGreatValue = 1e9F;
+
 /// Places [begin, end) in the records of a row.
 struct dvRecordRange {
   std::size_t begin = 0;
@@ -33,6 +37,7 @@ struct dvSplatRow {
   std::vector<std::uint32_t> sliceBegin;  ///< slices + 1 places in `records`
   std::vector<dvSplatRecord> records;     ///< of a slice by ascending column
   std::vector<float> values;              ///< one for each channel, record after record
+  bool hasGreat = false;  ///< whether a value times its shares is above dvGreatValue
 
   /// Values of a record.
   std::size_t stride() const { return records.empty() ? 0 : values.size() / records.size(); }

@@ -78,6 +78,7 @@ dvTilePlan planTile(const dvTileCensus& census, const dvCutKernels& kernels, int
   const bool everything = choice == dvTileChoice::Everything;
   for (const Candidate& candidate : candidates) {
     const int length = transformSide(side + 2 * candidate.radius);
+    if (length == 0) break;
     if (length == plan.length) continue;
     const double gain = gainOf(candidates, side, length, planes);
     if (everything || gain > plan.gain) {

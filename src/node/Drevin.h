@@ -138,6 +138,7 @@ class Drevin : public DD::Image::Iop {
 
   // Prepared.cpp
   void preparePicture();
+  void makePicture();
 
   // DeepRows.cpp
   /// The modes that the settings ask for.

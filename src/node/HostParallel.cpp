@@ -67,6 +67,11 @@ void runWorker(unsigned index, unsigned /*count*/, void* work) {
 dvHostParallel::dvHostParallel(std::function<bool()> aborted)
     : workers_(std::max(1, static_cast<int>(Thread::numCPUs))), aborted_(std::move(aborted)) {}
 
+bool dvHostParallel::aborted() const {
+  if (!wasAborted_ && aborted_()) wasAborted_ = true;
+  return wasAborted_;
+}
+
 void dvHostParallel::forEach(int items, const std::function<void(int worker, int item)>& work) {
   Work shared(*this, work, items);
   if (items > 1 && Thread::spawn(runWorker, static_cast<unsigned>(workers_), &shared)) {

@@ -2,6 +2,9 @@
 
 /// The host's threads for the imaging code.
 
+#include <atomic>
+#include <functional>
+
 #include "engine/Parallel.h"
 
 namespace drevin {
@@ -13,11 +16,13 @@ class dvHostParallel : public dvParallel {
 
   int workers() const override { return workers_; }
   void forEach(int items, const std::function<void(int worker, int item)>& work) override;
-  bool aborted() const override { return aborted_(); }
+  /// Once true it stays so: work may have been left out, whatever the host says later.
+  bool aborted() const override;
 
  private:
   int workers_;
   std::function<bool()> aborted_;
+  mutable std::atomic<bool> wasAborted_{false};
 };
 
 }  // namespace drevin

@@ -65,11 +65,16 @@ void Drevin::initialize() {
   kernelBank_.resize(static_cast<std::size_t>(bankSize(kernelSize_)));
   const int pairs = static_cast<int>(kernelBank_.size() / 2) + 1;
   dvHostParallel parallel([this] { return aborted(); });
-  // The largest first, so that no thread is left with much at the end.
-  parallel.forEach(pairs, [&](int /*worker*/, int item) {
-    initializeKernelsThreaded(static_cast<unsigned>(pairs - 1 - item), static_cast<unsigned>(pairs),
-                              this);
-  });
+  try {
+    // The largest first, so that no thread is left with much at the end.
+    parallel.forEach(pairs, [&](int /*worker*/, int item) {
+      initializeKernelsThreaded(static_cast<unsigned>(pairs - 1 - item),
+                                static_cast<unsigned>(pairs), this);
+    });
+  } catch (...) {
+    kernelBank_.clear();
+    throw;
+  }
   if (parallel.aborted()) kernelBank_.clear();
 }
 

@@ -1,6 +1,7 @@
 /// The picture that is made when the node opens.
 
 #include <algorithm>
+#include <new>
 
 #include "node/Drevin.h"
 #include "node/HostConversions.h"
@@ -66,6 +67,15 @@ void Drevin::preparePicture() {
   picture_.clear();
   mergedPixels_ = 0;
   if (kernelBank_.empty() || aborted()) return;
+  try {
+    makePicture();
+  } catch (const std::bad_alloc&) {
+    // Rows one by one take longer, but little memory.
+    picture_.clear();
+  }
+}
+
+void Drevin::makePicture() {
   ChannelSet processed(requestedChannels_);
   processed &= kernelChannels_;
   Box box(requestedBox_);

@@ -24,6 +24,8 @@ std::size_t bytesOf(const dvSplatLine& line) {
       bytes += splats.row.records.size() * sizeof(dvSplatRecord) +
                splats.row.values.size() * sizeof(float) +
                splats.row.sliceBegin.size() * sizeof(std::uint32_t);
+      for (const dvSpecialSplat& special : splats.specials)
+        bytes += sizeof special + special.values.size() * sizeof(float);
     }
   }
   return bytes;

@@ -53,5 +53,14 @@ TEST(CutKernels, radiusThatTheTableLacks_isNotAmongThem) {
   EXPECT_EQ(dvCutKernels(5, 20, 0).place(6, 0), -1);
 }
 
+TEST(CutKernels, barredRadius_isNotAmongThem) {
+  dvCutKernels kernels(9, 10, 4);
+  const int place = kernels.place(7, 0);
+  kernels.bar(6);
+  for (int shift = -4; shift <= 4; ++shift)
+    EXPECT_EQ(kernels.place(6, shift), -1);
+  EXPECT_EQ(kernels.place(7, 0), place);
+}
+
 }  // namespace
 }  // namespace drevin::test

@@ -161,6 +161,37 @@ TEST(FrameAccuracy, negativeValues_areLiteral) {
   expectLiteralScene(scene);
 }
 
+/// A dark thing of that blur over the left of a sky that is blurred by 238 px.
+LiteralScene darkBeforeASky(float blur, float sky) {
+  LiteralScene scene = farScene(238.0F, 300, 10);
+  scene.settings.maxKernelSize = 256;
+  scene.settings.correctiveSlices = 3;
+  for (int y = 0; y < 10; ++y) {
+    for (int x = 0; x < 300; ++x) {
+      const bool dark = x < 200;
+      pixelAt(scene.image, 5, x, y) = dark ? 10.0F - 2.0F * blur / 238.0F : 12.0F;
+      pixelAt(scene.image, 1, x, y) = dark ? 0.0F : sky;
+      pixelAt(scene.image, 2, x, y) = dark ? 0.05F : sky;
+      pixelAt(scene.image, 3, x, y) = dark ? 0.0F : 0.5F * sky;
+    }
+  }
+  return scene;
+}
+
+TEST(FrameAccuracy, brightSkyAllButHiddenByADarkBlur_isLiteral) {
+  // What is left of room for the sky is a difference of two weights, and the sky makes it large.
+  for (const float blur : {60.0F, 100.0F, 200.0F}) {
+    const LiteralScene scene = darkBeforeASky(blur, 20.0F);
+    const EngineFrame frame(scene);
+    const LiteralRows literal(scene, {3});
+    EXPECT_GT(literal.comparableShare(), 0.75) << blur;
+    const EngineLines lines = frame.lines(formatBox(scene));
+    for (const dvTileChoice choice : {dvTileChoice::Nothing, dvTileChoice::ByCost})
+      EXPECT_LT(literal.worstDifference(frame, frame.make(lines, choice)), 2.0 * engineShare)
+          << blur;
+  }
+}
+
 /// NaN and infinities in the middle of tiles, at their borders and in the corners of the picture.
 void addSpecials(LiteralPicture& picture) {
   pixelAt(picture, 1, 92, 92) = nan;

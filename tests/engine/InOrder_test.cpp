@@ -30,9 +30,9 @@ void waitFor(int item, int items) {
 
 TEST(InOrder, manyWorkers_resultsAreUsedInTheOrderOfTheirItems) {
   constexpr int items = 40;
-  for (const std::size_t most : {1U, 2U, 100U}) {
+  for (const std::size_t workers : {4U, 5U, 100U}) {
     std::vector<int> used;
-    dvInOrder<Number> order(most, [&](int item, const Number& number) {
+    dvInOrder<Number> order(workers, [&](int item, const Number& number) {
       EXPECT_EQ(number.value, item);
       used.push_back(item);
     });
@@ -44,7 +44,7 @@ TEST(InOrder, manyWorkers_resultsAreUsedInTheOrderOfTheirItems) {
       number->value = item;
       turn.end(std::move(number));
     });
-    EXPECT_EQ(used, upTo(items)) << most;
+    EXPECT_EQ(used, upTo(items)) << workers;
   }
 }
 
@@ -69,7 +69,7 @@ TEST(InOrder, usedResult_isTheNextBlank) {
 
 TEST(InOrder, itemWithoutResult_isPassedOver) {
   std::vector<int> used;
-  dvInOrder<Number> order(2, [&](int item, const Number& /*number*/) { used.push_back(item); });
+  dvInOrder<Number> order(3, [&](int item, const Number& /*number*/) { used.push_back(item); });
   ThreadParallel parallel(3);
   parallel.forEach(9, [&](int /*worker*/, int item) {
     try {
@@ -83,12 +83,12 @@ TEST(InOrder, itemWithoutResult_isPassedOver) {
 }
 
 TEST(InOrder, resultsPiledUp_workersWaitUntilTheDueOneIsThere) {
-  constexpr std::size_t most = 2;
+  constexpr std::size_t workers = 4;
   std::size_t made = 0;
   std::mutex mutex;
-  dvInOrder<Number> order(most, [](int /*item*/, const Number& /*number*/) {});
+  dvInOrder<Number> order(workers, [](int /*item*/, const Number& /*number*/) {});
   ThreadParallel parallel(4);
-  parallel.forEach(12, [&](int /*worker*/, int item) {
+  parallel.forEach(40, [&](int /*worker*/, int item) {
     dvInOrder<Number>::Turn turn(order, item);
     auto number = order.blank();
     if (number->value < 0) {
@@ -99,7 +99,7 @@ TEST(InOrder, resultsPiledUp_workersWaitUntilTheDueOneIsThere) {
     turn.end(std::move(number));
   });
   // Those that wait, one in each worker's hands, one being used.
-  EXPECT_LE(made, most + 4 + 1);
+  EXPECT_LE(made, 2 * workers + 1);
 }
 
 }  // namespace

@@ -2,7 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
+#include <limits>
 
 #include "engine/RowScene.h"
 #include "engine/ThreadParallel.h"
@@ -184,6 +186,33 @@ TEST(KernelTable, channelWithoutPlanes_givesAnEmptyTable) {
   const dvKernelBank bank = kernelBank(KernelKind::Constant, 2);
   EXPECT_TRUE(dvKernelTable(bank, 2).empty());
   EXPECT_TRUE(dvKernelTable(bank, -1).empty());
+}
+
+TEST(KernelTable, valuesThatAreNotFinite_areKnownByTheirRadius) {
+  for (const float value :
+       {std::numeric_limits<float>::quiet_NaN(), std::numeric_limits<float>::infinity(),
+        -std::numeric_limits<float>::infinity()}) {
+    dvKernelBank bank = kernelBank(KernelKind::Disc, 9);
+    // The last value of the kernel of radius 6.
+    bank[13].plane(1)[13 * 13 - 1] = value;
+    const dvKernelTable table(bank, 1);
+    for (int radius = 0; radius <= 9; ++radius)
+      EXPECT_EQ(table.isFinite(radius), radius != 6) << radius;
+  }
+}
+
+TEST(KernelTable, greatestFiniteValues_areFinite) {
+  dvKernelBank bank = kernelBank(KernelKind::Constant, 3);
+  std::fill_n(bank[7].plane(1), 49, std::numeric_limits<float>::max());
+  EXPECT_TRUE(dvKernelTable(bank, 1).isFinite(3));
+}
+
+TEST(KernelTable, stretchThatIsNotFinite_isNoConstantStretch) {
+  const float nan = std::numeric_limits<float>::quiet_NaN();
+  const dvConstantStretch stretch =
+      tableWithRow({nan, nan, nan, nan, 0.5F, 0.5F, 0.25F}).constant(3, 3);
+  EXPECT_EQ(stretch.begin, 4);
+  EXPECT_EQ(stretch.end, 6);
 }
 
 }  // namespace

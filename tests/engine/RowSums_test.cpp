@@ -193,7 +193,7 @@ TEST(RowSums, columnsThatNoKernelReaches_areExactlyZero) {
 }
 
 TEST(RowSums, hundredsOfLargeKernels_keepTheirAccuracy) {
-  // 256 source rows under kernels of 255 px, the worst that a picture of such a blur holds.
+  // 256 source rows under kernels of 255 px.
   SceneRange range;
   range.largestRadius = 127;
   range.farthest = 128;
@@ -368,6 +368,55 @@ TEST(RowSums, crowdsWithGapsBetween_areTheLiteralSums) {
 TEST(RowSums, sharesOfZero_addNothing) {
   const dvKernelBank bank = kernelBank(KernelKind::Constant, 8);
   EXPECT_TRUE(allZero(rowSums(oneSplat(bank, {0, 4, 0.0F, 0.0F}, 0), quickest)));
+}
+
+TEST(RowSums, everyColumnUnderTheSameLargeKernels_keepsItsAccuracy) {
+  // The same products again and again: their rounding does not average out.
+  SceneRange range;
+  range.largestRadius = 101;
+  range.farthest = 102;
+  range.right = 57;
+  range.channels = 1;
+  RowScene scene = randomScene(KernelKind::Disc, range, 11);
+  for (SceneRow& row : scene.rows) {
+    dvSplatRow& splats = row.splats;
+    splats.records.clear();
+    splats.values.clear();
+    for (int x = range.left - 102; x < range.right + 102; ++x) {
+      splats.records.push_back({x, 100, 0.7F, 0.3F});
+      splats.values.push_back(0.3F);
+    }
+    splats.sliceBegin = {0, static_cast<std::uint32_t>(splats.records.size())};
+  }
+  const LiteralSums literal = literalSums(scene);
+  for (const dvSimdLevel level : usableLevels()) {
+    const SimdLevelInUse use(level);
+    // What pictures are made with: inner parts are summed in double.
+    EXPECT_LE(worstError(rowSums(scene, {}), literal), 5e-7) << simdLevelName(level);
+    EXPECT_LE(worstError(rowSums(scene, dense), literal), 1e-5) << simdLevelName(level);
+  }
+}
+
+TEST(RowSums, greatValueAmongOthers_leavesNothingWhereItEnds) {
+  dvSplatRow row;
+  row.records = {{10, 20, 1.0F, 0.0F}, {31, 20, 1.0F, 0.0F}, {70, 20, 1.0F, 0.0F}};
+  row.values = {1e20F, 0.1F, 0.1F};
+  row.sliceBegin = {0, 3};
+  row.hasGreat = true;
+  const dvKernelTable table(kernelBank(KernelKind::Constant, 21), 1);
+  dvRowSums sums(1, 0, 100);
+  sums.add(row, 0, 3, 0, table);
+  sums.endSourceRow();
+  sums.finish();
+  std::vector<double> values(100);
+  std::vector<double> weights(100);
+  sums.store(0, values.data());
+  sums.store(1, weights.data());
+  for (int x = 31; x <= 90; ++x) {
+    const auto at = static_cast<std::size_t>(x);
+    EXPECT_NEAR(values[at], 0.1 * weights[at], 1e-7) << x;
+    EXPECT_GT(weights[at], 0.0);
+  }
 }
 
 }  // namespace

@@ -166,5 +166,17 @@ TEST(SpectrumCache, spectrum_isThatMadeAlone) {
   EXPECT_EQ(std::memcmp(alone.factors(0).values, cached.factors(0).values, alone.bytes()), 0);
 }
 
+TEST(SpectrumCache, clear_forgetsAllAndMakesThemAnew) {
+  const dvKernelTable table = randomKernels(8, 1);
+  dvSpectrumCache cache(table);
+  cache.spectrum(32, {5, 0});
+  const std::size_t bytes = cache.bytes();
+  cache.spectrum(48, {8, 0});
+  cache.clear();
+  EXPECT_EQ(cache.bytes(), 0U);
+  cache.spectrum(32, {5, 0});
+  EXPECT_EQ(cache.bytes(), bytes);
+}
+
 }  // namespace
 }  // namespace drevin::test

@@ -480,5 +480,28 @@ TEST(SplatLine, line_leavesTheMakerEmpty) {
   EXPECT_TRUE(maker.line().groups.front().empty());
 }
 
+TEST(SplatLine, oneOfAnInfiniteShare_isNotItsOwnWeight) {
+  LineBench bench;
+  dvSplatSource source = sourceAt(0, 3.0F);
+  source.weight = infinity;
+  EXPECT_FALSE(onlyRow(bench.line({source}, {0.0F, 1.0F})).lastIsOne);
+  source.weight = 2.0F;
+  EXPECT_TRUE(onlyRow(bench.line({source}, {0.0F, 1.0F})).lastIsOne);
+}
+
+TEST(SplatLine, greatValues_areKnownByTheirRow) {
+  LineBench bench;
+  const auto hasGreat = [&](float value, float weight) {
+    dvSplatSource source = sourceAt(0, 3.0F);
+    source.weight = weight;
+    return onlyRow(bench.line({source, sourceAt(1, 3.0F)}, {0.0F, value})).row.hasGreat;
+  };
+  EXPECT_FALSE(hasGreat(1e8F, 1.0F));
+  EXPECT_TRUE(hasGreat(1e10F, 1.0F));
+  EXPECT_TRUE(hasGreat(-1e10F, 1.0F));
+  EXPECT_TRUE(hasGreat(1e8F, 1e3F));
+  EXPECT_TRUE(hasGreat(0.0F, 1e10F));
+}
+
 }  // namespace
 }  // namespace drevin::test
