@@ -128,6 +128,45 @@ TEST(Arguments, deepOrderThatIsNone_namesTheChoices) {
   }
 }
 
+TEST(Arguments, sequenceOptions_areTaken) {
+  const RenderArguments render =
+      parseRender({"--frames", "-2-0", "--views", "left, right", "--skip-existing",
+                   "--skip-bad-frames", "--frames-in-flight", "3"});
+  EXPECT_EQ(render.frames, (std::vector<int>{-2, -1, 0}));
+  EXPECT_EQ(render.views, (std::vector<std::string>{"left", "right"}));
+  EXPECT_TRUE(render.skipExisting);
+  EXPECT_TRUE(render.skipBadFrames);
+  EXPECT_EQ(render.framesInFlight, 3U);
+}
+
+TEST(Arguments, withoutFrames_thereIsNoSequence) {
+  const RenderArguments render = parseRender({});
+  EXPECT_TRUE(render.frames.empty());
+  EXPECT_TRUE(render.views.empty());
+  EXPECT_EQ(render.framesInFlight, 0U);
+}
+
+TEST(Arguments, framesInFlightThatAreNone_areRefused) {
+  for (const char* text : {"0", "-1", "65", "many"}) {
+    const std::string line = renderFailure({"--frames", "1", "--frames-in-flight", text});
+    EXPECT_NE(line.find("from 1 to 64"), std::string::npos) << line;
+  }
+}
+
+TEST(Arguments, scriptOptions_areTakenByEverySubcommandOfTheNode) {
+  EXPECT_EQ(parseRender({"--script", "a.nk", "--node", "N"}).scriptNode, "N");
+  EXPECT_EQ(std::get<ControlsArguments>(parse({"controls", "--script", "a.nk"})).script, "a.nk");
+  const Arguments arguments = parse({"script", "--script", "-", "--name", "Lens_1"});
+  EXPECT_EQ(std::get<ScriptArguments>(arguments).script, "-");
+  EXPECT_EQ(std::get<ScriptArguments>(arguments).name, "Lens_1");
+  EXPECT_EQ(std::get<ScriptArguments>(parse({"script"})).name, "Drevin1");
+}
+
+TEST(Arguments, namesThatTheHostDoesNotTake_areRefused) {
+  for (const char* name : {"", "1a", "a b", "a.b", "a{"})
+    EXPECT_NE(failureOf({"script", "--name", name}).find("--name"), std::string::npos) << name;
+}
+
 TEST(Arguments, emptyNames_areRefused) {
   EXPECT_NE(failureOf({"render", "--deep", "", "--output", "o.exr"}).find("--deep"),
             std::string::npos);

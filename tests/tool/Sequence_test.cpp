@@ -255,7 +255,7 @@ TEST(RealSequence, beachball_rendersWholeFrames) {
   const ScratchFolder folder;
   const RunResult result = runCommand(renderArguments(
       pictureFolder() + "/flat/beachball.singlepart.000#.exr", folder.file("ball.%04d.exr"),
-      {"--frames", "1-4", "--set", "focalPlane=10", "--set", "multiplier=16"}));
+      {"--frames", "1-4", "--set", "focalPlane=10", "--set", "multiplier=4"}));
   EXPECT_EQ(result.exitCode, 0) << result.error;
   EXPECT_EQ(folder.entries(),
             (Texts{"ball.0001.exr", "ball.0002.exr", "ball.0003.exr", "ball.0004.exr"}));

@@ -84,6 +84,7 @@ class CameraReader {
     }
     if (keys.empty()) fail(name + ": give a number, {\"FRAME\": NUMBER} or [[FRAME, NUMBER]]");
     std::vector<CurveKey> ordered;
+    ordered.reserve(keys.size());
     for (const auto& [frame, number] : keys)
       ordered.push_back({frame, number, false});
     return ControlCurve(std::move(ordered));

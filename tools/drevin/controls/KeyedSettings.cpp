@@ -76,6 +76,7 @@ std::vector<ControlCurve> curvesOf(const Knob& knob, const KeyedSetting& setting
       keys[i].push_back({key.frame, values[i], false});
   }
   std::vector<ControlCurve> curves;
+  curves.reserve(keys.size());
   for (std::vector<CurveKey>& of : keys)
     curves.emplace_back(std::move(of));
   return curves;

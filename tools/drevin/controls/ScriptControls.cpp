@@ -159,6 +159,7 @@ void ScriptControls::takeNumbers(const ScriptKnob& entry, const Knob& knob) {
   const bool listed = words.size() == count;
   if (!listed) words.assign(count, {entry.value.text, true});
   std::vector<ControlCurve> curves;
+  curves.reserve(count);
   for (std::size_t i = 0; i < count; ++i) {
     // What is an expression as a whole is so for every component: it is told once.
     const std::size_t told = warnings_.size();
@@ -207,8 +208,10 @@ std::optional<double> ScriptControls::plainValue(const std::string& text, const 
 
 std::vector<double> ScriptControls::valuesOf(const std::string& name,
                                              std::optional<double> frame) const {
+  const std::vector<ControlCurve>& curves = curves_.at(name);
   std::vector<double> values;
-  for (const ControlCurve& curve : curves_.at(name)) {
+  values.reserve(curves.size());
+  for (const ControlCurve& curve : curves) {
     if (curve.varies() && !frame) {
       throw ToolError(ExitCode::Usage,
                       oneLine(origin_ + ": " + name +

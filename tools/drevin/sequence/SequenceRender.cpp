@@ -158,6 +158,7 @@ class SequenceRender {
       return static_cast<int>(first.code);
     }
     std::vector<FrameTask> failed;
+    failed.reserve(failures_.size());
     for (const auto& [number, outcome] : failures_)
       failed.push_back(plan_.tasks()[number]);
     printError(std::to_string(failed.size()) + " of " + std::to_string(plan_.tasks().size()) +
