@@ -5,8 +5,8 @@
 #include <cmath>
 #include <stdexcept>
 
-#include "arguments/Arguments.h"
 #include "ScratchFolder.h"
+#include "arguments/Arguments.h"
 #include "demo/DemoAperture.h"
 #include "demo/DemoCommand.h"
 #include "demo/DemoMattes.h"
