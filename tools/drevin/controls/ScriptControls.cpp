@@ -108,12 +108,7 @@ ScriptControls::ScriptControls(const ScriptNode& script, const Node& node,
     : origin_(std::move(origin)) {
   for (const ScriptKnob& entry : script.knobs) {
     if (ignored.count(entry.name) != 0) continue;
-    try {
-      take(entry, node);
-    } catch (const ScriptFault&) {
-      // Braces keep from the script as a whole what is wrong within a value.
-      fail(entry.name, "'" + entry.value.text + "' has braces or quotes that do not end");
-    }
+    take(entry, node);
   }
 }
 
