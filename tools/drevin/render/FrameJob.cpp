@@ -193,9 +193,9 @@ void FrameJob::write(const Node& node, const std::vector<PlannedChannel>& plan,
   times_.write = writing.seconds();
   times_.total = times_.read + total_.seconds();
   if (!share_.wantsReport) return;
-  outcome.report =
-      renderReport(arguments_, node, *pictures_, result, {times_, warnings_, findings_});
-  if (!arguments_.report.empty()) writeReport(outcome.report, arguments_.report);
+  outcome.report = std::make_shared<const nlohmann::ordered_json>(
+      renderReport(arguments_, node, *pictures_, result, {times_, warnings_, findings_}));
+  if (!arguments_.report.empty()) writeReport(*outcome.report, arguments_.report);
 }
 
 }  // namespace drevintool

@@ -2,8 +2,8 @@
 
 /// How one frame ended.
 
-#include <nlohmann/json.hpp>
-
+#include <memory>
+#include <nlohmann/json_fwd.hpp>
 #include <string>
 #include <vector>
 
@@ -15,7 +15,8 @@ struct FrameOutcome {
   ExitCode code = ExitCode::Done;
   std::vector<std::string> errors;  ///< a line each, where it failed
   bool skipped = false;             ///< its output was there already
-  nlohmann::ordered_json report;    ///< null unless it was rendered
+  /// Null unless it was rendered and a report is wanted.
+  std::shared_ptr<const nlohmann::ordered_json> report;
 
   bool failed() const { return code != ExitCode::Done; }
 };

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <map>
+#include <nlohmann/json.hpp>
 #include <optional>
 #include <utility>
 
@@ -113,14 +114,14 @@ class SequenceRender {
     }
   }
 
-  static Json reportOf(const FrameTask& task, FrameOutcome& outcome) {
+  static Json reportOf(const FrameTask& task, const FrameOutcome& outcome) {
     Json report;
     if (task.frame) report["frame"] = *task.frame;
     if (!task.view.empty()) report["view"] = task.view;
     report["exitCode"] = static_cast<int>(outcome.code);
     report["skipped"] = outcome.skipped;
     report["errors"] = outcome.errors;
-    if (!outcome.report.is_null()) report.update(outcome.report);
+    if (outcome.report) report.update(*outcome.report);
     return report;
   }
 
