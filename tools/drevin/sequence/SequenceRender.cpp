@@ -43,7 +43,10 @@ std::string namesOf(const std::vector<FrameTask>& tasks) {
   std::string text;
   for (const std::string& view : views) {
     const std::string list = frameListText(frames[view]);
-    text += (text.empty() ? "" : "; ") + list + (list.empty() || view.empty() ? "" : " ") + view;
+    text += text.empty() ? "" : "; ";
+    text += list;
+    text += list.empty() || view.empty() ? "" : " ";
+    text += view;
   }
   return text;
 }
