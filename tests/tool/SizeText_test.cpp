@@ -26,5 +26,13 @@ TEST(ParseSize, anythingElse_isNothing) {
     EXPECT_FALSE(parseSize(text)) << text;
 }
 
+TEST(SizeText, amounts_areWrittenWithTheLargestUnit) {
+  EXPECT_EQ(sizeText(0), "0 B");
+  EXPECT_EQ(sizeText(1023), "1023 B");
+  EXPECT_EQ(sizeText(1024), "1.0 KiB");
+  EXPECT_EQ(sizeText(std::uint64_t{3} << 29), "1.5 GiB");
+  EXPECT_EQ(sizeText(std::uint64_t{5000} << 40), "5000.0 TiB");
+}
+
 }  // namespace
 }  // namespace drevintool

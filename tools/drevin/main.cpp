@@ -8,6 +8,7 @@
 #include "controls/ControlsCommand.h"
 #include "controls/ScriptCommand.h"
 #include "demo/DemoCommand.h"
+#include "doctor/DoctorCommand.h"
 #include "render/RenderCommand.h"
 #include "terminal/ExitCode.h"
 #include "terminal/Messages.h"
@@ -31,6 +32,10 @@ int run(const ScriptArguments& arguments) {
 }
 int run(const DemoArguments& arguments) {
   return runDemo(arguments.directory);
+}
+
+int run(const DoctorArguments& arguments) {
+  return runDoctor(arguments);
 }
 
 int runCommand(int count, const char* const* texts) {

@@ -7,6 +7,7 @@
 
 #include "arguments/ControlsParser.h"
 #include "arguments/DemoParser.h"
+#include "arguments/DoctorParser.h"
 #include "arguments/OptionChecks.h"
 #include "arguments/RenderParser.h"
 #include "arguments/ScriptParser.h"
@@ -50,6 +51,7 @@ Arguments parseArguments(int count, const char* const* texts) {
   const ControlsParser controls(app);
   const ScriptParser script(app);
   const DemoParser demo(app);
+  const DoctorParser doctor(app);
   try {
     app.parse(count, texts);
   } catch (const CLI::CallForHelp&) {
@@ -62,6 +64,7 @@ Arguments parseArguments(int count, const char* const* texts) {
   if (render.parsed()) return render.checked();
   if (controls.parsed()) return controls.checked();
   if (script.parsed()) return script.checked();
+  if (doctor.parsed()) return doctor.checked();
   return demo.checked();
 }
 

@@ -7,6 +7,7 @@
 
 #include "arguments/ControlsArguments.h"
 #include "arguments/DemoArguments.h"
+#include "arguments/DoctorArguments.h"
 #include "arguments/RenderArguments.h"
 #include "arguments/ScriptArguments.h"
 
@@ -17,8 +18,8 @@ struct TextRequest {
   std::string text;
 };
 
-using Arguments =
-    std::variant<TextRequest, RenderArguments, ControlsArguments, ScriptArguments, DemoArguments>;
+using Arguments = std::variant<TextRequest, RenderArguments, ControlsArguments, ScriptArguments,
+                               DemoArguments, DoctorArguments>;
 
 /// Reads the command line. Throws ToolError (Usage) with one line that names the option and the
 /// remedy.

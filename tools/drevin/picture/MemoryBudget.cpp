@@ -9,6 +9,8 @@
 #include <limits>
 #include <string>
 
+#include "picture/CgroupMemory.h"
+
 namespace drevintool {
 namespace {
 
@@ -38,14 +40,6 @@ std::uint64_t leftOf(std::uint64_t limit, std::uint64_t used) {
   return used == kUnknown || used >= limit ? 0 : limit - used;
 }
 
-std::uint64_t cgroupMemory() {
-  const std::uint64_t unified =
-      leftOf(numberIn("/sys/fs/cgroup/memory.max"), numberIn("/sys/fs/cgroup/memory.current"));
-  const std::uint64_t legacy = leftOf(numberIn("/sys/fs/cgroup/memory/memory.limit_in_bytes"),
-                                      numberIn("/sys/fs/cgroup/memory/memory.usage_in_bytes"));
-  return std::min(unified, legacy);
-}
-
 std::uint64_t addressSpace() {
   rlimit limit{};
   if (getrlimit(RLIMIT_AS, &limit) != 0 || limit.rlim_cur == RLIM_INFINITY) return kUnknown;
@@ -67,6 +61,13 @@ std::atomic<std::uint64_t> setLimit{0};
 
 }  // namespace
 
+MemoryLimits memoryLimits() {
+  const auto known = [](std::uint64_t bytes) {
+    return bytes == kUnknown ? std::nullopt : std::optional<std::uint64_t>(bytes);
+  };
+  return {known(availableMemory()), cgroupMemoryLeft(), known(addressSpace())};
+}
+
 void limitMemory(std::uint64_t bytes) {
   setLimit = bytes;
 }
@@ -75,7 +76,9 @@ std::uint64_t memoryBudget() {
   if (const std::uint64_t limit = setLimit) return leftOf(limit, residentBytes());
   constexpr std::uint64_t kLeast = std::uint64_t{64} << 20;
   constexpr std::uint64_t kMost = std::uint64_t{1} << 40;
-  const std::uint64_t free = std::min({availableMemory(), cgroupMemory(), addressSpace(), kMost});
+  const MemoryLimits limits = memoryLimits();
+  const std::uint64_t free = std::min({limits.free.value_or(kMost), limits.cgroup.value_or(kMost),
+                                       limits.addressSpace.value_or(kMost), kMost});
   return std::max(kLeast, free / 4 * 3);
 }
 

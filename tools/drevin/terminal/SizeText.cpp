@@ -1,5 +1,8 @@
 #include "terminal/SizeText.h"
 
+#include <fmt/format.h>
+
+#include <array>
 #include <cctype>
 #include <cmath>
 #include <cstddef>
@@ -32,6 +35,15 @@ std::optional<std::uint64_t> parseSize(const std::string& text) {
   constexpr double kMost = 9223372036854775808.0;
   if (!number || !unit || *number * *unit < 1.0 || *number * *unit >= kMost) return std::nullopt;
   return static_cast<std::uint64_t>(*number * *unit);
+}
+
+std::string sizeText(std::uint64_t bytes) {
+  constexpr std::array<const char*, 5> kUnits = {"B", "KiB", "MiB", "GiB", "TiB"};
+  std::size_t unit = 0;
+  auto amount = static_cast<double>(bytes);
+  for (; amount >= 1024.0 && unit + 1 < kUnits.size(); ++unit)
+    amount /= 1024.0;
+  return unit == 0 ? fmt::format("{} B", bytes) : fmt::format("{:.1f} {}", amount, kUnits[unit]);
 }
 
 }  // namespace drevintool

@@ -13,4 +13,7 @@ namespace drevintool {
 /// for less than a byte or 2^63 and more.
 std::optional<std::uint64_t> parseSize(const std::string& text);
 
+/// The bytes with the largest unit that leaves at least 1 of it, to a tenth: "1.5 GiB", "12 B".
+std::string sizeText(std::uint64_t bytes);
+
 }  // namespace drevintool
