@@ -45,7 +45,7 @@ run_target() {
   real_seeds "$target" | xargs -r cp --no-preserve=mode -t "$seeds"
   local length=4000
   case $target in FlatReader) length=24000 ;; DeepReader) length=150000 ;; SampleMerge) length=600 ;; esac
-  if ! build/fuzz/bin/"${target}"_fuzz -max_total_time="$seconds" -max_len=$length -timeout=60 \
+  if ! build/fuzz/bin/"${target}"_fuzz -seed=1 -max_total_time="$seconds" -max_len=$length -timeout=60 \
     -rss_limit_mb=2500 -artifact_prefix="build/fuzz/found/$target-" "$corpus" "$seeds" >"$log" 2>&1; then
     grep -v '^#' "$log" | tail -40
     echo "$target: a finding, see $log and build/fuzz/found"
