@@ -1,7 +1,6 @@
 /// The picture that is made when the node opens.
 
 #include <algorithm>
-#include <new>
 
 #include "node/Drevin.h"
 #include "node/HostConversions.h"
@@ -69,9 +68,9 @@ void Drevin::preparePicture() {
   if (kernelBank_.empty() || aborted()) return;
   try {
     makePicture();
-  } catch (const std::bad_alloc&) {
-    // Rows one by one take longer, but little memory.
+  } catch (...) {
     picture_.clear();
+    throw;
   }
 }
 
