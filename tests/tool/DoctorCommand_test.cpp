@@ -47,6 +47,7 @@ TEST(DoctorCommand, missingPlugin_isToldAfterAllElse) {
 }
 
 TEST(DoctorCommand, addressSpaceLimit_isTold) {
+  if (DREVIN_SANITIZED) GTEST_SKIP() << "sanitizers take far more address space";
   RunOptions options;
   options.addressSpace = std::size_t{8} << 30;
   const RunResult result = runCommand({"doctor", "--json", "--plugin", builtPlugin()}, options);
