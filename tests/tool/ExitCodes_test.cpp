@@ -83,8 +83,9 @@ TEST_F(ExitCodes, aPluginThatIsMissingOrNone_isFive) {
 TEST_F(ExitCodes, aPluginThatIsCutOff_isFive) {
   const std::string whole = bytesOfFile(builtPlugin());
   const std::string file = folder_.file("cut.so");
-  for (const std::size_t length :
-       {std::size_t{0}, std::size_t{100}, std::size_t{5000}, whole.size() / 4, whole.size() / 2}) {
+  // Far less than its code; behind that there may be much that is never loaded.
+  for (const std::size_t length : {0U, 100U, 5000U, 100000U}) {
+    ASSERT_LT(length, whole.size() / 4);
     writeBytes(file, whole.substr(0, length));
     expectRefused({"render", "--plugin", file, "--input", input_, "--output", output_}, 5, {file});
   }
