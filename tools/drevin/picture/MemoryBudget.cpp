@@ -6,7 +6,6 @@
 #include <algorithm>
 #include <atomic>
 #include <fstream>
-#include <limits>
 #include <string>
 
 #include "picture/CgroupMemory.h"
@@ -14,16 +13,7 @@
 namespace drevintool {
 namespace {
 
-constexpr std::uint64_t kUnknown = std::numeric_limits<std::uint64_t>::max();
-
-// The number at the start of a file; unknown if it is missing or says "max".
-std::uint64_t numberIn(const char* path) {
-  std::ifstream file(path);
-  std::uint64_t number = 0;
-  return file >> number ? number : kUnknown;
-}
-
-std::uint64_t availableMemory() {
+std::optional<std::uint64_t> availableMemory() {
   std::ifstream file("/proc/meminfo");
   std::string key;
   std::uint64_t kibibytes = 0;
@@ -32,29 +22,32 @@ std::uint64_t availableMemory() {
     if (key == "MemAvailable:") return kibibytes * 1024;
     std::getline(file, unit);
   }
-  return kUnknown;
+  return std::nullopt;
 }
 
-std::uint64_t leftOf(std::uint64_t limit, std::uint64_t used) {
-  if (limit == kUnknown) return kUnknown;
-  return used == kUnknown || used >= limit ? 0 : limit - used;
-}
+/// What this process has, in bytes; 0 where the system does not tell.
+struct ProcessMemory {
+  std::uint64_t addressSpace = 0;
+  std::uint64_t resident = 0;
+};
 
-std::uint64_t addressSpace() {
-  rlimit limit{};
-  if (getrlimit(RLIMIT_AS, &limit) != 0 || limit.rlim_cur == RLIM_INFINITY) return kUnknown;
-  const std::uint64_t pages = numberIn("/proc/self/statm");
-  const std::uint64_t pageSize = static_cast<std::uint64_t>(sysconf(_SC_PAGESIZE));
-  return leftOf(limit.rlim_cur, pages == kUnknown ? 0 : pages * pageSize);
-}
-
-// The second number of the file, in pages.
-std::uint64_t residentBytes() {
+ProcessMemory processMemory() {
   std::ifstream file("/proc/self/statm");
   std::uint64_t size = 0;
   std::uint64_t resident = 0;
-  if (!(file >> size >> resident)) return 0;
-  return resident * static_cast<std::uint64_t>(sysconf(_SC_PAGESIZE));
+  if (!(file >> size >> resident)) return {};
+  const auto pageSize = static_cast<std::uint64_t>(sysconf(_SC_PAGESIZE));
+  return {size * pageSize, resident * pageSize};
+}
+
+std::uint64_t leftOf(std::uint64_t limit, std::uint64_t used) {
+  return used >= limit ? 0 : limit - used;
+}
+
+std::optional<std::uint64_t> addressSpaceLeft() {
+  rlimit limit{};
+  if (getrlimit(RLIMIT_AS, &limit) != 0 || limit.rlim_cur == RLIM_INFINITY) return std::nullopt;
+  return leftOf(limit.rlim_cur, processMemory().addressSpace);
 }
 
 std::atomic<std::uint64_t> setLimit{0};
@@ -62,10 +55,7 @@ std::atomic<std::uint64_t> setLimit{0};
 }  // namespace
 
 MemoryLimits memoryLimits() {
-  const auto known = [](std::uint64_t bytes) {
-    return bytes == kUnknown ? std::nullopt : std::optional<std::uint64_t>(bytes);
-  };
-  return {known(availableMemory()), cgroupMemoryLeft(), known(addressSpace())};
+  return {availableMemory(), cgroupMemoryLeft(), addressSpaceLeft()};
 }
 
 void limitMemory(std::uint64_t bytes) {
@@ -73,7 +63,7 @@ void limitMemory(std::uint64_t bytes) {
 }
 
 std::uint64_t memoryBudget() {
-  if (const std::uint64_t limit = setLimit) return leftOf(limit, residentBytes());
+  if (const std::uint64_t limit = setLimit) return leftOf(limit, processMemory().resident);
   constexpr std::uint64_t kLeast = std::uint64_t{64} << 20;
   constexpr std::uint64_t kMost = std::uint64_t{1} << 40;
   const MemoryLimits limits = memoryLimits();
