@@ -41,6 +41,12 @@ TEST(NumberText, doubleValue_keepsItsDigits) {
   EXPECT_EQ(numberText(0.1), "0.1");
 }
 
+TEST(ExactNumberText, singlePrecisionValue_keepsTheDigitsOfTheDouble) {
+  EXPECT_EQ(exactNumberText(0.1), "0.1");
+  EXPECT_EQ(exactNumberText(88888888.0), "88888888");
+  EXPECT_EQ(parseNumber(exactNumberText(static_cast<double>(0.1F))), static_cast<double>(0.1F));
+}
+
 TEST(TidyNumber, singlePrecisionValue_isItsShortDecimal) {
   EXPECT_EQ(tidyNumber(static_cast<double>(24.89F)), 24.89);
   EXPECT_EQ(tidyNumber(-0.0), -0.0);

@@ -84,5 +84,19 @@ TEST(ScriptCurve, text_readsBack) {
     EXPECT_EQ(back->curve.at(frame), curve.at(frame)) << frame;
 }
 
+TEST(ScriptCurve, textOfFloatsAndLargeNumbers_readsBackToTheLastDigit) {
+  // 88888888 is a single precision value that "8.888889e+07" spells too, as another double; the
+  // frames are one and two, though they are the same in single precision.
+  const ControlCurve curve(
+      {{0.1, 88888888.0, false}, {static_cast<double>(0.1F), 888888888888.5, false}});
+  const auto back = parseScriptCurve(scriptCurveText(curve));
+  ASSERT_TRUE(back);
+  ASSERT_EQ(back->curve.keys().size(), 2U);
+  for (std::size_t i = 0; i < 2; ++i) {
+    EXPECT_EQ(back->curve.keys()[i].frame, curve.keys()[i].frame) << i;
+    EXPECT_EQ(back->curve.keys()[i].value, curve.keys()[i].value) << i;
+  }
+}
+
 }  // namespace
 }  // namespace drevintool

@@ -83,7 +83,7 @@ std::string scriptCurveText(const ControlCurve& curve) {
   for (const CurveKey& key : curve.keys()) {
     if (constant != key.constant) text += key.constant ? " K" : " L";
     constant = key.constant;
-    text += " x" + numberText(key.frame) + " " + numberText(key.value);
+    text += " x" + exactNumberText(key.frame) + " " + exactNumberText(key.value);
   }
   return text;
 }

@@ -36,7 +36,11 @@ std::optional<int> parseInteger(const std::string& text) {
 std::string numberText(double value) {
   const bool single =
       std::fabs(value) <= kMostFloat && static_cast<double>(static_cast<float>(value)) == value;
-  return single ? fmt::format("{}", static_cast<float>(value)) : fmt::format("{}", value);
+  return single ? fmt::format("{}", static_cast<float>(value)) : exactNumberText(value);
+}
+
+std::string exactNumberText(double value) {
+  return fmt::format("{}", value);
 }
 
 double tidyNumber(double value) {

@@ -18,6 +18,10 @@ std::optional<int> parseInteger(const std::string& text);
 /// where `value` is not a single precision value.
 std::string numberText(double value);
 
+/// The shortest text that reads back to the same double: "88888888", where numberText says
+/// "8.888889e+07", which is the same single precision value but another double.
+std::string exactNumberText(double value);
+
 /// The value that numberText spells: 0.1 for the float nearest to 0.1.
 double tidyNumber(double value);
 
