@@ -9,6 +9,7 @@
 #include "controls/ScriptCommand.h"
 #include "demo/DemoCommand.h"
 #include "doctor/DoctorCommand.h"
+#include "inspect/InspectCommand.h"
 #include "render/RenderCommand.h"
 #include "terminal/ExitCode.h"
 #include "terminal/Messages.h"
@@ -32,6 +33,10 @@ int run(const ScriptArguments& arguments) {
 }
 int run(const DemoArguments& arguments) {
   return runDemo(arguments.directory);
+}
+
+int run(const InspectArguments& arguments) {
+  return runInspect(arguments);
 }
 
 int run(const DoctorArguments& arguments) {

@@ -8,6 +8,7 @@
 #include "arguments/ControlsParser.h"
 #include "arguments/DemoParser.h"
 #include "arguments/DoctorParser.h"
+#include "arguments/InspectParser.h"
 #include "arguments/OptionChecks.h"
 #include "arguments/RenderParser.h"
 #include "arguments/ScriptParser.h"
@@ -52,6 +53,7 @@ Arguments parseArguments(int count, const char* const* texts) {
   const ScriptParser script(app);
   const DemoParser demo(app);
   const DoctorParser doctor(app);
+  const InspectParser inspect(app);
   try {
     app.parse(count, texts);
   } catch (const CLI::CallForHelp&) {
@@ -64,6 +66,7 @@ Arguments parseArguments(int count, const char* const* texts) {
   if (render.parsed()) return render.checked();
   if (controls.parsed()) return controls.checked();
   if (script.parsed()) return script.checked();
+  if (inspect.parsed()) return inspect.checked();
   if (doctor.parsed()) return doctor.checked();
   return demo.checked();
 }

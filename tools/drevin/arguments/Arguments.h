@@ -8,6 +8,7 @@
 #include "arguments/ControlsArguments.h"
 #include "arguments/DemoArguments.h"
 #include "arguments/DoctorArguments.h"
+#include "arguments/InspectArguments.h"
 #include "arguments/RenderArguments.h"
 #include "arguments/ScriptArguments.h"
 
@@ -19,7 +20,7 @@ struct TextRequest {
 };
 
 using Arguments = std::variant<TextRequest, RenderArguments, ControlsArguments, ScriptArguments,
-                               DemoArguments, DoctorArguments>;
+                               DemoArguments, DoctorArguments, InspectArguments>;
 
 /// Reads the command line. Throws ToolError (Usage) with one line that names the option and the
 /// remedy.

@@ -33,6 +33,11 @@ PictureSize sizeOf(const Picture& picture) {
   return {picture.width, picture.height, picture.pixelAspect};
 }
 
+std::map<std::string, CameraFinding> headerFindings(const Node& node, const Picture& picture) {
+  if (!picture.attributes) return {};
+  return findHeaderCamera(picture.attributes->header, sizeOf(picture), metresPerUnit(node));
+}
+
 std::string shown(const CameraKey& key, const CameraFinding& finding) {
   const std::string unit = key.unit;
   return std::string(key.name) + " " + numberText(finding.value) + (unit.empty() ? "" : " ") +
@@ -116,12 +121,6 @@ FoundCamera CameraOption::at(std::optional<double> frame, const Node& node,
   return camera;
 }
 
-std::map<std::string, CameraFinding> CameraOption::headerFindings(const Node& node,
-                                                                  const Picture& picture) const {
-  if (!picture.attributes) return {};
-  return findHeaderCamera(picture.attributes->header, sizeOf(picture), metresPerUnit(node));
-}
-
 void CameraOption::checkEnough(const std::map<std::string, CameraFinding>& findings,
                                const Picture& picture) const {
   std::string missing;
@@ -140,8 +139,14 @@ void CameraOption::checkEnough(const std::map<std::string, CameraFinding>& findi
                           "; give the rest as --camera header" + remedy));
 }
 
-std::string cameraLine(const FoundCamera& camera) {
-  return listOf(camera.findings);
+std::string cameraLine(const std::map<std::string, CameraFinding>& findings) {
+  return listOf(findings);
+}
+
+std::map<std::string, CameraFinding> cameraOfHeader(const Node& node, const Picture& picture) {
+  auto findings = headerFindings(node, picture);
+  addPictureShape(sizeOf(picture), findings);
+  return findings;
 }
 
 void setLensControls(Node& node, const embedded::CameraValues& values) {

@@ -52,8 +52,6 @@ class CameraOption {
  private:
   [[noreturn]] void fail(const std::string& reason) const;
   void takeTexts(const std::string& list);
-  std::map<std::string, CameraFinding> headerFindings(const Node& node,
-                                                      const Picture& picture) const;
   void checkEnough(const std::map<std::string, CameraFinding>& findings,
                    const Picture& picture) const;
 
@@ -63,7 +61,11 @@ class CameraOption {
 };
 
 /// "focalLength 35 mm (cameraFocalLength), fStop 8 (cameraFNumber), ...".
-std::string cameraLine(const FoundCamera& camera);
+std::string cameraLine(const std::map<std::string, CameraFinding>& findings);
+
+/// What the picture's header says of its camera, as far as it does, by the names of cameraKeys; the
+/// node's controls worldScale and worldScaleMultiplier turn metres into scene units.
+std::map<std::string, CameraFinding> cameraOfHeader(const Node& node, const Picture& picture);
 
 /// Gives the node's own lens controls the values, with a film format of the artist's own.
 void setLensControls(Node& node, const embedded::CameraValues& values);

@@ -15,6 +15,8 @@ struct DeepSampleCounts {
   std::uint64_t samples = 0;
   std::uint64_t thick = 0;      ///< whose back lies behind the front
   std::uint64_t notFinite = 0;  ///< with a depth or a value that is NaN or infinite
+  std::uint64_t inverted = 0;   ///< whose back lies before the front
+  std::uint64_t unsorted = 0;   ///< pixels whose samples are not stored nearest first
   std::uint64_t mostPerPixel = 0;
 };
 

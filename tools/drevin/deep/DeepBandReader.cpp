@@ -97,6 +97,7 @@ class BandFilling {
       complete(samples, samples + counts_[pixel] * size);
       countThick(pixel, samples);
       countNotFinite(pixel, samples);
+      countOddDepths(pixel, samples);
       embedded::sortNearestFirst(samples, counts_[pixel], size, front, back);
     }
     return band_;
@@ -132,6 +133,20 @@ class BandFilling {
     }
     if (thick > kMostThickSamples) failPixel(pixel, thick, "thick samples", kMostThickSamples);
     band_->counts.thick += thick;
+  }
+
+  void countOddDepths(std::size_t pixel, const float* sample) {
+    const std::size_t front = place(Chan_DeepFront);
+    const std::size_t back = place(Chan_DeepBack);
+    bool sorted = true;
+    for (std::uint32_t i = 0; i < counts_[pixel]; ++i, sample += band_->channels.size()) {
+      if (sample[back] < sample[front]) ++band_->counts.inverted;
+      if (i == 0) continue;
+      const float* before = sample - band_->channels.size();
+      const bool tie = sample[front] == before[front];
+      if (sample[front] < before[front] || (tie && sample[back] < before[back])) sorted = false;
+    }
+    if (!sorted) ++band_->counts.unsorted;
   }
 
   void point(ChannelPointers& entry) {

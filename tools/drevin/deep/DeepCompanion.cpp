@@ -26,7 +26,7 @@ std::string sizeText(const std::string& path, int width, int height) {
 
 }  // namespace
 
-Picture blackPicture(const DeepExrSource& deep) {
+Picture emptyPicture(const DeepExrSource& deep) {
   Picture picture;
   picture.path = deep.path();
   picture.display = deep.display();
@@ -35,6 +35,11 @@ Picture blackPicture(const DeepExrSource& deep) {
   picture.pixelAspect = deep.format().pixel_aspect();
   picture.box = pixelBox(deep.box());
   picture.attributes = deep.attributes();
+  return picture;
+}
+
+Picture blackPicture(const DeepExrSource& deep) {
+  Picture picture = emptyPicture(deep);
   checkMemory(static_cast<double>(picture.box.area()) * sizeof(float), memoryBudget(), deep.path());
   addBlackColours(picture);
   return picture;

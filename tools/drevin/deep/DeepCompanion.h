@@ -7,6 +7,9 @@
 
 namespace drevintool {
 
+/// The deep picture's windows and attributes, without channels.
+Picture emptyPicture(const DeepExrSource& deep);
+
 /// Black R, G, B and A over the deep picture's box, with its windows and attributes. Throws
 /// ToolError (InputUnreadable) with one line that names the file if there is no memory for it.
 Picture blackPicture(const DeepExrSource& deep);

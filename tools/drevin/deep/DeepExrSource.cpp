@@ -166,6 +166,8 @@ void DeepExrSource::count(std::size_t number, const DeepBand& band) {
   counted_[number] = true;
   counts_.samples += band.counts.samples;
   counts_.thick += band.counts.thick;
+  counts_.inverted += band.counts.inverted;
+  counts_.unsorted += band.counts.unsorted;
   counts_.mostPerPixel = std::max(counts_.mostPerPixel, band.counts.mostPerPixel);
 }
 

@@ -19,6 +19,11 @@ std::optional<Imf::Compression> compressionNamed(const std::string& name) {
   return static_cast<Imf::Compression>(found - kNames.begin());
 }
 
+std::string compressionName(int number) {
+  const bool known = number >= 0 && number < static_cast<int>(kNames.size());
+  return known ? kNames[static_cast<std::size_t>(number)] : "unknown";
+}
+
 std::string compressionList() {
   std::string list;
   for (const char* name : kNames)

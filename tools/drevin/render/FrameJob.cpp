@@ -160,7 +160,7 @@ std::unique_ptr<embedded::CameraInput> FrameJob::connectCameraTo(Node& node) {
   const FoundCamera found = camera_->at(task_.frame, node, &pictures_->image());
   findings_ = found.findings;
   if (camera_->isHeader() && !arguments_.quiet) {
-    printNote(withFrameName(task_, "camera: " + cameraLine(found)));
+    printNote(withFrameName(task_, "camera: " + cameraLine(found.findings)));
   }
   auto camera = std::make_unique<embedded::CameraInput>(found.values);
   connectCamera(node, *camera);

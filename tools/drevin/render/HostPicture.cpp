@@ -5,32 +5,12 @@
 #include <vector>
 
 #include "DDImage/Thread.h"
-#include "picture/HalfFloat.h"
+#include "picture/FloatSamples.h"
 
 namespace drevintool {
 namespace {
 
 using SharedPlane = std::shared_ptr<const embedded::Plane>;
-
-SharedPlane planeOf(const FloatSamples& samples) {
-  return samples;
-}
-
-SharedPlane planeOf(const HalfSamples& samples) {
-  auto plane = std::make_shared<embedded::Plane>();
-  plane->reserve(samples->size());
-  for (const std::uint16_t bits : *samples)
-    plane->push_back(floatFromHalf(bits));
-  return plane;
-}
-
-SharedPlane planeOf(const UintSamples& samples) {
-  auto plane = std::make_shared<embedded::Plane>();
-  plane->reserve(samples->size());
-  for (const std::uint32_t number : *samples)
-    plane->push_back(static_cast<float>(number));
-  return plane;
-}
 
 // Planes made by many threads, a channel at a time.
 class PlaneWork {
@@ -40,7 +20,7 @@ class PlaneWork {
 
   void run() {
     for (std::size_t i = next_++; i < samples_.size(); i = next_++)
-      planes_[i] = std::visit([](const auto& s) { return planeOf(s); }, *samples_[i]);
+      planes_[i] = floatSamples(*samples_[i]);
   }
 
  private:

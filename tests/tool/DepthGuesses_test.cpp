@@ -1,0 +1,144 @@
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <limits>
+
+#include "DepthPlaneFixture.h"
+#include "RealPictures.h"
+#include "depth/BackgroundFinding.h"
+#include "depth/DepthCodes.h"
+#include "depth/StyleGuess.h"
+#include "depth/UnitGuess.h"
+#include "picture/ChannelNames.h"
+#include "picture/ExrReader.h"
+
+namespace drevintool::testing {
+namespace {
+
+constexpr float kNan = std::numeric_limits<float>::quiet_NaN();
+constexpr float kInfinity = std::numeric_limits<float>::infinity();
+
+TEST(DepthCodes, valuesThatAreNoDistances_areBackground) {
+  const DepthCodes real{DepthStyle::Real, false};
+  for (const float code : {0.0F, -0.0F, kNan, kInfinity, -kInfinity, 1e10F, 1e30F, -1e10F})
+    EXPECT_TRUE(real.isBackground(code)) << code;
+  for (const float depth : {1e-30F, -5.0F, 100.0F, 65504.0F, 9.9e9F})
+    EXPECT_FALSE(real.isBackground(depth)) << depth;
+}
+
+TEST(DepthCodes, zeroIn1OverZ_isInfinitelyFarAndNoCode) {
+  const DepthCodes reciprocal{DepthStyle::Reciprocal, false};
+  EXPECT_FALSE(reciprocal.isBackground(0.0F));
+  EXPECT_TRUE(std::isinf(reciprocal.distance(0.0F)));
+  EXPECT_FLOAT_EQ(reciprocal.distance(0.25F), 4.0F);
+}
+
+TEST(DepthCodes, largestHalf_isBackgroundInHalvesOnly) {
+  EXPECT_TRUE((DepthCodes{DepthStyle::Real, true}.isBackground(65504.0F)));
+  EXPECT_FALSE((DepthCodes{DepthStyle::Real, false}.isBackground(65504.0F)));
+}
+
+// A floor that runs away from the camera: 1/z falls in a straight line towards the horizon.
+float floorReciprocal(int x, int y) {
+  return 0.02F + 0.001F * static_cast<float>(y) + 0.0003F * static_cast<float>(x);
+}
+
+TEST(StyleGuess, floorInDistances_isReal) {
+  const auto plane = planeOf(120, 90, [](int x, int y) { return 1.0F / floorReciprocal(x, y); });
+  const SlopeVotes votes = slopeVotes(plane);
+  EXPECT_GT(votes.distances, 9 * votes.reciprocals);
+  EXPECT_EQ(guessStyle(plane).style, DepthStyle::Real);
+}
+
+TEST(StyleGuess, floorIn1OverZ_isReciprocalEvenAboveOne) {
+  for (const float unit : {1.0F, 100.0F}) {
+    const auto plane =
+        planeOf(120, 90, [unit](int x, int y) { return unit * floorReciprocal(x, y); });
+    EXPECT_EQ(guessStyle(plane).style, DepthStyle::Reciprocal) << unit;
+  }
+}
+
+TEST(StyleGuess, normalisedDistancesOfAFloor_areReal) {
+  const auto plane = planeOf(120, 90, [](int x, int y) { return 0.02F / floorReciprocal(x, y); });
+  EXPECT_EQ(guessStyle(plane).style, DepthStyle::Real);
+}
+
+TEST(StyleGuess, withoutSlopes_rangeDecides) {
+  EXPECT_EQ(guessStyle(rowOf({5, 5, 9, 9})).style, DepthStyle::Real);
+  EXPECT_EQ(guessStyle(rowOf({-0.5F, 0, 0.5F})).style, DepthStyle::Real);
+  EXPECT_EQ(guessStyle(rowOf({0, 0.1F, 0.1F, 0.5F})).style, DepthStyle::Reciprocal);
+  EXPECT_EQ(guessStyle(rowOf({0.1F, 0.1F, 1.0F})).style, DepthStyle::Real);
+}
+
+// The other way round there are no such pictures: they are made of those in distances.
+TEST(StyleGuess, realPicturesTurnedInto1OverZ_areReciprocal) {
+  SKIP_WITHOUT_PICTURES();
+  for (const char* name : {"courtyard.exr", "beachball.singlepart.0001.exr"}) {
+    const Picture picture = readExr(pictureFolder() + "/flat/" + name);
+    const DepthPlane depth = depthPlane(picture, *findChannel(picture, "Z"));
+    const PixelBox& box = depth.box;
+    const auto reciprocal = planeOf(box.r - box.x, box.t - box.y, [&](int x, int y) {
+      const float z = depth.at(box.x + x, box.y + y);
+      return z == 0.0F || z >= kFarCode ? 0.0F : 1.0F / z;
+    });
+    EXPECT_EQ(guessStyle(depth).style, DepthStyle::Real) << name;
+    EXPECT_EQ(guessStyle(reciprocal).style, DepthStyle::Reciprocal) << name;
+  }
+}
+
+TEST(StyleGuess, codesAlone_areRealWithoutAFault) {
+  EXPECT_EQ(guessStyle(rowOf({kNan, kInfinity, 1e10F})).style, DepthStyle::Real);
+  EXPECT_EQ(guessStyle(rowOf({})).style, DepthStyle::Real);
+}
+
+TEST(BackgroundFinding, depthOfPixelsWithoutAlpha_isIt) {
+  const DepthPlane depth = rowOf({0, 0, 0, 9, 9.5F, 10});
+  const DepthPlane alpha = rowOf({0, 0, 0, 0.5F, 1, 1});
+  const auto found = findBackground(depth, &alpha);
+  ASSERT_TRUE(found);
+  EXPECT_EQ(found->value, 0.0F);
+  EXPECT_EQ(found->pixels, 3U);
+}
+
+TEST(BackgroundFinding, depthOfPixelsWithoutAlphaAmongTheOthers_isNot) {
+  const DepthPlane depth = rowOf({9.5F, 9.5F, 9, 9.5F, 10, 10});
+  const DepthPlane alpha = rowOf({0, 0, 1, 1, 1, 1});
+  EXPECT_FALSE(findBackground(depth, &alpha));
+}
+
+TEST(BackgroundFinding, mostFrequentCode_isIt) {
+  const auto found = findBackground(rowOf({1e10F, kInfinity, kInfinity, 3, 4, 5}), nullptr);
+  ASSERT_TRUE(found);
+  EXPECT_EQ(found->value, kInfinity);
+  EXPECT_EQ(found->pixels, 2U);
+}
+
+TEST(BackgroundFinding, nan_isFoundAsOneValue) {
+  const auto found = findBackground(rowOf({kNan, -kNan, 3, 4, 5}), nullptr);
+  ASSERT_TRUE(found);
+  EXPECT_TRUE(std::isnan(found->value));
+  EXPECT_EQ(found->pixels, 2U);
+}
+
+TEST(BackgroundFinding, planeFarBehindAllThings_isIt) {
+  const auto found = findBackground(rowOf({5, 20, 10000, 10000}), nullptr);
+  ASSERT_TRUE(found);
+  EXPECT_EQ(found->value, 10000.0F);
+}
+
+TEST(BackgroundFinding, ordinaryDepths_haveNone) {
+  EXPECT_FALSE(findBackground(rowOf({5, 6, 7, 20}), nullptr));
+  EXPECT_FALSE(findBackground(rowOf({5, 5, 5}), nullptr));
+  EXPECT_FALSE(findBackground(rowOf({}), nullptr));
+}
+
+TEST(UnitGuess, medianDistance_namesTheUnit) {
+  EXPECT_EQ(guessUnit(4.4F), "m");
+  EXPECT_EQ(guessUnit(400.0F), "cm");
+  EXPECT_EQ(guessUnit(4000.0F), "mm");
+  for (const float unknown : {0.0F, 0.1F, -4.0F, 1e6F, kNan, kInfinity})
+    EXPECT_EQ(guessUnit(unknown), "") << unknown;
+}
+
+}  // namespace
+}  // namespace drevintool::testing

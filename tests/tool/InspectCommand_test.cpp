@@ -1,0 +1,324 @@
+#include <gtest/gtest.h>
+
+#include <limits>
+#include <nlohmann/json.hpp>
+
+#include "CommandRun.h"
+#include "DeepExrFixture.h"
+#include "ExrFixture.h"
+#include "RealPictures.h"
+#include "ScratchFolder.h"
+
+namespace drevintool::testing {
+namespace {
+
+using nlohmann::ordered_json;
+using Arguments = std::vector<std::string>;
+
+constexpr double kInfinity = std::numeric_limits<double>::infinity();
+constexpr double kNan = std::numeric_limits<double>::quiet_NaN();
+
+RunResult inspect(const Arguments& more) {
+  Arguments arguments = {"inspect", "--plugin", builtPlugin()};
+  arguments.insert(arguments.end(), more.begin(), more.end());
+  return runCommand(arguments);
+}
+
+ordered_json inspectJson(const Arguments& more) {
+  Arguments arguments = {"--json"};
+  arguments.insert(arguments.end(), more.begin(), more.end());
+  const RunResult result = inspect(arguments);
+  EXPECT_EQ(result.exitCode, 0) << result.error;
+  return ordered_json::parse(result.out);
+}
+
+// The channel of that name, wherever its layer stands.
+ordered_json channelOf(const ordered_json& file, const std::string& name) {
+  for (const ordered_json& layer : file["layers"]) {
+    for (const ordered_json& channel : layer["channels"]) {
+      if (channel["name"] == name) return channel;
+    }
+  }
+  return nullptr;
+}
+
+class InspectCommand : public ::testing::Test {
+ protected:
+  ordered_json inspectPart(const PartFixture& part, const Arguments& more = {}) const {
+    writeExrFixture(file_, part);
+    Arguments arguments = {file_};
+    arguments.insert(arguments.end(), more.begin(), more.end());
+    return inspectJson(arguments).at(0);
+  }
+
+  ordered_json inspectDeep(const DeepPartFixture& part) const {
+    writeDeepFixture(file_, {part});
+    return inspectJson({file_}).at(0)["deep"];
+  }
+
+  ScratchFolder folder_;
+  std::string file_ = folder_.file("in.exr");
+};
+
+TEST_F(InspectCommand, flatPicture_hasItsWindowsAndTypes) {
+  PartFixture part = rgbazPart(20, 10, 12.5);
+  part.data = Imath::Box2i({-2, 1}, {15, 8});
+  part.pixelAspect = 2.0F;
+  part.compression = Imf::PIZ_COMPRESSION;
+  const ordered_json file = inspectPart(part);
+  EXPECT_EQ(file["file"], file_);
+  EXPECT_EQ(file["format"], ordered_json::parse(R"({"width":20,"height":10,"pixelAspect":2.0})"));
+  ASSERT_EQ(file["parts"].size(), 1U);
+  EXPECT_EQ(file["parts"][0]["dataWindow"], ordered_json::parse("[-2,1,15,8]"));
+  EXPECT_EQ(file["parts"][0]["displayWindow"], ordered_json::parse("[0,0,19,9]"));
+  EXPECT_EQ(file["parts"][0]["compression"], "piz");
+  EXPECT_EQ(channelOf(file, "R")["type"], "half");
+  EXPECT_EQ(channelOf(file, "Z")["type"], "float");
+  EXPECT_EQ(channelOf(file, "Z")["min"], 12.5);
+  EXPECT_TRUE(file["deep"].is_null());
+  EXPECT_EQ(file["depth"]["channel"], "Z");
+}
+
+TEST_F(InspectCommand, valuesThatAreNotFinite_areCountedAndNoRange) {
+  PartFixture part = rgbazPart(8, 4, 5.0);
+  part.channels[0].value = [](int x, int y) {
+    return y == 0 ? kNan : x == 0 ? kInfinity : x - 3.0;
+  };
+  const ordered_json channel = channelOf(inspectPart(part), part.channels[0].name);
+  EXPECT_EQ(channel["nan"], 8);
+  EXPECT_EQ(channel["infinite"], 3);
+  EXPECT_EQ(channel["min"], -2.0);
+  EXPECT_EQ(channel["max"], 4.0);
+}
+
+TEST_F(InspectCommand, channelWithoutFiniteValue_hasNoRange) {
+  PartFixture part = rgbazPart(8, 4, kInfinity);
+  const ordered_json file = inspectPart(part);
+  EXPECT_TRUE(channelOf(file, "Z")["min"].is_null());
+  EXPECT_EQ(file["depth"]["background"]["value"], "inf");
+  EXPECT_TRUE(file["depth"]["near"].is_null());
+}
+
+TEST_F(InspectCommand, ranges_areOverThePixelsOfTheChannelsPart) {
+  PartFixture colours = rgbazPart(20, 10, 5.0);
+  colours.channels.pop_back();
+  colours.name = "colours";
+  PartFixture depth = rgbazPart(20, 10, 5.0);
+  depth.channels.erase(depth.channels.begin(), depth.channels.end() - 1);
+  depth.data = Imath::Box2i({4, 4}, {9, 7});
+  depth.name = "depth";
+  writeMultiPartFixture(file_, {colours, depth});
+  const ordered_json file = inspectJson({file_}).at(0);
+  EXPECT_EQ(channelOf(file, "Z")["min"], 5.0);
+  EXPECT_EQ(file["depth"]["pixels"], 24);
+  EXPECT_TRUE(file["depth"]["background"].is_null());
+}
+
+TEST_F(InspectCommand, depthChannel_isTheOneThatRenderTakes) {
+  PartFixture part = rgbazPart(8, 4, 5.0);
+  part.channels.push_back({"left.Z", Imf::FLOAT, [](int, int) { return 7.0; }});
+  part.channels.push_back({"normals.X", Imf::FLOAT, [](int, int) { return 0.5; }});
+  part.channels.push_back({"normals.Z", Imf::FLOAT, [](int, int) { return 0.5; }});
+  const ordered_json usual = inspectPart(part);
+  EXPECT_EQ(usual["depth"]["channel"], "Z");
+  EXPECT_EQ(usual["depth"]["others"], ordered_json::parse(R"(["left.Z"])"));
+  const ordered_json set = inspectPart(part, {"--set", "depthChannel=left.Z"});
+  EXPECT_EQ(set["depth"]["channel"], "left.Z");
+  EXPECT_EQ(set["depth"]["near"], 7.0);
+}
+
+TEST_F(InspectCommand, pictureWithoutDepth_saysWhichChannelWouldDo) {
+  PartFixture part = rgbazPart(8, 4, 5.0);
+  part.channels.back().name = "depth.left";
+  const ordered_json file = inspectPart(part);
+  EXPECT_TRUE(file["depth"]["channel"].is_null());
+  EXPECT_EQ(file["depth"]["others"], ordered_json::parse(R"(["depth.left"])"));
+  EXPECT_NE(inspect({file_}).out.find("--set depthChannel=NAME"), std::string::npos);
+}
+
+TEST_F(InspectCommand, distancesIn1OverZ_areInSceneUnits) {
+  PartFixture part = rgbazPart(8, 4, 0.0);
+  part.channels.back().value = [](int x, int) { return x < 4 ? 0.0 : 0.25; };
+  const ordered_json depth = inspectPart(part)["depth"];
+  EXPECT_EQ(depth["style"]["guess"], "1/z");
+  EXPECT_EQ(depth["near"], 4.0);
+  EXPECT_EQ(depth["far"], 4.0);
+  EXPECT_EQ(depth["pixels"], 16);
+  EXPECT_EQ(depth["background"]["value"], 0.0);
+}
+
+TEST_F(InspectCommand, averagedEdge_isCounted) {
+  PartFixture part = rgbazPart(12, 5, 0.0);
+  part.channels.back().value = [](int x, int) { return x < 6 ? 5.0 : x == 6 ? 9.0 : 20.0; };
+  EXPECT_EQ(inspectPart(part)["depth"]["mixedPixels"], 5);
+}
+
+TEST_F(InspectCommand, deepSamples_areCountedByWhatIsOddAboutThem) {
+  DeepPartFixture part = opaqueDeepPart(6, 1, 0.0);
+  part.channels.push_back({"ZBack", Imf::FLOAT});
+  part.samples = [](int x, int) {
+    const auto sample = [](double alpha, double front, double back) {
+      return std::vector<double>{alpha, 0.25, 0.5, 0.75, front, back};
+    };
+    const std::vector<DeepPixelFixture> pixels = {
+        {},
+        {sample(0.5, 3, 3)},                       // a point
+        {sample(0.5, 3, 5), sample(0.5, 4, 6)},    // overlap
+        {sample(0.5, 9, 9), sample(0.5, 2, 2)},    // not nearest first
+        {sample(1.5, 4, 2)},                       // too opaque, back before front
+        {sample(0.5, 1, 2), sample(0.5, 2, kNan)}  // touching; not finite
+    };
+    return pixels[static_cast<std::size_t>(x)];
+  };
+  const ordered_json deep = inspectDeep(part);
+  EXPECT_EQ(deep["samples"]["all"], 8);
+  EXPECT_EQ(deep["samples"]["mostPerPixel"], 2);
+  EXPECT_EQ(deep["samples"]["medianPerPixel"], 1);
+  EXPECT_EQ(deep["pixels"], 6);
+  EXPECT_EQ(deep["emptyPixels"], 1);
+  EXPECT_EQ(deep["thick"], 3);
+  EXPECT_EQ(deep["inverted"], 1);
+  EXPECT_EQ(deep["points"], 4);
+  EXPECT_EQ(deep["overlappingPixels"], 1);
+  EXPECT_EQ(deep["unsortedPixels"], 1);
+  EXPECT_EQ(deep["alphaAboveOne"], 1);
+  EXPECT_EQ(deep["notFinite"], 1);
+  EXPECT_EQ(deep["near"], 1.0);
+  EXPECT_EQ(deep["far"], 9.0);
+}
+
+TEST_F(InspectCommand, fileThatCannotBeRead_leavesTheOthersTold) {
+  writeExrFixture(file_, rgbazPart(8, 4, 5.0));
+  const std::string bad = folder_.file("bad.exr");
+  writeBytes(bad, "no picture");
+  const RunResult result = inspect({bad, file_});
+  EXPECT_EQ(result.exitCode, 3);
+  EXPECT_TRUE(isOneErrorLine(result.error)) << result.error;
+  EXPECT_NE(result.error.find(bad), std::string::npos);
+  EXPECT_NE(result.out.find(file_ + "\n"), std::string::npos);
+  const RunResult json = inspect({"--json", bad, file_});
+  EXPECT_EQ(json.exitCode, 3);
+  const ordered_json files = ordered_json::parse(json.out);
+  ASSERT_EQ(files.size(), 2U);
+  EXPECT_EQ(files[0]["file"], bad);
+  EXPECT_TRUE(files[0].contains("error"));
+  EXPECT_EQ(files[1]["depth"]["channel"], "Z");
+}
+
+TEST_F(InspectCommand, sequence_isToldFrameByFrame) {
+  writeExrFixture(folder_.file("a.0001.exr"), rgbazPart(8, 4, 5.0));
+  writeExrFixture(folder_.file("a.0003.exr"), rgbazPart(8, 4, 6.0));
+  const ordered_json files = inspectJson({folder_.file("a.####.exr"), "--frames", "1-3x2"});
+  ASSERT_EQ(files.size(), 2U);
+  EXPECT_EQ(files[0]["depth"]["near"], 5.0);
+  EXPECT_EQ(files[1]["depth"]["near"], 6.0);
+}
+
+TEST_F(InspectCommand, placeForAFrameWithoutFrames_isRefused) {
+  const RunResult result = inspect({folder_.file("a.####.exr")});
+  EXPECT_EQ(result.exitCode, 2);
+  EXPECT_NE(result.error.find("--frames"), std::string::npos);
+}
+
+TEST_F(InspectCommand, withoutFile_isRefused) {
+  EXPECT_EQ(inspect({}).exitCode, 2);
+  EXPECT_EQ(inspect({""}).exitCode, 2);
+}
+
+TEST_F(InspectCommand, text_hasALineForEachMatter) {
+  writeExrFixture(file_, rgbazPart(8, 4, 5.0));
+  const RunResult result = inspect({file_});
+  ASSERT_EQ(result.exitCode, 0) << result.error;
+  for (const char* begin : {"  format ", "  part ", "  layer ", "    Z ", "  depth ", "    style ",
+                            "    distances ", "    background ", "    edges ", "  camera "})
+    EXPECT_NE(result.out.find(std::string("\n") + begin), std::string::npos) << begin;
+}
+
+// What the pictures' own description says of them.
+TEST(RealInspection, courtyard_isInMetresWithTwoPixelsOfSky) {
+  SKIP_WITHOUT_PICTURES();
+  const ordered_json depth = inspectJson({pictureFolder() + "/flat/courtyard.exr"}).at(0)["depth"];
+  EXPECT_EQ(depth["style"]["guess"], "Real");
+  EXPECT_EQ(depth["unit"]["guess"], "m");
+  EXPECT_NEAR(depth["near"].get<double>(), 1.13, 0.005);
+  EXPECT_NEAR(depth["far"].get<double>(), 43.5, 0.05);
+  EXPECT_EQ(depth["background"]["value"], 1e10);
+  EXPECT_EQ(depth["background"]["pixels"], 2);
+}
+
+TEST(RealInspection, beachballs_haveDepthZeroWithoutAlpha) {
+  SKIP_WITHOUT_PICTURES();
+  for (const char* frame : {"0001", "0002", "0003", "0004"}) {
+    const ordered_json depth =
+        inspectJson({pictureFolder() + "/flat/beachball.singlepart." + frame + ".exr"})
+            .at(0)["depth"];
+    EXPECT_EQ(depth["style"]["guess"], "Real") << frame;
+    EXPECT_EQ(depth["background"]["value"], 0.0) << frame;
+    EXPECT_GE(depth["near"].get<double>(), 9.0) << frame;
+    EXPECT_LT(depth["far"].get<double>(), 10.95) << frame;
+    EXPECT_EQ(depth["others"], ordered_json::parse(R"(["left.Z"])")) << frame;
+  }
+}
+
+TEST(RealInspection, depthOfAnotherViewThanTheColours_isTold) {
+  SKIP_WITHOUT_PICTURES();
+  const std::string file = pictureFolder() + "/flat/beachball.multipart.0001.exr";
+  const ordered_json depth = inspectJson({file}).at(0)["depth"];
+  EXPECT_EQ(depth["view"], "left");
+  EXPECT_EQ(depth["viewOfColours"], "right");
+  EXPECT_EQ(depth["others"], ordered_json::parse(R"(["depth_right.Z"])"));
+  EXPECT_NE(inspect({file}).out.find("but the colours are of view right"), std::string::npos);
+}
+
+TEST(RealInspection, layers_areRealAsTheirDepthsGrow) {
+  SKIP_WITHOUT_PICTURES();
+  for (const char* name :
+       {"channelTestNukeSinglePart", "channelTestNukePartPerLayer", "channelTestSinglePart",
+        "channelTestMultiViewPartPerLayer", "imitateProductionLayers2", "rgbaz"}) {
+    const ordered_json depth =
+        inspectJson({pictureFolder() + "/layers/" + name + ".exr"}).at(0)["depth"];
+    EXPECT_EQ(depth["style"]["guess"], "Real") << name;
+    EXPECT_TRUE(depth["background"].is_null()) << name;
+  }
+}
+
+TEST(RealInspection, deepPictures_haveTheSamplesOfTheirDescription) {
+  SKIP_WITHOUT_PICTURES();
+  const std::string folder = pictureFolder() + "/deep/";
+  const ordered_json files =
+      inspectJson({folder + "fire_and_spikes.volume.exr", folder + "discs.42.exr",
+                   folder + "tinydeep.exr", folder + "deepalpha.tiled.exr"});
+  const ordered_json& fire = files[0]["deep"];
+  EXPECT_EQ(fire["samples"]["all"], 191482);
+  EXPECT_EQ(fire["samples"]["mostPerPixel"], 227);
+  EXPECT_EQ(fire["thick"], 159121);
+  EXPECT_NEAR(fire["near"].get<double>(), 2.82, 0.005);
+  EXPECT_NEAR(fire["far"].get<double>(), 10.84, 0.005);
+  EXPECT_EQ(files[1]["deep"]["samples"]["all"], 67605);
+  EXPECT_EQ(files[1]["deep"]["samples"]["mostPerPixel"], 8);
+  EXPECT_EQ(files[2]["deep"]["samples"]["all"], 1);
+  EXPECT_EQ(files[3]["parts"][0]["type"], "deep tiles");
+  EXPECT_EQ(files[3]["deep"]["samples"]["all"], 28846);
+}
+
+TEST(RealInspection, cameraOfTheHeader_isTold) {
+  SKIP_WITHOUT_PICTURES();
+  const ordered_json camera =
+      inspectJson({pictureFolder() + "/meta/cornellBox.cryptomatte.0001.exr"}).at(0)["camera"];
+  EXPECT_EQ(camera["fStop"]["value"], 8.0);
+  EXPECT_EQ(camera["focalLength"]["value"], 35.0);
+  EXPECT_EQ(camera["focalPlane"]["value"], 200.0);
+  EXPECT_EQ(camera["focalPlane"]["from"], "cameraTargetDistance");
+}
+
+TEST(RealInspection, damagedFiles_areOneLineEach) {
+  SKIP_WITHOUT_PICTURES();
+  const std::vector<std::string> files = filesIn("damaged");
+  const RunResult result = inspect(files);
+  EXPECT_EQ(result.exitCode, 3);
+  EXPECT_EQ(linesStarting(result.error, "drevin: error: ").size(), files.size()) << result.error;
+  EXPECT_EQ(result.out, "");
+}
+
+}  // namespace
+}  // namespace drevintool::testing

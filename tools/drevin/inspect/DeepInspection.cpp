@@ -1,0 +1,140 @@
+#include "inspect/DeepInspection.h"
+
+#include <algorithm>
+#include <map>
+#include <nlohmann/json.hpp>
+#include <stdexcept>
+#include <vector>
+
+#include "DDImage/ChannelMap.h"
+#include "inspect/ValueRange.h"
+#include "terminal/ExitCode.h"
+#include "terminal/Signals.h"
+
+namespace drevintool {
+namespace {
+
+using DD::Image::Chan_Alpha;
+using DD::Image::Chan_DeepBack;
+using DD::Image::Chan_DeepFront;
+using DD::Image::Channel;
+using DD::Image::ChannelMap;
+using DD::Image::ChannelSet;
+using Json = nlohmann::ordered_json;
+
+class DeepFigures {
+ public:
+  explicit DeepFigures(const ChannelMap& channels)
+      : channels_(channels),
+        front_(place(Chan_DeepFront)),
+        back_(place(Chan_DeepBack)),
+        alpha_(place(Chan_Alpha)),
+        ranges_(channels.size()) {}
+
+  void addRow(const embedded::DeepRow& row) {
+    const float* samples = row.values.data();
+    for (const std::uint32_t count : row.counts) {
+      addPixel(samples, count);
+      samples += count * channels_.size();
+    }
+  }
+
+  Json json(const DeepSampleCounts& counts) const {
+    Json json;
+    json["samples"] = {{"all", counts.samples},
+                       {"mostPerPixel", counts.mostPerPixel},
+                       {"medianPerPixel", medianPerPixel()}};
+    json["pixels"] = pixels_;
+    const auto empty = perPixel_.find(0);
+    json["emptyPixels"] = empty == perPixel_.end() ? 0 : empty->second;
+    json["points"] = counts.samples - counts.thick - counts.inverted;
+    json["thick"] = counts.thick;
+    json["inverted"] = counts.inverted;
+    json["overlappingPixels"] = overlapping_;
+    json["unsortedPixels"] = counts.unsorted;
+    json["alphaAboveOne"] = alphaAboveOne_;
+    json["notFinite"] = counts.notFinite;
+    const ValueRange& depths = ranges_[front_];
+    json["near"] = depths.anyFinite() ? depthJson(static_cast<float>(depths.least)) : Json();
+    json["far"] = depths.anyFinite() ? depthJson(static_cast<float>(depths.most)) : Json();
+    json["channels"] = channelsJson();
+    return json;
+  }
+
+ private:
+  std::size_t place(Channel channel) const {
+    return static_cast<std::size_t>(channels_.chanNo(channel));
+  }
+
+  // Samples lie nearest first.
+  void addPixel(const float* sample, std::uint32_t count) {
+    ++pixels_;
+    ++perPixel_[count];
+    bool overlap = false;
+    float reached = 0.0F;
+    for (std::uint32_t i = 0; i < count; ++i, sample += channels_.size()) {
+      for (std::size_t c = 0; c < ranges_.size(); ++c)
+        ranges_[c].add(static_cast<double>(sample[c]));
+      if (sample[alpha_] > 1.0F) ++alphaAboveOne_;
+      overlap = overlap || (i > 0 && sample[front_] < reached);
+      reached = i == 0 ? sample[back_] : std::max(reached, sample[back_]);
+    }
+    if (overlap) ++overlapping_;
+  }
+
+  std::uint64_t medianPerPixel() const {
+    std::uint64_t below = 0;
+    for (const auto& [samples, pixels] : perPixel_) {
+      below += pixels;
+      if (2 * below >= pixels_) return samples;
+    }
+    return 0;
+  }
+
+  Json channelsJson() const {
+    Json json = Json::array();
+    std::size_t place = 0;
+    for (const Channel channel : static_cast<const ChannelSet&>(channels_)) {
+      Json entry = {{"hostName", DD::Image::getName(channel)}};
+      entry.update(rangeJson(ranges_[place++]));
+      json.push_back(entry);
+    }
+    return json;
+  }
+
+  const ChannelMap& channels_;
+  std::size_t front_;
+  std::size_t back_;
+  std::size_t alpha_;
+  std::vector<ValueRange> ranges_;
+  std::map<std::uint32_t, std::uint64_t> perPixel_;  // pixels by their number of samples
+  std::uint64_t pixels_ = 0;
+  std::uint64_t overlapping_ = 0;
+  std::uint64_t alphaAboveOne_ = 0;
+};
+
+}  // namespace
+
+Json inspectDeep(DeepExrSource& deep) {
+  const ChannelMap channels(deep.channels());
+  DeepFigures figures(channels);
+  const DD::Image::Box& box = deep.box();
+  embedded::DeepRow row;
+  try {
+    for (int y = box.t() - 1; y >= box.y(); --y) {
+      throwIfInterrupted();
+      deep.readRow(y, box.x(), box.r(), deep.channels(), row);
+      figures.addRow(row);
+    }
+  } catch (const ToolError&) {
+    throw;
+  } catch (const std::runtime_error& error) {
+    throw ToolError(ExitCode::InputUnreadable, error.what());
+  }
+  Json json;
+  json["part"] = deep.partName().empty() ? Json() : Json(deep.partName());
+  json.update(figures.json(deep.counts()));
+  return json;
+}
+
+}  // namespace drevintool

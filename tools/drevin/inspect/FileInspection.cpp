@@ -1,0 +1,192 @@
+#include "inspect/FileInspection.h"
+
+#include <algorithm>
+#include <memory>
+#include <nlohmann/json.hpp>
+#include <vector>
+
+#include "EmbeddedHost/Node.h"
+#include "controls/CameraKeys.h"
+#include "controls/CameraOption.h"
+#include "deep/DeepCompanion.h"
+#include "deep/DeepExrSource.h"
+#include "depth/DepthChoice.h"
+#include "inspect/DeepInspection.h"
+#include "inspect/DepthInspection.h"
+#include "inspect/ValueRange.h"
+#include "picture/ChannelNames.h"
+#include "picture/ExrCompression.h"
+#include "picture/ExrHeaderScan.h"
+#include "picture/ExrReader.h"
+
+namespace drevintool {
+namespace {
+
+using DD::Image::Knob;
+using Json = nlohmann::ordered_json;
+
+Json textOrNull(const std::string& text) {
+  return text.empty() ? Json() : Json(text);
+}
+
+Json windowJson(const ExrWindow& window) {
+  return Json::array({window.minX, window.minY, window.maxX, window.maxY});
+}
+
+const char* typeName(int type) {
+  return type == 0 ? "uint" : type == 1 ? "half" : "float";
+}
+
+Json partJson(const ExrPartFacts& part) {
+  Json json;
+  json["name"] = textOrNull(part.name);
+  json["view"] = textOrNull(part.view);
+  json["type"] = std::string(part.deep ? "deep " : "") + (part.tiled ? "tiles" : "scanlines");
+  json["compression"] = compressionName(part.compression);
+  json["dataWindow"] = windowJson(part.dataWindow);
+  json["displayWindow"] = windowJson(part.displayWindow);
+  json["channels"] = Json::array();
+  for (const ExrChannelFacts& channel : part.channels)
+    json["channels"].push_back({{"name", channel.name}, {"type", typeName(channel.type)}});
+  return json;
+}
+
+std::string typeOf(const PictureChannel& channel) {
+  if (channel.isUint()) return "uint";
+  return std::holds_alternative<HalfSamples>(channel.samples) ? "half" : "float";
+}
+
+std::string layerOf(const std::string& hostName) {
+  return hostName.substr(0, hostName.rfind('.'));
+}
+
+PixelBox boxOf(const ExrWindow& data, const DisplayWindow& display) {
+  return {data.minX - display.minX, display.maxY - data.maxY, data.maxX - display.minX + 1,
+          display.maxY - data.minY + 1};
+}
+
+// What a channel has of its part.
+struct ChannelOrigin {
+  PixelBox window;
+  std::string view;
+};
+
+// The picture's channels come part by part.
+std::vector<ChannelOrigin> originsOf(const Picture& picture, const ExrFacts& facts) {
+  std::vector<ChannelOrigin> origins;
+  for (const ExrPartFacts& part : facts.parts) {
+    if (part.deep) continue;
+    origins.insert(origins.end(), part.channels.size(),
+                   {boxOf(part.dataWindow, picture.display), part.view});
+  }
+  origins.resize(picture.channels.size(), {picture.box, ""});
+  return origins;
+}
+
+const ChannelOrigin& originOf(const PictureChannel& channel, const Picture& picture,
+                              const std::vector<ChannelOrigin>& origins) {
+  return origins[static_cast<std::size_t>(&channel - picture.channels.data())];
+}
+
+Json layersJson(const Picture& picture, const std::vector<ChannelOrigin>& origins) {
+  Json layers = Json::array();
+  for (std::size_t i = 0; i < picture.channels.size(); ++i) {
+    const PictureChannel& channel = picture.channels[i];
+    Json entry = {
+        {"name", channel.fileName}, {"hostName", channel.hostName}, {"type", typeOf(channel)}};
+    entry.update(rangeJson(rangeOf(channel.samples, picture.box, origins[i].window)));
+    const std::string layer = layerOf(channel.hostName);
+    const auto same = [&](const Json& l) { return l["layer"] == layer; };
+    auto place = std::find_if(layers.begin(), layers.end(), same);
+    if (place == layers.end()) {
+      layers.push_back({{"layer", layer}, {"channels", Json::array()}});
+      place = std::prev(layers.end());
+    }
+    (*place)["channels"].push_back(entry);
+  }
+  return layers;
+}
+
+std::unique_ptr<DepthPlane> alphaPlane(const Picture& picture, const PixelBox& window) {
+  const PictureChannel* alpha = findChannel(picture, "rgba.alpha");
+  if (alpha == nullptr) return nullptr;
+  return std::make_unique<DepthPlane>(depthPlane(picture, *alpha, window));
+}
+
+Json depthOf(const Picture& picture, const std::vector<ChannelOrigin>& origins, const Node& node) {
+  const PictureChannel* chosen = chosenDepth(picture, node);
+  Json json;
+  json["channel"] = chosen == nullptr ? Json() : Json(chosen->fileName);
+  json["others"] = Json::array();
+  for (const PictureChannel* other : possibleDepths(picture)) {
+    if (other != chosen) json["others"].push_back(other->fileName);
+  }
+  if (chosen == nullptr) return json;
+  const ChannelOrigin& origin = originOf(*chosen, picture, origins);
+  const PictureChannel* red = findChannel(picture, "rgba.red");
+  json["view"] = textOrNull(origin.view);
+  json["viewOfColours"] =
+      red == nullptr ? json["view"] : textOrNull(originOf(*red, picture, origins).view);
+  const std::unique_ptr<DepthPlane> alpha = alphaPlane(picture, origin.window);
+  json.update(inspectDepth(depthPlane(picture, *chosen, origin.window), alpha.get()));
+  return json;
+}
+
+Json cameraJson(const Node& node, const Picture& picture) {
+  Json json;
+  for (const auto& [name, finding] : cameraOfHeader(node, picture)) {
+    json[name] = {
+        {"value", finding.value}, {"unit", findCameraKey(name)->unit}, {"from", finding.from}};
+  }
+  return json;
+}
+
+void addFormat(const Picture& picture, const Node& node, Json& json) {
+  json["format"] = {
+      {"width", picture.width}, {"height", picture.height}, {"pixelAspect", picture.pixelAspect}};
+  json["camera"] = cameraJson(node, picture);
+}
+
+void addFlat(const std::string& path, const ExrFacts& facts, const ControlChanges& changes,
+             Node& node, Json& json) {
+  const Picture picture = readExr(path);
+  const auto source = [&](const Knob& knob, const ControlSetting&) {
+    return knob.name() == "depthChannel" ? &picture : nullptr;
+  };
+  changes.applyChannels(node, source);
+  const std::vector<ChannelOrigin> origins = originsOf(picture, facts);
+  addFormat(picture, node, json);
+  json["layers"] = layersJson(picture, origins);
+  json["depth"] = depthOf(picture, origins, node);
+}
+
+void addDeep(const std::string& path, const Node& node, Json& json) {
+  DeepExrSource deep(path, "", "");
+  if (json["format"].is_null()) addFormat(emptyPicture(deep), node, json);
+  json["deep"] = inspectDeep(deep);
+}
+
+}  // namespace
+
+Json inspectFile(const std::string& path, const DD::Image::Op::Description& description,
+                 const ControlChanges& changes, std::optional<int> frame) {
+  Node node(description);
+  changes.applyValues(node, frame);
+  const ExrFacts facts = scanExrHeader(path);
+  Json json;
+  json["file"] = path;
+  json["format"] = nullptr;
+  json["parts"] = Json::array();
+  for (const ExrPartFacts& part : facts.parts)
+    json["parts"].push_back(partJson(part));
+  for (const char* name : {"camera", "layers", "depth", "deep"})
+    json[name] = nullptr;
+  const auto deep = [](const ExrPartFacts& part) { return part.deep; };
+  if (!std::all_of(facts.parts.begin(), facts.parts.end(), deep)) {
+    addFlat(path, facts, changes, node, json);
+  }
+  if (std::any_of(facts.parts.begin(), facts.parts.end(), deep)) addDeep(path, node, json);
+  return json;
+}
+
+}  // namespace drevintool

@@ -1,0 +1,23 @@
+#pragma once
+
+/// What a picture file holds, as far as it matters for a defocus.
+
+#include <nlohmann/json_fwd.hpp>
+#include <optional>
+#include <string>
+
+#include "DDImage/Op.h"
+#include "controls/ControlChanges.h"
+
+namespace drevintool {
+
+/// Reads the whole file: its parts, its format, its channels by layer with the range of each over
+/// the pixels of its part, the depth that a render with these changes takes and what it is like,
+/// the samples of its first deep part, and the camera that its header tells. What there is not is
+/// null. Throws ToolError (InputUnreadable, with one line that names the file, and what changes of
+/// controls throw).
+nlohmann::ordered_json inspectFile(const std::string& path,
+                                   const DD::Image::Op::Description& description,
+                                   const ControlChanges& changes, std::optional<int> frame);
+
+}  // namespace drevintool

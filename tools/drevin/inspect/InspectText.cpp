@@ -1,0 +1,154 @@
+#include "inspect/InspectText.h"
+
+#include <fmt/format.h>
+
+#include <nlohmann/json.hpp>
+
+#include "terminal/NumberText.h"
+#include "terminal/OneLine.h"
+
+namespace drevintool {
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+std::string text(const Json& json) {
+  if (json.is_string()) return oneLine(json.get<std::string>());
+  if (json.is_number_float()) return numberText(json.get<double>());
+  return json.is_null() ? "none" : json.dump();
+}
+
+std::string line(const std::string& name, const std::string& rest) {
+  return fmt::format("  {:<14}{}\n", name, rest);
+}
+
+std::string windowText(const Json& window) {
+  return fmt::format("{},{} to {},{}", text(window[0]), text(window[1]), text(window[2]),
+                     text(window[3]));
+}
+
+std::string formatLine(const Json& format) {
+  return line("format", fmt::format("{} x {}, pixel aspect {}", text(format["width"]),
+                                    text(format["height"]), text(format["pixelAspect"])));
+}
+
+std::string partLine(const Json& part) {
+  std::string named;
+  if (!part["name"].is_null()) named += text(part["name"]) + ": ";
+  if (!part["view"].is_null()) named += "view " + text(part["view"]) + ", ";
+  return line("part",
+              fmt::format("{}{}, {}, data window {}, display window {}", named, text(part["type"]),
+                          text(part["compression"]), windowText(part["dataWindow"]),
+                          windowText(part["displayWindow"])));
+}
+
+std::string finiteText(const Json& range) {
+  if (range["min"].is_null()) return "nothing finite";
+  const bool constant = range["min"] == range["max"];
+  return text(range["min"]) + (constant ? "" : " to " + text(range["max"]));
+}
+
+std::string rangeText(const Json& range) {
+  std::string shown = finiteText(range);
+  if (range["nan"] != 0) shown += ", " + text(range["nan"]) + " NaN";
+  if (range["infinite"] != 0) shown += ", " + text(range["infinite"]) + " infinite";
+  return shown;
+}
+
+std::string layerLines(const Json& layer) {
+  std::string lines = line("layer", text(layer["layer"]));
+  for (const Json& channel : layer["channels"]) {
+    lines += fmt::format("    {:<20} {:<6} {}\n", text(channel["name"]), text(channel["type"]),
+                         rangeText(channel));
+  }
+  return lines;
+}
+
+std::string othersText(const Json& depth) {
+  std::string names;
+  for (const Json& name : depth["others"])
+    names += (names.empty() ? "" : ", ") + text(name);
+  return names;
+}
+
+std::string guessText(const Json& guess) {
+  return guess.is_null() ? "unknown"
+                         : text(guess["guess"]) + " (a guess: " + text(guess["why"]) + ")";
+}
+
+std::string depthLines(const Json& depth) {
+  const std::string others = othersText(depth);
+  if (depth["channel"].is_null()) {
+    return line("depth", others.empty() ? "none that a render would take"
+                                        : "none that a render would take by itself; one of " +
+                                              others + " would do, by --set depthChannel=NAME");
+  }
+  std::string lines =
+      line("depth", text(depth["channel"]) + (others.empty() ? "" : "; also possible: " + others));
+  if (depth["view"] != depth["viewOfColours"]) {
+    lines += line("  view", text(depth["view"]) + ", but the colours are of view " +
+                                text(depth["viewOfColours"]));
+  }
+  lines += line("  style", guessText(depth["style"]));
+  lines += line("  unit", guessText(depth["unit"]));
+  if (!depth["near"].is_null()) {
+    lines += line("  distances",
+                  fmt::format("{} to {}, median {}, of {} pixels", text(depth["near"]),
+                              text(depth["far"]), text(depth["median"]), text(depth["pixels"])));
+  }
+  const Json& background = depth["background"];
+  lines +=
+      line("  background", background.is_null()
+                               ? "no value stands for nothing"
+                               : fmt::format("{} in {} pixels ({})", text(background["value"]),
+                                             text(background["pixels"]), text(background["why"])));
+  return lines + line("  edges", text(depth["mixedPixels"]) +
+                                     " pixels with a depth between two sides, as if averaged");
+}
+
+std::string deepLines(const Json& deep) {
+  const Json& samples = deep["samples"];
+  std::string lines =
+      line("deep", fmt::format("{}{} samples, median {} and most {} a pixel, {} of {} pixels empty",
+                               deep["part"].is_null() ? "" : text(deep["part"]) + ": ",
+                               text(samples["all"]), text(samples["medianPerPixel"]),
+                               text(samples["mostPerPixel"]), text(deep["emptyPixels"]),
+                               text(deep["pixels"])));
+  lines += line("  distances", text(deep["near"]) + " to " + text(deep["far"]));
+  lines += line("  samples",
+                fmt::format("{} points, {} thick, {} with ZBack before Z", text(deep["points"]),
+                            text(deep["thick"]), text(deep["inverted"])));
+  lines +=
+      line("  pixels", fmt::format("{} with samples that overlap, {} not stored nearest first",
+                                   text(deep["overlappingPixels"]), text(deep["unsortedPixels"])));
+  lines += line("  values", fmt::format("{} samples with alpha above 1, {} not finite",
+                                        text(deep["alphaAboveOne"]), text(deep["notFinite"])));
+  for (const Json& channel : deep["channels"])
+    lines += fmt::format("    {:<20} {}\n", text(channel["hostName"]), rangeText(channel));
+  return lines;
+}
+
+std::string cameraLine(const Json& camera) {
+  std::string found;
+  for (const auto& [name, value] : camera.items()) {
+    const std::string unit = text(value["unit"]);
+    found += fmt::format("{}{} {}{}{} ({})", found.empty() ? "" : ", ", name, text(value["value"]),
+                         unit.empty() ? "" : " ", unit, text(value["from"]));
+  }
+  return line("camera", found.empty() ? "nothing in the header" : found);
+}
+
+}  // namespace
+
+std::string inspectText(const Json& file) {
+  std::string lines = text(file["file"]) + "\n" + formatLine(file["format"]);
+  for (const Json& part : file["parts"])
+    lines += partLine(part);
+  for (const Json& layer : file["layers"])
+    lines += layerLines(layer);
+  if (!file["depth"].is_null()) lines += depthLines(file["depth"]);
+  if (!file["deep"].is_null()) lines += deepLines(file["deep"]);
+  return lines + cameraLine(file["camera"]);
+}
+
+}  // namespace drevintool
