@@ -11,6 +11,7 @@
 #include "doctor/DoctorCommand.h"
 #include "inspect/InspectCommand.h"
 #include "render/RenderCommand.h"
+#include "sheet/SheetCommand.h"
 #include "terminal/ExitCode.h"
 #include "terminal/Messages.h"
 #include "terminal/Signals.h"
@@ -24,6 +25,9 @@ int run(const TextRequest& request) {
 }
 int run(const RenderArguments& arguments) {
   return runRender(arguments);
+}
+int run(const SheetArguments& arguments) {
+  return runSheet(arguments);
 }
 int run(const ControlsArguments& arguments) {
   return runControls(arguments);

@@ -12,6 +12,7 @@
 #include "arguments/OptionChecks.h"
 #include "arguments/RenderParser.h"
 #include "arguments/ScriptParser.h"
+#include "arguments/SheetParser.h"
 #include "terminal/NearestName.h"
 
 namespace drevintool {
@@ -49,6 +50,7 @@ Arguments parseArguments(int count, const char* const* texts) {
   app.set_version_flag("--version", "drevin " DREVIN_VERSION);
   app.require_subcommand(1);
   const RenderParser render(app);
+  const SheetParser sheet(app);
   const ControlsParser controls(app);
   const ScriptParser script(app);
   const DemoParser demo(app);
@@ -64,6 +66,7 @@ Arguments parseArguments(int count, const char* const* texts) {
     failUsage(error.what() + hintFor(app, count, texts));
   }
   if (render.parsed()) return render.checked();
+  if (sheet.parsed()) return sheet.checked();
   if (controls.parsed()) return controls.checked();
   if (script.parsed()) return script.checked();
   if (inspect.parsed()) return inspect.checked();

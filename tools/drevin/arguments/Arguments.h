@@ -11,6 +11,7 @@
 #include "arguments/InspectArguments.h"
 #include "arguments/RenderArguments.h"
 #include "arguments/ScriptArguments.h"
+#include "arguments/SheetArguments.h"
 
 namespace drevintool {
 
@@ -20,7 +21,7 @@ struct TextRequest {
 };
 
 using Arguments = std::variant<TextRequest, RenderArguments, ControlsArguments, ScriptArguments,
-                               DemoArguments, DoctorArguments, InspectArguments>;
+                               DemoArguments, DoctorArguments, InspectArguments, SheetArguments>;
 
 /// Reads the command line. Throws ToolError (Usage) with one line that names the option and the
 /// remedy.

@@ -3,6 +3,7 @@
 #include <CLI/CLI.hpp>
 
 #include "terminal/ExitCode.h"
+#include "terminal/NumberText.h"
 #include "terminal/OneLine.h"
 
 namespace drevintool {
@@ -21,6 +22,14 @@ void checkNotEmpty(const CLI::App& app, std::initializer_list<const char*> optio
       failUsage(std::string(option) + ": is empty");
     }
   }
+}
+
+unsigned parseCount(const std::string& option, const std::string& text, int most) {
+  const std::optional<int> count = parseInteger(text);
+  if (!count || *count < 1 || *count > most) {
+    failUsage(option + " " + text + ": give a whole number from 1 to " + std::to_string(most));
+  }
+  return static_cast<unsigned>(*count);
 }
 
 }  // namespace drevintool

@@ -51,14 +51,6 @@ PixelBox parseRegion(const std::string& text) {
   return box;
 }
 
-unsigned parseCount(const std::string& option, const std::string& text, int most) {
-  const std::optional<int> count = parseInteger(text);
-  if (!count || *count < 1 || *count > most) {
-    failUsage(option + " " + text + ": give a whole number from 1 to " + std::to_string(most));
-  }
-  return static_cast<unsigned>(*count);
-}
-
 double parseProxy(const std::string& text) {
   const std::optional<double> scale = parseNumber(text);
   if (!scale || *scale <= 0.0) failUsage("--proxy " + text + ": give a number above 0");
@@ -112,7 +104,10 @@ void checkDeepGiven(const CLI::App& app) {
 }  // namespace
 
 RenderParser::RenderParser(CLI::App& app)
-    : app_(*app.add_subcommand("render", "Defocus a picture")) {
+    : RenderParser(*app.add_subcommand("render", "Defocus a picture"), RenderScope::Pictures) {}
+
+RenderParser::RenderParser(CLI::App& subcommand, RenderScope scope)
+    : app_(subcommand), scope_(scope) {
   addPictures();
   addDeep();
   addNodeOptions(app_, arguments_);
@@ -150,8 +145,11 @@ void RenderParser::addOutput() {
   app_.add_option("--region", region_,
                   "Render only columns x to r-1 and rows y to t-1; row 0 is the bottom row")
       ->type_name("x,y,r,t");
-  app_.add_option("--channels", channels_, "Write only these (R,G,B,Z,layer.name; rgb; rgba; all)")
-      ->type_name("LIST");
+  if (scope_ == RenderScope::Pictures) {
+    app_.add_option("--channels", channels_,
+                    "Write only these (R,G,B,Z,layer.name; rgb; rgba; all)")
+        ->type_name("LIST");
+  }
   app_.add_option("--threads", threads_, "Threads (default: all that may be used)")->type_name("N");
   app_.add_option("--proxy", proxy_, "Proxy scale of the interface's context (default 1)")
       ->type_name("SCALE");
@@ -176,13 +174,17 @@ void RenderParser::addSequence() {
                   "Views to render; their names stand where paths have %V, their first letters "
                   "where they have %v")
       ->type_name("NAME,...");
+  if (scope_ == RenderScope::Pictures) addSkipping();
+  app_.add_option("--frames-in-flight", framesInFlight_,
+                  "Frames rendered at a time (default: several if they are small)")
+      ->type_name("N");
+}
+
+void RenderParser::addSkipping() {
   app_.add_flag("--skip-existing", arguments_.skipExisting,
                 "Leave frames alone whose output is there and whole");
   app_.add_flag("--skip-bad-frames", arguments_.skipBadFrames,
                 "Go on after a frame that fails; they are named at the end, with exit code 1");
-  app_.add_option("--frames-in-flight", framesInFlight_,
-                  "Frames rendered at a time (default: several if they are small)")
-      ->type_name("N");
 }
 
 void RenderParser::checkSequence(RenderArguments& arguments) const {
@@ -192,7 +194,8 @@ void RenderParser::checkSequence(RenderArguments& arguments) const {
     arguments.framesInFlight =
         parseCount("--frames-in-flight", framesInFlight_, kMostFramesInFlight);
   }
-  if (!arguments.frames.empty() || !arguments.views.empty()) return;
+  const bool many = !arguments.frames.empty() || !arguments.views.empty();
+  if (many || scope_ == RenderScope::Sheet) return;
   for (const char* option : {"--skip-bad-frames", "--frames-in-flight"}) {
     if (given(app_, option)) failUsage(std::string(option) + ": is for sequences; give --frames");
   }
@@ -213,7 +216,8 @@ RenderArguments RenderParser::checked() const {
   checkOutput(arguments.output);
   if (given(app_, "--deep-order")) arguments.deepOrder = parseDeepOrder(deepOrder_);
   if (given(app_, "--region")) arguments.region = parseRegion(region_);
-  if (given(app_, "--channels")) arguments.channels = parseChannels(channels_);
+  const bool sheet = scope_ == RenderScope::Sheet;
+  if (!sheet && given(app_, "--channels")) arguments.channels = parseChannels(channels_);
   if (given(app_, "--threads")) arguments.threads = parseCount("--threads", threads_, kMostThreads);
   if (given(app_, "--max-memory")) arguments.maxMemory = parseMaxMemory(maxMemory_);
   arguments.format = format_.checked(app_);

@@ -1,6 +1,6 @@
 #pragma once
 
-/// The options of the subcommand `render`.
+/// The options of the subcommand `render`, and of others that render.
 
 #include <string>
 
@@ -13,10 +13,16 @@ class App;
 
 namespace drevintool {
 
+/// What is made: pictures as they are, or one sheet of small ones.
+enum class RenderScope { Pictures, Sheet };
+
 class RenderParser {
  public:
   /// Adds the subcommand to `app`, which must outlive this.
   explicit RenderParser(CLI::App& app);
+  /// Adds to `subcommand` the options that render has; to that of a sheet without those that speak
+  /// of many files or of channels.
+  RenderParser(CLI::App& subcommand, RenderScope scope);
   RenderParser(const RenderParser&) = delete;
   RenderParser& operator=(const RenderParser&) = delete;
 
@@ -31,9 +37,11 @@ class RenderParser {
   void addDeep();
   void addOutput();
   void addSequence();
+  void addSkipping();
   void checkSequence(RenderArguments& arguments) const;
 
   CLI::App& app_;
+  const RenderScope scope_;
   RenderArguments arguments_;
   // As they stand on the command line, until they are checked.
   FormatOptions format_;

@@ -1,7 +1,6 @@
 #include "controls/ControlChanges.h"
 
 #include <algorithm>
-#include <set>
 
 #include "controls/ScriptFile.h"
 #include "terminal/ExitCode.h"
@@ -33,14 +32,26 @@ void applyKeyed(Node& node, Knob& knob, const KeyedSetting& setting, std::option
 
 }  // namespace
 
-ControlChanges::ControlChanges(const NodeArguments& arguments, const Node& node)
+ControlChanges::ControlChanges(const NodeArguments& arguments, const Node& node,
+                               const std::set<std::string>& varied)
     : settings_(groupSettings(arguments.settings)) {
   if (arguments.script.empty()) return;
-  std::set<std::string> set;
+  std::set<std::string> set = varied;
   for (const KeyedSetting& setting : settings_)
     set.insert(setting.first().name);
   const ScriptNode script = readScriptNode(arguments.script, arguments.scriptNode);
   script_ = ScriptControls(script, node, set, scriptOrigin(arguments.script));
+}
+
+ControlChanges ControlChanges::with(const std::vector<ControlSetting>& settings) const {
+  ControlChanges changes = *this;
+  std::vector<KeyedSetting>& all = changes.settings_;
+  for (const ControlSetting& setting : settings) {
+    const auto same = [&](const KeyedSetting& s) { return s.first().name == setting.name; };
+    all.erase(std::remove_if(all.begin(), all.end(), same), all.end());
+    all.push_back({false, {{0.0, setting}}});
+  }
+  return changes;
 }
 
 void ControlChanges::applyValues(Node& node, std::optional<double> frame) const {

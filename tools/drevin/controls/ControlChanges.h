@@ -5,6 +5,7 @@
 #include <functional>
 #include <map>
 #include <optional>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -24,7 +25,12 @@ class ControlChanges {
  public:
   /// Reads the --set texts, and the script for the controls of `node` that they leave alone. Throws
   /// ToolError.
-  ControlChanges(const NodeArguments& arguments, const Node& node);
+  /// The script's values of the controls in `varied` are left out too.
+  ControlChanges(const NodeArguments& arguments, const Node& node,
+                 const std::set<std::string>& varied = {});
+
+  /// These changes with those settings after them, in the place of others of the same controls.
+  ControlChanges with(const std::vector<ControlSetting>& settings) const;
 
   /// What of the script has no meaning here, a line each.
   const std::vector<std::string>& warnings() const { return script_.warnings(); }

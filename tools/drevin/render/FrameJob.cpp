@@ -69,18 +69,19 @@ std::string withFrameName(const FrameTask& task, const std::string& message) {
 }
 
 FrameJob::FrameJob(const FrameShare& share, const FrameTask& task, RenderArguments arguments,
-                   FrameProgress progress)
+                   FrameProgress progress, std::shared_ptr<const InputPictures> pictures)
     : share_(share),
       task_(task),
       arguments_(std::move(arguments)),
       progress_(std::move(progress)),
+      pictures_(std::move(pictures)),
       warnings_(share.changes.warnings()) {}
 
 void FrameJob::read() {
   const Stopwatch reading;
   if (arguments_.skipExisting && isWholePicture(arguments_.output)) return;
   if (!arguments_.camera.empty()) camera_.emplace(arguments_.camera);
-  pictures_ = std::make_unique<InputPictures>(arguments_);
+  if (!pictures_) pictures_ = std::make_shared<const InputPictures>(arguments_);
   times_.read = reading.seconds();
 }
 
@@ -90,8 +91,9 @@ FrameOutcome FrameJob::finish() {
   if (outcome.skipped) return outcome;
   total_ = Stopwatch();
   std::unique_ptr<embedded::CameraInput> camera;
+  ConnectedInputs inputs;
   Node node(share_.description);
-  pictures_->connectTo(node);
+  inputs = pictures_->connectTo(node);
   share_.changes.applyValues(node, task_.frame);
   applyChannels(node);
   const DeepExrSource* deep = pictures_->deep();
@@ -99,7 +101,7 @@ FrameOutcome FrameJob::finish() {
   camera = connectCameraTo(node);
   const std::vector<PlannedChannel> plan = planFor(node);
   const embedded::RenderResult result = render(node, plan);
-  printWarnings(result);
+  tellWarnings(result);
   throwIfInterrupted();
   // Samples are read while rows are made; that they cannot be is a fault of the file.
   if (deep != nullptr && deep->failure()) {
@@ -134,7 +136,7 @@ embedded::RenderResult FrameJob::render(Node& node, const std::vector<PlannedCha
 // Prints and keeps a warning of the command's own; an empty one is none.
 void FrameJob::warn(const std::string& text) {
   if (text.empty()) return;
-  printWarning(withFrameName(task_, text));
+  tellWarning(text);
   warnings_.push_back(text);
 }
 
@@ -160,7 +162,7 @@ std::unique_ptr<embedded::CameraInput> FrameJob::connectCameraTo(Node& node) {
   const FoundCamera found = camera_->at(task_.frame, node, &pictures_->image());
   findings_ = found.findings;
   if (camera_->isHeader() && !arguments_.quiet) {
-    printNote(withFrameName(task_, "camera: " + cameraLine(found.findings)));
+    tellNote("camera: " + cameraLine(found.findings));
   }
   auto camera = std::make_unique<embedded::CameraInput>(found.values);
   connectCamera(node, *camera);
@@ -178,18 +180,29 @@ std::vector<PlannedChannel> FrameJob::planFor(const Node& node) {
   return plan;
 }
 
-void FrameJob::printWarnings(const embedded::RenderResult& result) const {
+void FrameJob::tellWarnings(const embedded::RenderResult& result) {
   for (const embedded::Message& message : result.messages) {
     if (message.severity != embedded::Severity::Warning) continue;
-    printWarning(withFrameName(task_, message.text));
+    tellWarning(message.text);
   }
+}
+
+void FrameJob::tellWarning(const std::string& text) {
+  printWarning(withFrameName(task_, text));
+}
+
+void FrameJob::tellNote(const std::string& text) {
+  printNote(withFrameName(task_, text));
+}
+
+void FrameJob::deliver(const OutputPicture& result) {
+  writePicture(result, arguments_.output);
 }
 
 void FrameJob::write(const Node& node, const std::vector<PlannedChannel>& plan,
                      const embedded::RenderResult& result, FrameOutcome& outcome) {
   const Stopwatch writing;
-  writePicture(composeOutput(pictures_->image(), plan, result, arguments_.format),
-               arguments_.output);
+  deliver(composeOutput(pictures_->image(), plan, result, arguments_.format));
   times_.write = writing.seconds();
   times_.total = times_.read + total_.seconds();
   if (!share_.wantsReport) return;

@@ -14,6 +14,7 @@
 #include "arguments/RenderArguments.h"
 #include "controls/CameraOption.h"
 #include "controls/ControlChanges.h"
+#include "picture/OutputPicture.h"
 #include "render/ChannelPlan.h"
 #include "render/InputPictures.h"
 #include "render/Report.h"
@@ -36,15 +37,22 @@ using FrameProgress = std::function<void(const embedded::Progress&)>;
 
 class FrameJob : public FrameWork {
  public:
-  /// `arguments` are those of this frame alone: its paths are files.
+  /// `arguments` are those of this frame alone: its paths are files. `pictures` are theirs, where
+  /// they were read already.
   FrameJob(const FrameShare& share, const FrameTask& task, RenderArguments arguments,
-           FrameProgress progress);
+           FrameProgress progress, std::shared_ptr<const InputPictures> pictures = nullptr);
 
   /// Reads the pictures, unless the output is there and may stay. Throws ToolError.
   void read() override;
-  /// Renders and writes. The node's warnings go to standard error as they come, with the frame's
-  /// name before them; its errors are the outcome's. Throws ToolError for all else.
+  /// Renders and delivers. The node's errors are the outcome's. Throws ToolError for all else.
   FrameOutcome finish() override;
+
+ protected:
+  /// Writes the result to the output that the arguments name.
+  virtual void deliver(const OutputPicture& result);
+  /// Warnings and notes, as they come, to standard error, with the frame's name before them.
+  virtual void tellWarning(const std::string& text);
+  virtual void tellNote(const std::string& text);
 
  private:
   embedded::RenderResult render(Node& node, const std::vector<PlannedChannel>& plan) const;
@@ -52,7 +60,7 @@ class FrameJob : public FrameWork {
   void applyChannels(Node& node);
   std::unique_ptr<embedded::CameraInput> connectCameraTo(Node& node);
   std::vector<PlannedChannel> planFor(const Node& node);
-  void printWarnings(const embedded::RenderResult& result) const;
+  void tellWarnings(const embedded::RenderResult& result);
   void write(const Node& node, const std::vector<PlannedChannel>& plan,
              const embedded::RenderResult& result, FrameOutcome& outcome);
 
@@ -60,7 +68,7 @@ class FrameJob : public FrameWork {
   FrameTask task_;
   RenderArguments arguments_;
   FrameProgress progress_;
-  std::unique_ptr<InputPictures> pictures_;
+  std::shared_ptr<const InputPictures> pictures_;
   Stopwatch total_;  // without the reading, which may be long before
   CommandTimes times_;
   std::vector<std::string> warnings_;

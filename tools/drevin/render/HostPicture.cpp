@@ -10,12 +10,10 @@
 namespace drevintool {
 namespace {
 
-using SharedPlane = std::shared_ptr<const embedded::Plane>;
-
 // Planes made by many threads, a channel at a time.
 class PlaneWork {
  public:
-  PlaneWork(const std::vector<const Samples*>& samples, std::vector<SharedPlane>& planes)
+  PlaneWork(const std::vector<const Samples*>& samples, std::vector<FloatSamples>& planes)
       : samples_(samples), planes_(planes) {}
 
   void run() {
@@ -25,12 +23,12 @@ class PlaneWork {
 
  private:
   const std::vector<const Samples*>& samples_;
-  std::vector<SharedPlane>& planes_;
+  std::vector<FloatSamples>& planes_;
   std::atomic<std::size_t> next_{0};
 };
 
-std::vector<SharedPlane> planesOf(const std::vector<const Samples*>& samples) {
-  std::vector<SharedPlane> planes(samples.size());
+std::vector<FloatSamples> planesOf(const std::vector<const Samples*>& samples) {
+  std::vector<FloatSamples> planes(samples.size());
   PlaneWork work(samples, planes);
   const auto run = [](unsigned /*index*/, unsigned /*count*/, void* self) {
     static_cast<PlaneWork*>(self)->run();
@@ -54,7 +52,7 @@ embedded::Image hostImage(const Picture& picture) {
     numbers.push_back(number);
     samples.push_back(&channel.samples);
   }
-  const std::vector<SharedPlane> planes = planesOf(samples);
+  const std::vector<FloatSamples> planes = planesOf(samples);
   for (std::size_t i = 0; i < planes.size(); ++i)
     image.planes[numbers[i]] = planes[i];
   return image;

@@ -58,18 +58,30 @@ std::string InputPictures::fileOf(int input) const {
   return picture == nullptr ? std::string() : picture->path;
 }
 
-void InputPictures::connectTo(Node& node) {
-  for (const InputPicture& entry : pictures_) {
-    embedded::Image image = hostImage(entry.picture);
-    if (entry.input == kImageInput) addMissingColours(image);
-    connect(node, entry.input, std::make_unique<embedded::ImageInput>(std::move(image)));
-  }
-  if (deep_) connect(node, kDeepInput, std::make_unique<embedded::DeepInput>(deep_));
+// Made when the first node wants them: pictures that were read ahead are kept as they were read.
+const std::vector<embedded::Image>& InputPictures::images() const {
+  std::call_once(imagesMade_, [this] {
+    for (const InputPicture& entry : pictures_) {
+      images_.push_back(hostImage(entry.picture));
+      if (entry.input == kImageInput) addMissingColours(images_.back());
+    }
+  });
+  return images_;
 }
 
-void InputPictures::connect(Node& node, int input, std::unique_ptr<DD::Image::Op> op) {
-  operators_.push_back(std::move(op));
-  if (node.connect(input, operators_.back().get())) return;
+ConnectedInputs InputPictures::connectTo(Node& node) const {
+  ConnectedInputs connected;
+  for (std::size_t i = 0; i < pictures_.size(); ++i)
+    connect(node, pictures_[i].input, std::make_unique<embedded::ImageInput>(images()[i]),
+            connected);
+  if (deep_) connect(node, kDeepInput, std::make_unique<embedded::DeepInput>(deep_), connected);
+  return connected;
+}
+
+void InputPictures::connect(Node& node, int input, std::unique_ptr<DD::Image::Op> op,
+                            ConnectedInputs& connected) const {
+  connected.push_back(std::move(op));
+  if (node.connect(input, connected.back().get())) return;
   throw ToolError(
       ExitCode::RenderFailed,
       oneLine(fileOf(input) + ": the node does not take it as its input " + std::to_string(input)));

@@ -3,6 +3,7 @@
 /// The pictures that a render reads, and their places on the node.
 
 #include <memory>
+#include <mutex>
 #include <string>
 #include <vector>
 
@@ -27,6 +28,9 @@ struct InputPicture {
   Picture picture;
 };
 
+/// What serves pictures to a node.
+using ConnectedInputs = std::vector<std::unique_ptr<DD::Image::Op>>;
+
 class InputPictures {
  public:
   /// Reads the flat files that the arguments name and opens the deep one, whose samples are read
@@ -43,18 +47,22 @@ class InputPictures {
   /// The file on that input, or empty.
   std::string fileOf(int input) const;
 
-  /// Connects the pictures to the node; they must outlive it. Throws ToolError (RenderFailed) if
-  /// the node refuses one.
-  void connectTo(Node& node);
+  /// Connects the pictures to the node by operators that must outlive it, as this must. May be
+  /// called for several nodes, from any thread; they share the pixels. Throws ToolError
+  /// (RenderFailed) if the node refuses one.
+  ConnectedInputs connectTo(Node& node) const;
 
  private:
   void numberChannels() const;
-  void connect(Node& node, int input, std::unique_ptr<DD::Image::Op> op);
+  const std::vector<embedded::Image>& images() const;
+  void connect(Node& node, int input, std::unique_ptr<DD::Image::Op> op,
+               ConnectedInputs& connected) const;
 
   std::string imageFile_;  // empty if input 0 is black
   std::vector<InputPicture> pictures_;
   std::shared_ptr<DeepExrSource> deep_;
-  std::vector<std::unique_ptr<DD::Image::Op>> operators_;
+  mutable std::once_flag imagesMade_;
+  mutable std::vector<embedded::Image> images_;  // of the pictures, as the host wants them
 };
 
 }  // namespace drevintool

@@ -1,6 +1,5 @@
 #include "render/ResultPicture.h"
 
-#include <algorithm>
 #include <cstdint>
 #include <memory>
 
@@ -23,12 +22,6 @@ FloatSamples renderedSamples(const embedded::RenderResult& result, const Planned
 bool becomesHalf(const PlannedChannel& channel, ResultType type) {
   if (type != ResultType::Input) return type == ResultType::Half;
   return channel.source != nullptr && std::holds_alternative<HalfSamples>(channel.source->samples);
-}
-
-HalfSamples halfSamples(const std::vector<float>& samples) {
-  auto halves = std::make_shared<std::vector<std::uint16_t>>(samples.size());
-  std::transform(samples.begin(), samples.end(), halves->begin(), halfFromFloat);
-  return halves;
 }
 
 Samples samplesOf(const embedded::RenderResult& result, const PlannedChannel& channel,

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "EmbeddedHost/Render.h"
+
 namespace drevintool {
 
 unsigned usefulFramesInFlight(std::int64_t pixels, unsigned threads, std::size_t frames) {
@@ -12,6 +14,19 @@ unsigned usefulFramesInFlight(std::int64_t pixels, unsigned threads, std::size_t
   const auto useful = std::clamp<std::int64_t>(kTogether / pixels, 1, most);
   return static_cast<unsigned>(std::min<std::uint64_t>(static_cast<std::uint64_t>(useful),
                                                        std::max<std::size_t>(frames, 1)));
+}
+
+unsigned chooseFramesInFlight(const RenderArguments& arguments, std::int64_t pixels,
+                              unsigned threads, std::size_t frames) {
+  if (arguments.framesInFlight != 0) return arguments.framesInFlight;
+  if (arguments.maxMemory != 0) return 1;
+  return usefulFramesInFlight(pixels, threads, frames);
+}
+
+unsigned shareThreads(unsigned threads, unsigned inFlight) {
+  const unsigned each = std::max(1U, threads / inFlight);
+  embedded::setThreadCount(each);
+  return each;
 }
 
 }  // namespace drevintool

@@ -1,6 +1,5 @@
 #include "sequence/SequenceRender.h"
 
-#include <algorithm>
 #include <map>
 #include <nlohmann/json.hpp>
 #include <optional>
@@ -51,21 +50,6 @@ std::string namesOf(const std::vector<FrameTask>& tasks) {
   return text;
 }
 
-// Frames do not share what memory there is where that was limited, unless it is asked for.
-unsigned chooseInFlight(const RenderArguments& arguments, const SequencePlan& plan,
-                        unsigned threads) {
-  if (arguments.framesInFlight != 0) return arguments.framesInFlight;
-  if (arguments.maxMemory != 0) return 1;
-  return usefulFramesInFlight(pixelsOf(plan), threads, plan.tasks().size());
-}
-
-// Threads are shared out among the frames in flight; operators choose theirs by the common number.
-unsigned shareThreads(unsigned threads, unsigned inFlight) {
-  const unsigned each = std::max(1U, threads / inFlight);
-  embedded::setThreadCount(each);
-  return each;
-}
-
 class SequenceRender {
  public:
   SequenceRender(const FrameShare& share, const SequencePlan& plan,
@@ -73,7 +57,7 @@ class SequenceRender {
       : share_(share),
         plan_(plan),
         arguments_(arguments),
-        inFlight_(chooseInFlight(arguments, plan, threads)),
+        inFlight_(chooseFramesInFlight(arguments, pixelsOf(plan), threads, plan.tasks().size())),
         threads_(shareThreads(threads, inFlight_)),
         progress_(arguments.quiet, plan.tasks().size()) {}
 

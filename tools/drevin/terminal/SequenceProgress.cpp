@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <utility>
 
 #include "terminal/ProgressBar.h"
 
@@ -17,9 +18,10 @@ double secondsSince(std::chrono::steady_clock::time_point start) {
 
 }  // namespace
 
-SequenceProgress::SequenceProgress(bool quiet, std::size_t frames)
+SequenceProgress::SequenceProgress(bool quiet, std::size_t frames, std::string noun)
     : quiet_(quiet),
       terminal_(isatty(STDERR_FILENO) == 1),
+      noun_(std::move(noun)),
       shares_(frames),
       start_(Clock::now()),
       told_(start_) {}
@@ -72,7 +74,7 @@ void SequenceProgress::tell() {
 void SequenceProgress::draw(double share) {
   const double left = share > 0.0 ? secondsSince(start_) * (1.0 - share) / share : -1.0;
   const std::size_t frame = std::min(done_ + 1, shares_.size());
-  const std::string text = fmt::format("{}Frame: {}/{}{}", kClearLine, frame, shares_.size(),
+  const std::string text = fmt::format("{}{}: {}/{}{}", kClearLine, noun_, frame, shares_.size(),
                                        barText(share, fmt::format("{}%", percent_), left));
   std::fputs(text.c_str(), stderr);
   std::fflush(stderr);

@@ -5,6 +5,7 @@
 #include <chrono>
 #include <cstddef>
 #include <mutex>
+#include <string>
 #include <vector>
 
 #include "EmbeddedHost/Render.h"
@@ -16,7 +17,8 @@ namespace drevintool {
 /// be shown from several threads.
 class SequenceProgress {
  public:
-  SequenceProgress(bool quiet, std::size_t frames);
+  /// `noun` is what the bar calls a frame.
+  SequenceProgress(bool quiet, std::size_t frames, std::string noun = "Frame");
   ~SequenceProgress();
   SequenceProgress(const SequenceProgress&) = delete;
   SequenceProgress& operator=(const SequenceProgress&) = delete;
@@ -40,6 +42,7 @@ class SequenceProgress {
   std::mutex mutex_;
   const bool quiet_;
   const bool terminal_;
+  const std::string noun_;
   bool drawn_ = false;
   std::vector<float> shares_;  // of each frame
   double sum_ = 0.0;

@@ -1,0 +1,42 @@
+#include "sheet/SheetMessages.h"
+
+#include <algorithm>
+
+#include "terminal/Messages.h"
+
+namespace drevintool {
+
+void SheetMessages::addWarning(std::size_t picture, const std::string& text) {
+  add(true, picture, text);
+}
+
+void SheetMessages::addNote(std::size_t picture, const std::string& text) {
+  add(false, picture, text);
+}
+
+void SheetMessages::add(bool warning, std::size_t picture, const std::string& text) {
+  const std::lock_guard<std::mutex> lock(mutex_);
+  const auto same = [&](const Message& m) { return m.warning == warning && m.text == text; };
+  auto found = std::find_if(messages_.begin(), messages_.end(), same);
+  if (found == messages_.end()) {
+    found = messages_.insert(messages_.end(), {warning, text, picture, 0});
+  }
+  found->first = std::min(found->first, picture);
+  ++found->count;
+}
+
+void SheetMessages::print(const SheetPlan& plan) const {
+  std::vector<Message> ordered = messages_;
+  std::stable_sort(ordered.begin(), ordered.end(),
+                   [](const Message& a, const Message& b) { return a.first < b.first; });
+  for (const Message& message : ordered) {
+    const std::string others =
+        message.count > 1 ? " and " + std::to_string(message.count - 1) + " more" : "";
+    const std::string line = message.count >= plan.pictures()
+                                 ? message.text
+                                 : plan.nameOf(message.first) + others + ": " + message.text;
+    message.warning ? printWarning(line) : printNote(line);
+  }
+}
+
+}  // namespace drevintool

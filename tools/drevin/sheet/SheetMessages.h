@@ -1,0 +1,39 @@
+#pragma once
+
+/// What is said of the pictures of a sheet, each thing once.
+
+#include <cstddef>
+#include <mutex>
+#include <string>
+#include <vector>
+
+#include "sheet/SheetPlan.h"
+
+namespace drevintool {
+
+/// Keeps warnings and notes until all pictures are made: most are about all of them. May be told
+/// from several threads.
+class SheetMessages {
+ public:
+  void addWarning(std::size_t picture, const std::string& text);
+  void addNote(std::size_t picture, const std::string& text);
+
+  /// Prints them in the order of the first pictures that they are about. What is not about all
+  /// pictures of the plan begins with the name of the first one.
+  void print(const SheetPlan& plan) const;
+
+ private:
+  struct Message {
+    bool warning = false;
+    std::string text;
+    std::size_t first = 0;  // picture
+    std::size_t count = 0;
+  };
+
+  void add(bool warning, std::size_t picture, const std::string& text);
+
+  std::mutex mutex_;
+  std::vector<Message> messages_;
+};
+
+}  // namespace drevintool
