@@ -9,6 +9,7 @@
 
 #include "EmbeddedHost/DeepOrder.h"
 #include "arguments/NodeArguments.h"
+#include "depth/FocusPoint.h"
 #include "picture/OutputFormat.h"
 #include "picture/Picture.h"
 
@@ -24,6 +25,7 @@ struct RenderArguments : NodeArguments {
   std::string mattes;
   std::string report;
   std::string output;
+  std::optional<FocusPoint> focus;  ///< what to focus on; none: as the controls say
   std::optional<PixelBox> region;
   std::vector<std::string> channels;  ///< empty: the default set
   unsigned threads = 0;               ///< 0: all that the process may use

@@ -111,6 +111,7 @@ RenderParser::RenderParser(CLI::App& subcommand, RenderScope scope)
   addPictures();
   addDeep();
   addNodeOptions(app_, arguments_);
+  focus_.addTo(app_);
   addOutput();
   addSequence();
 }
@@ -214,6 +215,7 @@ RenderArguments RenderParser::checked() const {
     failUsage("--input is missing: name the picture to defocus, or a deep one with --deep");
   }
   checkOutput(arguments.output);
+  arguments.focus = focus_.checked(app_, arguments);
   if (given(app_, "--deep-order")) arguments.deepOrder = parseDeepOrder(deepOrder_);
   if (given(app_, "--region")) arguments.region = parseRegion(region_);
   const bool sheet = scope_ == RenderScope::Sheet;

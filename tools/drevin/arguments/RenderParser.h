@@ -4,6 +4,7 @@
 
 #include <string>
 
+#include "arguments/FocusOption.h"
 #include "arguments/FormatOptions.h"
 #include "arguments/RenderArguments.h"
 
@@ -44,6 +45,7 @@ class RenderParser {
   const RenderScope scope_;
   RenderArguments arguments_;
   // As they stand on the command line, until they are checked.
+  FocusOption focus_;
   FormatOptions format_;
   std::string maxMemory_;
   std::string deepOrder_;

@@ -2,14 +2,19 @@
 
 /// What the subcommand `script` was asked to do.
 
+#include <optional>
 #include <string>
 
 #include "arguments/NodeArguments.h"
+#include "depth/FocusPoint.h"
 
 namespace drevintool {
 
 struct ScriptArguments : NodeArguments {
   std::string name = "Drevin1";  ///< of the node
+  std::optional<FocusPoint> focus;
+  std::string input;  ///< the picture to focus in; empty: none
+  std::string deep;   ///< the same for a deep one
 };
 
 }  // namespace drevintool

@@ -30,6 +30,24 @@ ScriptParser::ScriptParser(CLI::App& app)
   addNodeOptions(app_, arguments_);
   app_.add_option("--name", arguments_.name, "The node's name (default Drevin1)")
       ->type_name("NAME");
+  focus_.addTo(app_);
+  app_.add_option("--input", arguments_.input, "The picture for --focus-at (EXR)")
+      ->type_name("FILE");
+  app_.add_option("--deep", arguments_.deep, "The same, a deep picture (EXR)")->type_name("FILE");
+}
+
+void ScriptParser::checkFocus() const {
+  checkNotEmpty(app_, {"--input", "--deep"});
+  const bool picture = given(app_, "--input") || given(app_, "--deep");
+  if (given(app_, "--input") && given(app_, "--deep")) {
+    failUsage("--deep: give either it or --input, to focus in");
+  }
+  if (given(app_, "--focus-at") && !picture) {
+    failUsage("--focus-at: name the picture to focus in with --input or --deep");
+  }
+  if (picture && !given(app_, "--focus-at")) {
+    failUsage("--input and --deep: are read for --focus-at only; give it too");
+  }
 }
 
 bool ScriptParser::parsed() const {
@@ -39,7 +57,10 @@ bool ScriptParser::parsed() const {
 ScriptArguments ScriptParser::checked() const {
   checkNodeOptions(app_);
   checkName(arguments_.name);
-  return arguments_;
+  checkFocus();
+  ScriptArguments arguments = arguments_;
+  arguments.focus = focus_.checked(app_, arguments);
+  return arguments;
 }
 
 }  // namespace drevintool

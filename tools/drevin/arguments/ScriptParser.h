@@ -2,6 +2,7 @@
 
 /// The options of the subcommand `script`.
 
+#include "arguments/FocusOption.h"
 #include "arguments/ScriptArguments.h"
 
 namespace CLI {
@@ -24,8 +25,11 @@ class ScriptParser {
   ScriptArguments checked() const;
 
  private:
+  void checkFocus() const;
+
   CLI::App& app_;
   ScriptArguments arguments_;
+  FocusOption focus_;
 };
 
 }  // namespace drevintool

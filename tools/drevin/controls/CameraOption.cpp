@@ -105,6 +105,7 @@ FoundCamera CameraOption::at(std::optional<double> frame, const Node& node,
     camera.findings[name] = {curve.at(frame.value_or(0.0)),
                              namesFile(text_) ? text_ : std::string("--camera")};
   }
+  if (focus_) camera.findings["focalPlane"] = *focus_;
   if (header_) {
     addPictureShape(sizeOf(*picture), camera.findings);
     checkEnough(camera.findings, *picture);

@@ -46,6 +46,9 @@ class CameraOption {
   /// distance or the film back's width, and none is given. `picture` may be null unless isHeader().
   FoundCamera at(std::optional<double> frame, const Node& node, const Picture* picture) const;
 
+  /// From now on its focus distance is that one, in scene units, which came from `from`.
+  void setFocus(double distance, const std::string& from) { focus_ = {distance, from}; }
+
   /// What is given, by key.
   const std::map<std::string, ControlCurve>& curves() const { return curves_; }
 
@@ -58,6 +61,7 @@ class CameraOption {
   std::string text_;
   bool header_ = false;
   std::map<std::string, ControlCurve> curves_;
+  std::optional<CameraFinding> focus_;  // wins over all others
 };
 
 /// "focalLength 35 mm (cameraFocalLength), fStop 8 (cameraFNumber), ...".

@@ -1,11 +1,14 @@
 #include "controls/ScriptCommand.h"
 
 #include <cstdio>
+#include <memory>
 
 #include "controls/CameraOption.h"
 #include "controls/ControlChanges.h"
+#include "controls/FocusControl.h"
 #include "controls/PluginSearch.h"
 #include "controls/ScriptText.h"
+#include "render/InputPictures.h"
 #include "terminal/Messages.h"
 
 namespace drevintool {
@@ -28,6 +31,23 @@ void takeCamera(const std::string& text, Node& node, ControlCurves& curves) {
   }
 }
 
+// The pictures to focus in, if there is a point to focus on.
+std::unique_ptr<InputPictures> picturesOf(const ScriptArguments& arguments) {
+  if (!arguments.focus) return nullptr;
+  RenderArguments files;
+  files.input = arguments.input;
+  files.deep = arguments.deep;
+  return std::make_unique<InputPictures>(files);
+}
+
+void takeFocus(const InputPictures& pictures, const FocusPoint& point, Node& node,
+               ControlCurves& curves) {
+  const float distance = pictures.focusDistance(node, point);
+  setFocus(node, distance);
+  curves.erase(kFocusControl);
+  printNote(focusLine(distance, point));
+}
+
 }  // namespace
 
 int runScript(const ScriptArguments& arguments) {
@@ -37,9 +57,14 @@ int runScript(const ScriptArguments& arguments) {
   for (const std::string& warning : changes.warnings())
     printWarning(warning);
   changes.applyValues(node, kAnyFrame);
-  changes.applyChannels(node, [](const Knob&, const ControlSetting&) { return nullptr; });
+  const std::unique_ptr<InputPictures> pictures = picturesOf(arguments);
+  changes.applyChannels(node, [&](const Knob& knob, const ControlSetting&) -> const Picture* {
+    const bool flat = pictures && pictures->deep() == nullptr;
+    return flat && knob.name() == "depthChannel" ? &pictures->image() : nullptr;
+  });
   ControlCurves curves = changes.curves(node);
   if (!arguments.camera.empty()) takeCamera(arguments.camera, node, curves);
+  if (pictures) takeFocus(*pictures, *arguments.focus, node, curves);
   std::fputs(nodeScript(node, curves, arguments.name).c_str(), stdout);
   return 0;
 }

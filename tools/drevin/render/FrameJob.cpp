@@ -3,6 +3,7 @@
 #include <new>
 #include <utility>
 
+#include "controls/FocusControl.h"
 #include "deep/DeepCompanion.h"
 #include "deep/DeepWarnings.h"
 #include "render/HostPicture.h"
@@ -98,6 +99,7 @@ FrameOutcome FrameJob::finish() {
   applyChannels(node);
   const DeepExrSource* deep = pictures_->deep();
   if (deep == nullptr) checkDepthChannel(pictures_->image(), node);
+  applyFocus(node);
   camera = connectCameraTo(node);
   const std::vector<PlannedChannel> plan = planFor(node);
   const embedded::RenderResult result = render(node, plan);
@@ -155,6 +157,15 @@ void FrameJob::applyChannels(Node& node) {
     return picture;
   };
   share_.changes.applyChannels(node, source);
+}
+
+void FrameJob::applyFocus(Node& node) {
+  if (!arguments_.focus) return;
+  const FocusPoint& point = *arguments_.focus;
+  const float distance = pictures_->focusDistance(node, point);
+  setFocus(node, distance);
+  if (camera_) camera_->setFocus(static_cast<double>(distance), "--focus-at");
+  if (!arguments_.quiet) tellNote(focusLine(distance, point));
 }
 
 std::unique_ptr<embedded::CameraInput> FrameJob::connectCameraTo(Node& node) {

@@ -58,6 +58,7 @@ class FrameJob : public FrameWork {
   embedded::RenderResult render(Node& node, const std::vector<PlannedChannel>& plan) const;
   void warn(const std::string& text);
   void applyChannels(Node& node);
+  void applyFocus(Node& node);
   std::unique_ptr<embedded::CameraInput> connectCameraTo(Node& node);
   std::vector<PlannedChannel> planFor(const Node& node);
   void tellWarnings(const embedded::RenderResult& result);

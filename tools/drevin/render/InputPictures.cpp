@@ -1,5 +1,6 @@
 #include "render/InputPictures.h"
 
+#include <stdexcept>
 #include <utility>
 
 #include "deep/DeepCompanion.h"
@@ -56,6 +57,17 @@ std::string InputPictures::fileOf(int input) const {
   if (input == kDeepInput) return deep_ ? deep_->path() : std::string();
   const Picture* picture = at(input);
   return picture == nullptr ? std::string() : picture->path;
+}
+
+float InputPictures::focusDistance(const Node& node, const FocusPoint& point) const {
+  if (!deep_) return drevintool::focusDistance(image(), node, point);
+  try {
+    return drevintool::focusDistance(*deep_, node, point);
+  } catch (const ToolError&) {
+    throw;
+  } catch (const std::runtime_error& error) {
+    throw ToolError(ExitCode::InputUnreadable, error.what());
+  }
 }
 
 // Made when the first node wants them: pictures that were read ahead are kept as they were read.

@@ -44,6 +44,8 @@ class InputPictures {
   const Picture& image() const { return pictures_.front().picture; }
   /// The deep picture, or null.
   const DeepExrSource* deep() const { return deep_.get(); }
+  /// The distance to focus on, in the deep picture if there is one. Throws ToolError.
+  float focusDistance(const Node& node, const FocusPoint& point) const;
   /// The file on that input, or empty.
   std::string fileOf(int input) const;
 
