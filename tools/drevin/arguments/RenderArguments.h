@@ -33,6 +33,7 @@ struct RenderArguments : NodeArguments {
   std::uint64_t maxMemory = 0;  ///< bytes; 0: most of what is free
   OutputFormat format;
   bool quiet = false;
+  bool stats = false;              ///< a line of figures for each picture
   std::vector<int> frames;         ///< in the order of rendering; empty: no sequence
   std::vector<std::string> views;  ///< empty: none
   unsigned framesInFlight = 0;     ///< rendered at a time; 0: as many as are useful

@@ -161,6 +161,11 @@ void RenderParser::addOutput() {
   format_.addTo(app_);
   app_.add_option("--report", arguments_.report, "Write what was done and how long it took (JSON)")
       ->type_name("FILE");
+  if (scope_ == RenderScope::Pictures) {
+    app_.add_flag("--stats", arguments_.stats,
+                  "A line for each picture on standard error: seconds, bytes, pixels, what is not "
+                  "finite, the range of each channel");
+  }
   app_.add_flag("--quiet", arguments_.quiet, "No progress");
   app_.add_option("--output", arguments_.output, "The result, .exr or .png")->type_name("FILE");
 }

@@ -72,4 +72,10 @@ std::uint64_t memoryBudget() {
   return std::max(kLeast, free / 4 * 3);
 }
 
+std::uint64_t peakMemoryBytes() {
+  rusage usage{};
+  getrusage(RUSAGE_SELF, &usage);
+  return static_cast<std::uint64_t>(usage.ru_maxrss) * 1024;
+}
+
 }  // namespace drevintool

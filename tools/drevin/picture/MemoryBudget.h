@@ -23,4 +23,7 @@ MemoryLimits memoryLimits();
 /// reserve for the work on the pixels, and at least 64 MiB.
 std::uint64_t memoryBudget();
 
+/// The most memory that this process has had so far, in bytes.
+std::uint64_t peakMemoryBytes();
+
 }  // namespace drevintool

@@ -1,6 +1,8 @@
 #include "render/FrameJob.h"
 
+#include <filesystem>
 #include <new>
+#include <system_error>
 #include <utility>
 
 #include "controls/FocusControl.h"
@@ -187,7 +189,8 @@ std::vector<PlannedChannel> FrameJob::planFor(const Node& node) {
     warn(missingKernelWarning(*kernel, node, plan));
   }
   if (const DeepExrSource* deep = pictures_->deep()) warn(opaqueWarning(*deep));
-  warn(notFiniteWarning(pictures_->image(), plan));
+  notFinite_ = notFinitePixels(pictures_->image(), plan);
+  warn(notFiniteWarning(pictures_->image(), notFinite_));
   return plan;
 }
 
@@ -206,20 +209,43 @@ void FrameJob::tellNote(const std::string& text) {
   printNote(withFrameName(task_, text));
 }
 
-void FrameJob::deliver(const OutputPicture& result) {
+std::uint64_t FrameJob::deliver(const OutputPicture& result) {
   writePicture(result, arguments_.output);
+  std::error_code error;
+  const std::uintmax_t bytes = std::filesystem::file_size(arguments_.output, error);
+  return error ? 0 : bytes;
+}
+
+FrameStats FrameJob::statsOfResult(const OutputPicture& output,
+                                   const std::vector<PlannedChannel>& plan,
+                                   std::uint64_t bytes) const {
+  FrameStats stats = statsOf(output, plan);
+  stats.bytesWritten = bytes;
+  stats.notFinite = notFinite_;
+  if (const DeepExrSource* deep = pictures_->deep()) {
+    const DeepSampleCounts counts = deep->counts();
+    stats.samples = counts.samples;
+    stats.notFinite += counts.notFinite;
+  }
+  return stats;
 }
 
 void FrameJob::write(const Node& node, const std::vector<PlannedChannel>& plan,
                      const embedded::RenderResult& result, FrameOutcome& outcome) {
   const Stopwatch writing;
-  deliver(composeOutput(pictures_->image(), plan, result, arguments_.format));
+  const OutputPicture output = composeOutput(pictures_->image(), plan, result, arguments_.format);
+  const std::uint64_t bytes = deliver(output);
   times_.write = writing.seconds();
   times_.total = times_.read + total_.seconds();
+  if (!share_.wantsReport && !arguments_.stats) return;
+  const FrameStats stats = statsOfResult(output, plan, bytes);
+  if (arguments_.stats) printNote("stats: " + statsLine(task_, stats, times_));
   if (!share_.wantsReport) return;
-  outcome.report = std::make_shared<const nlohmann::ordered_json>(
-      renderReport(arguments_, node, *pictures_, result, {times_, warnings_, findings_}));
-  if (!arguments_.report.empty()) writeReport(*outcome.report, arguments_.report);
+  nlohmann::ordered_json report =
+      renderReport(arguments_, node, *pictures_, result, {times_, warnings_, findings_});
+  report["stats"] = statsJson(stats);
+  if (!arguments_.report.empty()) writeReport(report, arguments_.report);
+  outcome.report = std::make_shared<const nlohmann::ordered_json>(std::move(report));
 }
 
 }  // namespace drevintool

@@ -16,6 +16,7 @@
 #include "controls/ControlChanges.h"
 #include "picture/OutputPicture.h"
 #include "render/ChannelPlan.h"
+#include "render/FrameStats.h"
 #include "render/InputPictures.h"
 #include "render/Report.h"
 #include "sequence/FrameOutcome.h"
@@ -48,8 +49,9 @@ class FrameJob : public FrameWork {
   FrameOutcome finish() override;
 
  protected:
-  /// Writes the result to the output that the arguments name.
-  virtual void deliver(const OutputPicture& result);
+  /// Writes the result to the output that the arguments name. Returns the bytes of the file, or 0
+  /// if there is none.
+  virtual std::uint64_t deliver(const OutputPicture& result);
   /// Warnings and notes, as they come, to standard error, with the frame's name before them.
   virtual void tellWarning(const std::string& text);
   virtual void tellNote(const std::string& text);
@@ -64,6 +66,8 @@ class FrameJob : public FrameWork {
   void tellWarnings(const embedded::RenderResult& result);
   void write(const Node& node, const std::vector<PlannedChannel>& plan,
              const embedded::RenderResult& result, FrameOutcome& outcome);
+  FrameStats statsOfResult(const OutputPicture& output, const std::vector<PlannedChannel>& plan,
+                           std::uint64_t bytes) const;
 
   FrameShare share_;
   FrameTask task_;
@@ -74,6 +78,7 @@ class FrameJob : public FrameWork {
   CommandTimes times_;
   std::vector<std::string> warnings_;
   std::optional<CameraOption> camera_;
+  std::size_t notFinite_ = 0;                      // pixels of the input
   std::map<std::string, CameraFinding> findings_;  // of the camera
 };
 

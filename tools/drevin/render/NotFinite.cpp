@@ -34,7 +34,7 @@ void mark(const Samples& samples, std::vector<bool>& bad) {
 
 }  // namespace
 
-std::string notFiniteWarning(const Picture& input, const std::vector<PlannedChannel>& plan) {
+std::size_t notFinitePixels(const Picture& input, const std::vector<PlannedChannel>& plan) {
   std::vector<bool> bad(input.box.area());
   for (const PlannedChannel& channel : plan) {
     if (channel.rendered && channel.source != nullptr) mark(channel.source->samples, bad);
@@ -42,6 +42,10 @@ std::string notFiniteWarning(const Picture& input, const std::vector<PlannedChan
   std::size_t count = 0;
   for (const bool pixel : bad)
     count += pixel ? 1 : 0;
+  return count;
+}
+
+std::string notFiniteWarning(const Picture& input, std::size_t count) {
   if (count == 0) return {};
   return std::to_string(count) + (count == 1 ? " pixel of " : " pixels of ") + oneLine(input.path) +
          (count == 1 ? " is" : " are") +

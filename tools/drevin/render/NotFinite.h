@@ -2,6 +2,7 @@
 
 /// Colours that are not numbers, or infinite.
 
+#include <cstddef>
 #include <string>
 #include <vector>
 
@@ -10,8 +11,11 @@
 
 namespace drevintool {
 
-/// One line with the number of pixels in which a channel that the node blurs is NaN or infinite:
-/// such a pixel spoils all that its kernel reaches. Empty if there is none.
-std::string notFiniteWarning(const Picture& input, const std::vector<PlannedChannel>& plan);
+/// The number of pixels in which a channel that the node blurs is NaN or infinite: such a pixel
+/// spoils all that its kernel reaches.
+std::size_t notFinitePixels(const Picture& input, const std::vector<PlannedChannel>& plan);
+
+/// One line about that number of pixels; empty if it is 0.
+std::string notFiniteWarning(const Picture& input, std::size_t count);
 
 }  // namespace drevintool

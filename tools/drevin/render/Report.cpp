@@ -1,13 +1,11 @@
 #include "render/Report.h"
 
-#include <sys/resource.h>
-
 #include <array>
-#include <cstdint>
 
 #include "controls/CameraKeys.h"
 #include "controls/ControlJson.h"
 #include "picture/AtomicFile.h"
+#include "picture/MemoryBudget.h"
 
 namespace drevintool {
 namespace {
@@ -132,12 +130,6 @@ Json secondsJson(const embedded::RenderResult& result, const CommandTimes& times
   return {{"read", times.read},  {"aperture", aperture}, {"estimate", estimate},
           {"kernels", kernels},  {"defocus", defocus},   {"write", times.write},
           {"total", times.total}};
-}
-
-std::uint64_t peakMemoryBytes() {
-  rusage usage{};
-  getrusage(RUSAGE_SELF, &usage);
-  return static_cast<std::uint64_t>(usage.ru_maxrss) * 1024;
 }
 
 }  // namespace

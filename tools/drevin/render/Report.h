@@ -37,7 +37,8 @@ struct CommandRecord {
 /// write, total) and the peak memory in bytes. A deep input has its part, the order in which its
 /// samples were served, how many were read, how many of them are thick, how many the fullest pixel
 /// has, and how often a band of rows was read; that happens while rows are made, and its time is
-/// part of theirs.
+/// part of theirs. What the result holds is added by its maker, under
+/// "stats".
 nlohmann::ordered_json renderReport(const RenderArguments& arguments, const Node& node,
                                     const InputPictures& pictures,
                                     const embedded::RenderResult& result,

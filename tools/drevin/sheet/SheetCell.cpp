@@ -32,7 +32,7 @@ SheetCell::SheetCell(const SheetShare& sheet, const FrameShare& share, std::size
       messages_(messages),
       keep_(std::move(keep)) {}
 
-void SheetCell::deliver(const OutputPicture& result) {
+std::uint64_t SheetCell::deliver(const OutputPicture& result) {
   constexpr std::array<const char*, 3> kNames = {"rgba.red", "rgba.green", "rgba.blue"};
   const PixelSize from{static_cast<int>(result.box.width()), static_cast<int>(result.box.height())};
   SmallPicture small;
@@ -46,6 +46,7 @@ void SheetCell::deliver(const OutputPicture& result) {
                           : areaFiltered(*floatSamples(channel->samples), from, small.size);
   }
   keep_(std::move(small));
+  return 0;
 }
 
 void SheetCell::tellWarning(const std::string& text) {

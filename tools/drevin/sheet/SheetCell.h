@@ -28,7 +28,7 @@ class SheetCell : public FrameJob {
             std::function<void(SmallPicture)> keep);
 
  protected:
-  void deliver(const OutputPicture& result) override;
+  std::uint64_t deliver(const OutputPicture& result) override;
   void tellWarning(const std::string& text) override;
   void tellNote(const std::string& text) override;
 
