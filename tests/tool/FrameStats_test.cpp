@@ -119,7 +119,8 @@ TEST_F(StatsOption, withoutIt_nothingIsSaid) {
 }
 
 TEST_F(StatsOption, sequence_hasALineForEachFrameThatWasRendered) {
-  const std::vector<std::string> more = {"--frames", "1-3", "--stats", "--skip-existing"};
+  const std::vector<std::string> more = {"--frames",           "1-3", "--stats", "--skip-existing",
+                                         "--frames-in-flight", "1"};
   const std::string pattern = folder_.file("out.####.exr");
   EXPECT_EQ(runCommand(renderArguments(input_, folder_.file("out.0002.exr"))).exitCode, 0);
   const RunResult result = runCommand(renderArguments(input_, pattern, more));
