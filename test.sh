@@ -28,7 +28,7 @@ while [ $# -gt 0 ]; do
 done
 
 need_packages "$install" "${build_packages[@]}" "${test_packages[@]}"
-options=(-DDREVIN_TESTS=ON -DDREVIN_PRECOMPILED_TESTS=ON)
+options=(-DDREVIN_TESTS=ON -DDREVIN_PRECOMPILED_HEADERS=ON)
 [ -n "${DREVIN_WERROR:-}" ] && options+=("-DDREVIN_WERROR=$DREVIN_WERROR")
 cmake --preset "$preset" "${options[@]}"
 cmake --build --preset "$preset"
