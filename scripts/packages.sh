@@ -3,6 +3,7 @@
 build_packages=(g++ cmake ninja-build libopenexr-dev libimath-dev libcli11-dev libfmt-dev
                 nlohmann-json3-dev libpng-dev)
 test_packages=(libgtest-dev)
+farm_packages=(slurmctld slurmd slurm-client munge)
 
 # Prints those of the named packages that are not installed.
 missing_packages() {

@@ -128,16 +128,39 @@ TEST(SequencePlan, reportsThatCollide_areRefused) {
 TEST(SequencePlan, inputsOfWhichNoneIsThere_areOneLine) {
   const ScratchFolder folder;
   const std::string line = failureOf(sequence(folder.file("in.##.exr"), folder.file("o.#.exr")));
-  EXPECT_EQ(line.rfind("3 --input", 0), 0U) << line;
+  EXPECT_EQ(line.rfind("2 --input", 0), 0U) << line;
   EXPECT_NE(line.find("in.01.exr"), std::string::npos) << line;
 }
 
-TEST(SequencePlan, inputsOfWhichOneIsThere_areLetPass) {
+TEST(SequencePlan, gap_isNamedBeforeAnythingIsRendered) {
   const ScratchFolder folder;
   writeBytes(folder.file("in.02.exr"), "x");
-  const SequencePlan plan(sequence(folder.file("in.##.exr"), folder.file("o.#.exr")));
+  RenderArguments arguments = sequence(folder.file("in.##.exr"), folder.file("o.#.exr"));
+  arguments.frames = {1, 2, 3};
+  const std::string line = failureOf(arguments);
+  EXPECT_EQ(line.rfind("2 --input", 0), 0U) << line;
+  EXPECT_NE(line.find("for frames 1,3,"), std::string::npos) << line;
+  EXPECT_NE(line.find("in.01.exr"), std::string::npos) << line;
+}
+
+TEST(SequencePlan, gapWhereBadFramesAreSkipped_isLetPass) {
+  const ScratchFolder folder;
+  writeBytes(folder.file("in.02.exr"), "x");
+  RenderArguments arguments = sequence(folder.file("in.##.exr"), folder.file("o.#.exr"));
+  arguments.skipBadFrames = true;
+  const SequencePlan plan(arguments);
   EXPECT_NO_THROW(plan.checkInputs());
   EXPECT_NO_THROW(plan.checkOutputs());
+}
+
+TEST(SequencePlan, gapWhereTheOutputMayStay_needsNoInput) {
+  const ScratchFolder folder;
+  for (const char* name : {"in.02.exr", "o.1.exr"})
+    writeBytes(folder.file(name), "x");
+  RenderArguments arguments = sequence(folder.file("in.##.exr"), folder.file("o.#.exr"));
+  EXPECT_THROW(SequencePlan(arguments).checkInputs(), ToolError);
+  arguments.skipExisting = true;
+  EXPECT_NO_THROW(SequencePlan(arguments).checkInputs());
 }
 
 TEST(SequencePlan, folderOfOneFrameThatIsMissing_isNamed) {

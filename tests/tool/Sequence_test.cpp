@@ -88,12 +88,21 @@ TEST_F(Sequence, chosenFrames_areRenderedAndNoOthers) {
   EXPECT_EQ(outputs(), (Texts{"out.1.exr", "out.3.exr", "out.6.exr"}));
 }
 
-TEST_F(Sequence, missingFrame_endsWith3AndItsName) {
+TEST_F(Sequence, missingFrames_endWith2AndTheirNamesBeforeAnyIsRendered) {
   const RunResult result = render({"--frames", "5-9"});
+  EXPECT_EQ(result.exitCode, 2);
+  EXPECT_TRUE(isOneErrorLine(result.error)) << result.error;
+  EXPECT_NE(result.error.find("frames 7-9"), std::string::npos) << result.error;
+  EXPECT_EQ(outputs(), Texts{});
+}
+
+TEST_F(Sequence, badFrame_endsWith3AndItsName) {
+  writeBytes(frameFile(3), "no picture");
+  const RunResult result = render({"--frames", "1-6", "--frames-in-flight", "1"});
   EXPECT_EQ(result.exitCode, 3);
   EXPECT_TRUE(isOneErrorLine(result.error)) << result.error;
-  EXPECT_EQ(result.error.rfind("drevin: error: frame 7: ", 0), 0U) << result.error;
-  EXPECT_EQ(outputs(), (Texts{"out.5.exr", "out.6.exr"}));
+  EXPECT_EQ(result.error.rfind("drevin: error: frame 3: ", 0), 0U) << result.error;
+  EXPECT_EQ(outputs(), (Texts{"out.1.exr", "out.2.exr"}));
 }
 
 TEST_F(Sequence, lowestOfSeveralBadFrames_isNamedForAnyNumberInFlight) {

@@ -10,6 +10,7 @@
 #include "arguments/NodeOptions.h"
 #include "arguments/OptionChecks.h"
 #include "picture/ChannelNames.h"
+#include "sequence/FrameChunk.h"
 #include "sequence/FrameList.h"
 #include "terminal/NumberText.h"
 #include "terminal/SizeText.h"
@@ -176,6 +177,10 @@ void RenderParser::addSequence() {
           "Frames to render, such as 1-100x2,120,130-125; they stand where paths have ####, "
           "@ or %04d")
       ->type_name("LIST");
+  app_.add_option("--chunk", chunk_,
+                  "Render only one of several equal shares of --frames, such as 3/10: for the "
+                  "tasks of a job array")
+      ->type_name("I/N");
   app_.add_option("--views", views_,
                   "Views to render; their names stand where paths have %V, their first letters "
                   "where they have %v")
@@ -195,6 +200,10 @@ void RenderParser::addSkipping() {
 
 void RenderParser::checkSequence(RenderArguments& arguments) const {
   if (given(app_, "--frames")) arguments.frames = parseFrameList(frames_);
+  if (given(app_, "--chunk")) {
+    if (arguments.frames.empty()) failUsage("--chunk: is a share of a sequence; give --frames");
+    arguments.frames = FrameChunk::parse(chunk_).of(arguments.frames);
+  }
   if (given(app_, "--views")) arguments.views = parseViews(views_);
   if (given(app_, "--frames-in-flight")) {
     arguments.framesInFlight =

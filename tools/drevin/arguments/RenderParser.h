@@ -54,6 +54,7 @@ class RenderParser {
   std::string threads_;
   std::string proxy_;
   std::string frames_;
+  std::string chunk_;
   std::string views_;
   std::string framesInFlight_;
 };

@@ -2,20 +2,22 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <iterator>
 #include <map>
 #include <set>
 #include <system_error>
 #include <unordered_set>
 
 #include "picture/AtomicFile.h"
+#include "sequence/FrameList.h"
 #include "terminal/ExitCode.h"
 #include "terminal/OneLine.h"
 
 namespace drevintool {
 namespace {
 
-[[noreturn]] void fail(const std::string& line, ExitCode code = ExitCode::Usage) {
-  throw ToolError(code, oneLine(line));
+[[noreturn]] void fail(const std::string& line) {
+  throw ToolError(ExitCode::Usage, oneLine(line));
 }
 
 std::vector<FrameTask> tasksOf(const RenderArguments& arguments) {
@@ -112,16 +114,39 @@ RenderArguments SequencePlan::argumentsOf(const FrameTask& task) const {
   return arguments;
 }
 
+std::vector<FrameTask> SequencePlan::missing(const Path& path) const {
+  const Path& output = pathOf("--output");
+  std::vector<FrameTask> tasks;
+  std::copy_if(tasks_.begin(), tasks_.end(), std::back_inserter(tasks), [&](const FrameTask& task) {
+    const bool stays = arguments_.skipExisting && exists(filled(output, task));
+    return !stays && !exists(filled(path, task));
+  });
+  return tasks;
+}
+
+void SequencePlan::failMissing(const Path& path, const std::vector<FrameTask>& tasks) const {
+  std::vector<int> frames;
+  for (const FrameTask& task : tasks)
+    if (task.frame) frames.push_back(*task.frame);
+  const std::string start = std::string(path.option) + " " + arguments_.*path.text + ": ";
+  const std::string file = filled(path, tasks.front());
+  if (tasks.size() == tasks_.size()) {
+    fail(start + "there is no such file for any of " + std::to_string(tasks.size()) +
+         " pictures, the first would be " + file);
+  }
+  fail(start + "there is no such file for " +
+       (frames.empty() ? tasks.front().name() : "frames " + frameListText(frames)) +
+       ", the first would be " + file +
+       "; give --frames that are there, or --skip-bad-frames to go on without");
+}
+
 void SequencePlan::checkInputs() const {
   for (const char* option : {"--input", "--deep", "--kernel", "--mattes", "--camera"}) {
     const Path& path = pathOf(option);
     if (!path.pattern.hasFrame() && !path.pattern.hasView()) continue;
-    const auto isThere = [&](const FrameTask& task) { return exists(filled(path, task)); };
-    if (std::any_of(tasks_.begin(), tasks_.end(), isThere)) continue;
-    fail(std::string(option) + " " + arguments_.*path.text + ": there is no such file for any of " +
-             std::to_string(tasks_.size()) + " pictures, the first would be " +
-             filled(path, tasks_.front()),
-         ExitCode::InputUnreadable);
+    const std::vector<FrameTask> tasks = missing(path);
+    if (tasks.empty() || (arguments_.skipBadFrames && tasks.size() < tasks_.size())) continue;
+    failMissing(path, tasks);
   }
 }
 

@@ -26,8 +26,9 @@ class SequencePlan {
   /// The arguments of one picture: paths with its frame and view in their places.
   RenderArguments argumentsOf(const FrameTask& task) const;
 
-  /// Throws ToolError (InputUnreadable) if one of the inputs that has a place for the frame or the
-  /// view is not there for any picture.
+  /// Throws ToolError (Usage) if an input that has a place for the frame or the view is missing for
+  /// some pictures, before hours are spent on the others; where bad frames are skipped, only if it
+  /// is there for none. A picture whose output is there, and may stay, needs no input.
   void checkInputs() const;
   /// Throws ToolError (OutputNotWritten) if a folder of the outputs cannot be written to.
   void checkOutputs() const;
@@ -43,6 +44,8 @@ class SequencePlan {
   void checkPlaces() const;
   void checkOutputsDiffer() const;
   const Path& pathOf(const char* option) const;
+  std::vector<FrameTask> missing(const Path& path) const;
+  [[noreturn]] void failMissing(const Path& path, const std::vector<FrameTask>& tasks) const;
   static std::string filled(const Path& path, const FrameTask& task);
 
   RenderArguments arguments_;

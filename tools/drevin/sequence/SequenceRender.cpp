@@ -62,7 +62,7 @@ class SequenceRender {
         progress_(arguments.quiet, plan.tasks().size()) {}
 
   int run() {
-    if (!arguments_.skipExisting) plan_.checkInputs();
+    plan_.checkInputs();
     runFrames(
         plan_.tasks().size(), {inFlight_, arguments_.skipBadFrames},
         [this](std::size_t index) { return makeJob(index); },
