@@ -3,14 +3,19 @@
 #include <CLI/CLI.hpp>
 
 #include "arguments/OptionChecks.h"
+#include "picture/ChannelNames.h"
 #include "picture/ExrCompression.h"
+#include "terminal/NearestName.h"
 
 namespace drevintool {
 namespace {
 
 Imf::Compression parseCompression(const std::string& text) {
   const std::optional<Imf::Compression> compression = compressionNamed(text);
-  if (!compression) failUsage("--compression " + text + ": give one of " + compressionList());
+  if (!compression) {
+    failUsage("--compression " + text + ": give one of " + compressionList() +
+              nearestHint(text, splitList(compressionList())));
+  }
   return *compression;
 }
 
@@ -18,7 +23,8 @@ ResultType parseType(const std::string& text) {
   if (text == "float") return ResultType::Float;
   if (text == "half") return ResultType::Half;
   if (text == "keep") return ResultType::Input;
-  failUsage("--type " + text + ": give half, float or keep");
+  failUsage("--type " + text + ": give half, float or keep" +
+            nearestHint(text, {"half", "float", "keep"}));
 }
 
 }  // namespace

@@ -12,6 +12,7 @@
 #include "picture/ChannelNames.h"
 #include "sequence/FrameChunk.h"
 #include "sequence/FrameList.h"
+#include "terminal/NearestName.h"
 #include "terminal/NumberText.h"
 #include "terminal/SizeText.h"
 
@@ -68,7 +69,8 @@ std::vector<std::string> parseChannels(const std::string& text) {
 embedded::DeepOrder parseDeepOrder(const std::string& text) {
   if (text == "near-first") return embedded::DeepOrder::NearFirst;
   if (text == "far-first") return embedded::DeepOrder::FarFirst;
-  failUsage("--deep-order " + text + ": give near-first or far-first");
+  failUsage("--deep-order " + text + ": give near-first or far-first" +
+            nearestHint(text, {"near-first", "far-first"}));
 }
 
 std::uint64_t parseMaxMemory(const std::string& text) {

@@ -72,7 +72,7 @@ void setChoice(Node& node, Knob& knob, const ControlSetting& setting) {
 
 [[noreturn]] void failMissing(const ControlSetting& setting, const std::string& name,
                               const Picture& source) {
-  fail(setting, source.path + " has no channel '" + name + "'; it has " + channelList(source),
+  fail(setting, source.path + " has no channel '" + name + "'" + channelHint(source, name),
        ExitCode::InputUnreadable);
 }
 

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "EmbeddedHost/Plugin.h"
+#include "picture/NearestFile.h"
 #include "terminal/ExitCode.h"
 #include "terminal/OneLine.h"
 
@@ -56,7 +57,7 @@ const DD::Image::Op::Description& loadNodeClass(const std::string& option) {
   try {
     return embedded::loadPlugin(file, kClassName);
   } catch (const embedded::PluginError& error) {
-    throw ToolError(ExitCode::PluginNotLoaded, oneLine(error.what()));
+    throw ToolError(ExitCode::PluginNotLoaded, oneLine(error.what() + nearestFileHint(file)));
   }
 }
 

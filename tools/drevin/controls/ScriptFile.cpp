@@ -64,10 +64,7 @@ ScriptNode readScriptNode(const std::string& file, const std::string& name) {
     list += (list.empty() ? "" : ", ") + names.back();
   }
   if (name.empty()) fail(file, "holds several nodes; choose with --node: " + list, ExitCode::Usage);
-  const std::string nearest = nearestName(name, names);
-  fail(file,
-       "holds no node '" + name + "'" + (nearest.empty() ? "" : "; did you mean " + nearest + "?") +
-           " It has " + list,
+  fail(file, "holds no node '" + name + "'" + nearestHintAndList(name, names, list),
        ExitCode::Usage);
 }
 

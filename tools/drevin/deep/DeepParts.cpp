@@ -1,8 +1,10 @@
 #include "deep/DeepParts.h"
 
 #include <algorithm>
+#include <vector>
 
 #include "terminal/ExitCode.h"
+#include "terminal/NearestName.h"
 #include "terminal/OneLine.h"
 
 namespace drevintool {
@@ -22,6 +24,19 @@ std::string deepPartList(const ExrFacts& facts) {
   return list;
 }
 
+// At a name of the deep parts if it is that which there is not, else at one of their views.
+std::string hintFor(const ExrFacts& facts, const std::string& name, const std::string& view) {
+  std::vector<std::string> names;
+  std::vector<std::string> views;
+  for (const ExrPartFacts& part : facts.parts) {
+    if (!part.deep) continue;
+    names.push_back(part.name);
+    views.push_back(part.view);
+  }
+  const bool known = std::find(names.begin(), names.end(), name) != names.end();
+  return name.empty() || known ? nearestHint(view, views) : nearestHint(name, names);
+}
+
 }  // namespace
 
 std::size_t chooseDeepPart(const ExrFacts& facts, const std::string& path, const std::string& name,
@@ -39,7 +54,8 @@ std::size_t chooseDeepPart(const ExrFacts& facts, const std::string& path, const
   const auto found = std::find_if(facts.parts.begin(), facts.parts.end(), meant);
   if (found == facts.parts.end()) {
     fail("has no deep part" + (name.empty() ? "" : " " + name) +
-         (view.empty() ? "" : " of view " + view) + "; its deep parts are " + deepPartList(facts));
+         (view.empty() ? "" : " of view " + view) + hintFor(facts, name, view) +
+         "; its deep parts are " + deepPartList(facts));
   }
   return static_cast<std::size_t>(found - facts.parts.begin());
 }

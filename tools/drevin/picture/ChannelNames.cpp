@@ -5,6 +5,7 @@
 #include <cctype>
 #include <utility>
 
+#include "terminal/NearestName.h"
 #include "terminal/OneLine.h"
 
 namespace drevintool {
@@ -83,6 +84,15 @@ std::string channelList(const Picture& picture) {
     list += (list.empty() ? "" : ", ") + oneLine(channel.fileName);
   }
   return list;
+}
+
+std::string channelHint(const Picture& picture, const std::string& name) {
+  std::vector<std::string> names;
+  for (const PictureChannel& channel : picture.channels)
+    names.push_back(channel.fileName);
+  for (const PictureChannel& channel : picture.channels)
+    names.push_back(channel.hostName);
+  return nearestHintAndList(name, names, channelList(picture));
 }
 
 std::vector<std::string> splitList(const std::string& text) {

@@ -30,6 +30,10 @@ const PictureChannel* findChannel(const Picture& picture, const std::string& nam
 /// characters come out as '?'; very long lists end in "... (N channels)".
 std::string channelList(const Picture& picture);
 
+/// What a message about a channel that the picture lacks ends with: "; did you mean Z? It has A,
+/// Z". The file's names and the host's are both thought of.
+std::string channelHint(const Picture& picture, const std::string& name);
+
 /// The pieces of a comma list, blanks around them dropped; an empty text has none.
 std::vector<std::string> splitList(const std::string& text);
 

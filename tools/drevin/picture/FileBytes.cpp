@@ -6,6 +6,7 @@
 #include <cstring>
 #include <system_error>
 
+#include "picture/NearestFile.h"
 #include "terminal/ExitCode.h"
 #include "terminal/OneLine.h"
 
@@ -22,7 +23,7 @@ std::string systemText() {
 
 FileBytes::FileBytes(const std::string& path) : path_(path), file_(nullptr, &std::fclose) {
   struct stat status {};
-  if (stat(path.c_str(), &status) != 0) fail(systemText());
+  if (stat(path.c_str(), &status) != 0) fail(systemText() + nearestFileHint(path));
   if (S_ISDIR(status.st_mode)) fail("is a directory, not a picture");
   if (!S_ISREG(status.st_mode)) fail("is not a regular file");
   size_ = static_cast<std::uint64_t>(status.st_size);

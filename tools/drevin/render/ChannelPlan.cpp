@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "depth/DepthChoice.h"
 #include "picture/ChannelNames.h"
 #include "terminal/ExitCode.h"
 #include "terminal/OneLine.h"
@@ -79,8 +80,8 @@ class Planner {
 
  private:
   [[noreturn]] void failMissing(const std::string& name) const {
-    throw ToolError(ExitCode::InputUnreadable, oneLine(input_.path + ": has no channel " + name +
-                                                       "; it has " + channelList(input_)));
+    throw ToolError(ExitCode::InputUnreadable,
+                    oneLine(input_.path + ": has no channel " + name + channelHint(input_, name)));
   }
 
   void add(const PictureChannel& channel) {
@@ -133,10 +134,12 @@ void checkDepthChannel(const Picture& input, const Node& node) {
   const std::string name = DD::Image::getName(depth);
   const auto same = [&](const PictureChannel& c) { return c.hostName == name; };
   if (std::any_of(input.channels.begin(), input.channels.end(), same)) return;
-  throw ToolError(
-      ExitCode::InputUnreadable,
-      oneLine(input.path + ": has no depth channel " + name +
-              "; choose one with --set depthChannel=NAME, it has " + channelList(input)));
+  const std::vector<const PictureChannel*> possible = possibleDepths(input);
+  const std::string perhaps =
+      possible.empty() ? "," : ", perhaps " + possible.front()->fileName + ";";
+  throw ToolError(ExitCode::InputUnreadable, oneLine(input.path + ": has no depth channel " + name +
+                                                     "; choose one with --set depthChannel=NAME" +
+                                                     perhaps + " it has " + channelList(input)));
 }
 
 std::string missingKernelWarning(const Picture& kernel, const Node& node,

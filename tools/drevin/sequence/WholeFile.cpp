@@ -1,7 +1,9 @@
 #include "sequence/WholeFile.h"
 
 #include <cctype>
+#include <filesystem>
 #include <limits>
+#include <system_error>
 
 #include "picture/ExrHeaderScan.h"
 #include "picture/ExrLimits.h"
@@ -26,6 +28,8 @@ bool isWholeExr(const std::string& path) {
 }  // namespace
 
 bool isWholePicture(const std::string& path) {
+  std::error_code error;
+  if (!std::filesystem::exists(path, error)) return false;
   const bool png = !path.empty() && std::tolower(static_cast<unsigned char>(path.back())) == 'g';
   return png ? faultOfWrittenPng(path).empty() : isWholeExr(path);
 }

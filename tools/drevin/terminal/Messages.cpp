@@ -3,28 +3,39 @@
 #include <unistd.h>
 
 #include <cstdio>
+#include <cstdlib>
 
+#include "terminal/Colours.h"
 #include "terminal/OneLine.h"
 #include "terminal/ProgressBar.h"
 
 namespace drevintool {
 namespace {
 
+bool isTerminal() {
+  return isatty(STDERR_FILENO) == 1;
+}
+
 // In one piece, so that lines of several processes do not mix; on a terminal over a bar of
 // progress, if there is one.
 void print(const std::string& line) {
-  const bool terminal = isatty(STDERR_FILENO) == 1;
-  std::fputs(((terminal ? kClearLine : "") + line).c_str(), stderr);
+  std::fputs(((isTerminal() ? kClearLine : "") + line).c_str(), stderr);
+}
+
+std::string beginning(const std::string& kind, const char* colour) {
+  const std::string words = "drevin: " + kind + ":";
+  const bool wanted = coloursWanted(isTerminal(), std::getenv("NO_COLOR"), std::getenv("TERM"));
+  return wanted ? colour + words + kPlain : words;
 }
 
 }  // namespace
 
 void printError(const std::string& text) {
-  print("drevin: error: " + oneLine(text) + "\n");
+  print(beginning("error", kRed) + " " + oneLine(text) + "\n");
 }
 
 void printWarning(const std::string& text) {
-  print("drevin: warning: " + oneLine(text) + "\n");
+  print(beginning("warning", kYellow) + " " + oneLine(text) + "\n");
 }
 
 void printNote(const std::string& text) {

@@ -7,7 +7,7 @@
 namespace drevintool {
 
 /// "drevin: error: <text>", "drevin: warning: <text>" and "drevin: <text>"; line breaks in the text
-/// become blanks.
+/// become blanks. On a terminal that has colours the words before the text are coloured.
 void printError(const std::string& text);
 void printWarning(const std::string& text);
 void printNote(const std::string& text);

@@ -53,4 +53,15 @@ std::string nearestName(const std::string& name, const std::vector<std::string>&
   return nearest;
 }
 
+std::string nearestHint(const std::string& name, const std::vector<std::string>& names) {
+  const std::string nearest = nearestName(name, names);
+  return nearest.empty() ? "" : "; did you mean " + nearest + "?";
+}
+
+std::string nearestHintAndList(const std::string& name, const std::vector<std::string>& names,
+                               const std::string& list) {
+  const std::string hint = nearestHint(name, names);
+  return hint.empty() ? "; it has " + list : hint + " It has " + list;
+}
+
 }  // namespace drevintool

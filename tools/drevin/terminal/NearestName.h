@@ -12,4 +12,11 @@ namespace drevintool {
 /// near, that is if more than half of the longer name would have to change.
 std::string nearestName(const std::string& name, const std::vector<std::string>& names);
 
+/// "; did you mean NEAREST?", or nothing where no name comes near.
+std::string nearestHint(const std::string& name, const std::vector<std::string>& names);
+
+/// "; did you mean NEAREST? It has LIST", or "; it has LIST".
+std::string nearestHintAndList(const std::string& name, const std::vector<std::string>& names,
+                               const std::string& list);
+
 }  // namespace drevintool
