@@ -12,6 +12,7 @@
 #include "depth/FocusPoint.h"
 #include "picture/OutputFormat.h"
 #include "picture/Picture.h"
+#include "prepare/PictureFixes.h"
 
 namespace drevintool {
 
@@ -26,6 +27,7 @@ struct RenderArguments : NodeArguments {
   std::string report;
   std::string output;
   std::optional<FocusPoint> focus;  ///< what to focus on; none: as the controls say
+  PictureFixes fixes;
   std::optional<PixelBox> region;
   std::vector<std::string> channels;  ///< empty: the default set
   unsigned threads = 0;               ///< 0: all that the process may use

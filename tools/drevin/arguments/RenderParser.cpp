@@ -115,6 +115,7 @@ RenderParser::RenderParser(CLI::App& subcommand, RenderScope scope)
   addDeep();
   addNodeOptions(app_, arguments_);
   focus_.addTo(app_);
+  fixes_.addTo(app_);
   addOutput();
   addSequence();
 }
@@ -231,6 +232,7 @@ RenderArguments RenderParser::checked() const {
     failUsage("--input is missing: name the picture to defocus, or a deep one with --deep");
   }
   checkOutput(arguments.output);
+  arguments.fixes = fixes_.checked(app_);
   arguments.focus = focus_.checked(app_, arguments);
   if (given(app_, "--deep-order")) arguments.deepOrder = parseDeepOrder(deepOrder_);
   if (given(app_, "--region")) arguments.region = parseRegion(region_);

@@ -4,6 +4,7 @@
 
 #include <string>
 
+#include "arguments/FixOptions.h"
 #include "arguments/FocusOption.h"
 #include "arguments/FormatOptions.h"
 #include "arguments/RenderArguments.h"
@@ -46,6 +47,7 @@ class RenderParser {
   RenderArguments arguments_;
   // As they stand on the command line, until they are checked.
   FocusOption focus_;
+  FixOptions fixes_;
   FormatOptions format_;
   std::string maxMemory_;
   std::string deepOrder_;

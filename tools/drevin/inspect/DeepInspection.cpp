@@ -3,12 +3,11 @@
 #include <algorithm>
 #include <map>
 #include <nlohmann/json.hpp>
-#include <stdexcept>
 #include <vector>
 
 #include "DDImage/ChannelMap.h"
+#include "deep/DeepReading.h"
 #include "inspect/ValueRange.h"
-#include "terminal/ExitCode.h"
 #include "terminal/Signals.h"
 
 namespace drevintool {
@@ -120,17 +119,13 @@ Json inspectDeep(DeepExrSource& deep) {
   DeepFigures figures(channels);
   const DD::Image::Box& box = deep.box();
   embedded::DeepRow row;
-  try {
+  readingDeep([&] {
     for (int y = box.t() - 1; y >= box.y(); --y) {
       throwIfInterrupted();
       deep.readRow(y, box.x(), box.r(), deep.channels(), row);
       figures.addRow(row);
     }
-  } catch (const ToolError&) {
-    throw;
-  } catch (const std::runtime_error& error) {
-    throw ToolError(ExitCode::InputUnreadable, error.what());
-  }
+  });
   Json json;
   json["part"] = deep.partName().empty() ? Json() : Json(deep.partName());
   json.update(figures.json(deep.counts()));

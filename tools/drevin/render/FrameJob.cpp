@@ -8,6 +8,7 @@
 #include "controls/FocusControl.h"
 #include "deep/DeepCompanion.h"
 #include "deep/DeepWarnings.h"
+#include "prepare/PreparedInputs.h"
 #include "render/HostPicture.h"
 #include "render/NotFinite.h"
 #include "render/ResultPicture.h"
@@ -102,6 +103,7 @@ FrameOutcome FrameJob::finish() {
   const DeepExrSource* deep = pictures_->deep();
   if (deep == nullptr) checkDepthChannel(pictures_->image(), node);
   applyFocus(node);
+  applyFixes(node, inputs);
   camera = connectCameraTo(node);
   const std::vector<PlannedChannel> plan = planFor(node);
   const embedded::RenderResult result = render(node, plan);
@@ -170,6 +172,17 @@ void FrameJob::applyFocus(Node& node) {
   if (!arguments_.quiet) tellNote(focusLine(distance, point));
 }
 
+void FrameJob::applyFixes(Node& node, ConnectedInputs& inputs) {
+  if (!arguments_.fixes.any()) return;
+  PreparedInputs prepared = prepareInputs(*pictures_, node, arguments_.fixes);
+  pictures_->reconnect(node, prepared.image, prepared.deep, inputs);
+  mended_ = std::move(prepared.image);
+  notes_ = std::move(prepared.notes);
+  if (arguments_.quiet) return;
+  for (const std::string& note : notes_)
+    tellNote(note);
+}
+
 std::unique_ptr<embedded::CameraInput> FrameJob::connectCameraTo(Node& node) {
   if (!camera_) return nullptr;
   const FoundCamera found = camera_->at(task_.frame, node, &pictures_->image());
@@ -189,8 +202,9 @@ std::vector<PlannedChannel> FrameJob::planFor(const Node& node) {
     warn(missingKernelWarning(*kernel, node, plan));
   }
   if (const DeepExrSource* deep = pictures_->deep()) warn(opaqueWarning(*deep));
-  notFinite_ = notFinitePixels(pictures_->image(), plan);
-  warn(notFiniteWarning(pictures_->image(), notFinite_));
+  const Picture& seen = mended_ ? *mended_ : pictures_->image();
+  notFinite_ = notFinitePixels(seen, plan);
+  warn(notFiniteWarning(seen, notFinite_));
   return plan;
 }
 
@@ -242,7 +256,7 @@ void FrameJob::write(const Node& node, const std::vector<PlannedChannel>& plan,
   if (arguments_.stats) printNote("stats: " + statsLine(task_, stats, times_));
   if (!share_.wantsReport) return;
   nlohmann::ordered_json report =
-      renderReport(arguments_, node, *pictures_, result, {times_, warnings_, findings_});
+      renderReport(arguments_, node, *pictures_, result, {times_, warnings_, notes_, findings_});
   report["stats"] = statsJson(stats);
   if (!arguments_.report.empty()) writeReport(report, arguments_.report);
   outcome.report = std::make_shared<const nlohmann::ordered_json>(std::move(report));

@@ -61,6 +61,7 @@ class FrameJob : public FrameWork {
   void warn(const std::string& text);
   void applyChannels(Node& node);
   void applyFocus(Node& node);
+  void applyFixes(Node& node, ConnectedInputs& inputs);
   std::unique_ptr<embedded::CameraInput> connectCameraTo(Node& node);
   std::vector<PlannedChannel> planFor(const Node& node);
   void tellWarnings(const embedded::RenderResult& result);
@@ -77,6 +78,8 @@ class FrameJob : public FrameWork {
   Stopwatch total_;  // without the reading, which may be long before
   CommandTimes times_;
   std::vector<std::string> warnings_;
+  std::vector<std::string> notes_;  // of what was mended
+  std::optional<Picture> mended_;   // what the node sees on input 0, if not the picture itself
   std::optional<CameraOption> camera_;
   std::size_t notFinite_ = 0;                      // pixels of the input
   std::map<std::string, CameraFinding> findings_;  // of the camera

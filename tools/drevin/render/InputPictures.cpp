@@ -1,9 +1,9 @@
 #include "render/InputPictures.h"
 
-#include <stdexcept>
 #include <utility>
 
 #include "deep/DeepCompanion.h"
+#include "deep/DeepReading.h"
 #include "picture/ExrReader.h"
 #include "render/HostPicture.h"
 #include "terminal/ExitCode.h"
@@ -61,13 +61,7 @@ std::string InputPictures::fileOf(int input) const {
 
 float InputPictures::focusDistance(const Node& node, const FocusPoint& point) const {
   if (!deep_) return drevintool::focusDistance(image(), node, point);
-  try {
-    return drevintool::focusDistance(*deep_, node, point);
-  } catch (const ToolError&) {
-    throw;
-  } catch (const std::runtime_error& error) {
-    throw ToolError(ExitCode::InputUnreadable, error.what());
-  }
+  return readingDeep([&] { return drevintool::focusDistance(*deep_, node, point); });
 }
 
 // Made when the first node wants them: pictures that were read ahead are kept as they were read.
@@ -88,6 +82,16 @@ ConnectedInputs InputPictures::connectTo(Node& node) const {
             connected);
   if (deep_) connect(node, kDeepInput, std::make_unique<embedded::DeepInput>(deep_), connected);
   return connected;
+}
+
+void InputPictures::reconnect(Node& node, const Picture& image,
+                              std::shared_ptr<embedded::DeepSource> deep,
+                              ConnectedInputs& connected) const {
+  embedded::Image seen = hostImage(image);
+  addMissingColours(seen);
+  connect(node, kImageInput, std::make_unique<embedded::ImageInput>(std::move(seen)), connected);
+  if (!deep) return;
+  connect(node, kDeepInput, std::make_unique<embedded::DeepInput>(std::move(deep)), connected);
 }
 
 void InputPictures::connect(Node& node, int input, std::unique_ptr<DD::Image::Op> op,

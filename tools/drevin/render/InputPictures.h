@@ -44,6 +44,7 @@ class InputPictures {
   const Picture& image() const { return pictures_.front().picture; }
   /// The deep picture, or null.
   const DeepExrSource* deep() const { return deep_.get(); }
+  std::shared_ptr<embedded::DeepSource> deepSource() const { return deep_; }
   /// The distance to focus on, in the deep picture if there is one. Throws ToolError.
   float focusDistance(const Node& node, const FocusPoint& point) const;
   /// The file on that input, or empty.
@@ -53,6 +54,9 @@ class InputPictures {
   /// called for several nodes, from any thread; they share the pixels. Throws ToolError
   /// (RenderFailed) if the node refuses one.
   ConnectedInputs connectTo(Node& node) const;
+  /// Puts other pictures in the places of input 0's and of the deep one (null: none).
+  void reconnect(Node& node, const Picture& image, std::shared_ptr<embedded::DeepSource> deep,
+                 ConnectedInputs& connected) const;
 
  private:
   void numberChannels() const;

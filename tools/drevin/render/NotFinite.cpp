@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <variant>
 
+#include "picture/ChannelNames.h"
 #include "terminal/OneLine.h"
 
 namespace drevintool {
@@ -37,7 +38,9 @@ void mark(const Samples& samples, std::vector<bool>& bad) {
 std::size_t notFinitePixels(const Picture& input, const std::vector<PlannedChannel>& plan) {
   std::vector<bool> bad(input.box.area());
   for (const PlannedChannel& channel : plan) {
-    if (channel.rendered && channel.source != nullptr) mark(channel.source->samples, bad);
+    if (!channel.rendered || channel.source == nullptr) continue;
+    const PictureChannel* seen = findChannel(input, channel.hostName);
+    if (seen != nullptr) mark(seen->samples, bad);
   }
   std::size_t count = 0;
   for (const bool pixel : bad)

@@ -12,7 +12,7 @@
 namespace drevintool {
 
 /// The number of pixels in which a channel that the node blurs is NaN or infinite: such a pixel
-/// spoils all that its kernel reaches.
+/// spoils all that its kernel reaches. `input` is the picture as the node sees it.
 std::size_t notFinitePixels(const Picture& input, const std::vector<PlannedChannel>& plan);
 
 /// One line about that number of pixels; empty if it is 0.

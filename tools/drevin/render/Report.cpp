@@ -145,6 +145,7 @@ Json renderReport(const RenderArguments& arguments, const Node& node, const Inpu
   report["controls"] = controlsJson(node);
   if (!record.camera.empty()) report["camera"] = cameraJson(record.camera);
   report["inputs"] = inputsJson(arguments, pictures, result);
+  if (!record.mended.empty()) report["mended"] = record.mended;
   report["warnings"] = warningsJson(record.warnings, result);
   report["threads"] = result.threads;
   report["seconds"] = secondsJson(result, record.times);

@@ -27,18 +27,18 @@ struct CommandTimes {
 struct CommandRecord {
   CommandTimes times;
   std::vector<std::string> warnings;
+  std::vector<std::string> mended;  ///< what was mended in the pictures, a line for each fix
   std::map<std::string, CameraFinding> camera;  ///< by the names of cameraKeys; empty: none
 };
 
 /// The report as JSON: node (class, version, build string, hash),
 /// format, box, every control with its value and state, the
-/// camera with the source of each value, file and request of each input, warnings of
-/// the command and of the node, threads, seconds (read, aperture, estimate, kernels, defocus,
-/// write, total) and the peak memory in bytes. A deep input has its part, the order in which its
-/// samples were served, how many were read, how many of them are thick, how many the fullest pixel
-/// has, and how often a band of rows was read; that happens while rows are made, and its time is
-/// part of theirs. What the result holds is added by its maker, under
-/// "stats".
+/// camera with the source of each value, file and request of each input, what was mended in the
+/// pictures, warnings of the command and of the node, threads, seconds (read, aperture, estimate,
+/// kernels, defocus, write, total) and the peak memory in bytes. A deep input has its part, the
+/// order in which its samples were served, how many were read, how many of them are thick, how many
+/// the fullest pixel has, and how often a band of rows was read; that happens while rows are made,
+/// and its time is part of theirs. What the result holds is added by its maker, under "stats".
 nlohmann::ordered_json renderReport(const RenderArguments& arguments, const Node& node,
                                     const InputPictures& pictures,
                                     const embedded::RenderResult& result,

@@ -1,0 +1,22 @@
+#pragma once
+
+/// What is told of fixes.
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string>
+
+#include "prepare/PictureFixes.h"
+
+namespace drevintool {
+
+/// A line that begins with the option, for `count` of `all` pixels, or samples (`what`). `depth` is
+/// what was given to those without depth; nothing if the picture has no depth at all.
+std::string backgroundNote(const BackgroundFix& fix, std::optional<float> depth,
+                           std::uint64_t count, std::uint64_t all, const std::string& what);
+std::string edgesNote(std::uint64_t count, std::uint64_t all);
+std::string firefliesNote(float most, std::uint64_t count, std::uint64_t all,
+                          const std::string& what);
+
+}  // namespace drevintool
