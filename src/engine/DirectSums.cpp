@@ -2,6 +2,7 @@
 
 #include <cstdint>
 
+#include "engine/NotFiniteRuns.h"
 #include "engine/SpecialSplats.h"
 
 namespace drevin {
@@ -41,6 +42,17 @@ void addSpecials(const dvGroupRows& rows, const dvKernelTable& kernels, std::siz
     addSpecialSplats(rows[row].splats->specials, static_cast<std::uint32_t>(slice), dy, kernels,
                      left, right, sums);
   });
+}
+
+void addNotFinite(const dvGroupRows& rows, const dvKernelTable& kernels, const dvKernelSigns& signs,
+                  std::size_t slice, int y, int left, int right,
+                  std::vector<std::vector<double>>& sums) {
+  dvNotFiniteRow reached(sums.size() - 1, left, right);
+  forEachReaching(rows, kernels, y, [&](std::size_t row, int dy) {
+    for (const dvNotFiniteRun& run : rows[row].splats->notFinite)
+      if (run.slice == slice) reached.add(run, dy, signs);
+  });
+  reached.addTo(sums);
 }
 
 }  // namespace drevin

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "engine/GroupRows.h"
+#include "engine/KernelSigns.h"
 #include "engine/KernelTable.h"
 #include "engine/RowSums.h"
 
@@ -31,5 +32,10 @@ void sumSplats(const dvGroupRows& rows, const dvKernelTable& kernels, std::size_
 /// Adds its special splats to the sums of row y, columns [left, right): values, then weight.
 void addSpecials(const dvGroupRows& rows, const dvKernelTable& kernels, std::size_t slice, int y,
                  int left, int right, std::vector<std::vector<double>>& sums);
+
+/// Adds what its values that are not finite leave in row y, columns [left, right).
+void addNotFinite(const dvGroupRows& rows, const dvKernelTable& kernels, const dvKernelSigns& signs,
+                  std::size_t slice, int y, int left, int right,
+                  std::vector<std::vector<double>>& sums);
 
 }  // namespace drevin

@@ -54,7 +54,10 @@ void dvFrameMaker::makeGroup(std::size_t place, const dvSplatLines& lines, dvFra
               dvFramePlane<double>(box_, parallel_),
               scratches(channels),
               {},
+              nullptr,
               nullptr};
+  if (group.rows.hasNotFinite())
+    group.signs = std::make_unique<dvKernelSigns>(group.kernels, parallel_);
   for (std::size_t slice = 0; slice < settings_.slices && !parallel_.aborted(); ++slice) {
     if (!group.rows.isEmpty(slice)) makeSlice(group, slice, planes);
     progress(static_cast<double>(slice + 1) / static_cast<double>(settings_.slices));
@@ -122,11 +125,15 @@ dvColumnSpan dvFrameMaker::sumRow(const Group& group, std::size_t slice, Transfo
   }
   dvColumnSpan columns = sums.touched();
   if (transformed != nullptr) columns = together(columns, transformed->columns(y));
-  if (group.rows.hasSpecials()) columns = {0, box_.width()};
+  if (group.rows.hasSpecials() || group.signs != nullptr) columns = {0, box_.width()};
   for (std::size_t plane = 0; plane < scratch.planes.size(); ++plane)
     sums.store(static_cast<int>(plane), columns, scratch.planes[plane].data());
   if (transformed != nullptr) transformed->moveTo(scratch.planes, y);
   addSpecials(group.rows, group.kernels, slice, y, box_.left, box_.right, scratch.planes);
+  if (group.signs != nullptr) {
+    addNotFinite(group.rows, group.kernels, *group.signs, slice, y, box_.left, box_.right,
+                 scratch.planes);
+  }
   return columns;
 }
 
@@ -168,8 +175,8 @@ void dvFrameMaker::finishRow(Group& group, int y, dvFramePlanes& planes, Scratch
     double* coverage = group.coverage.row(y) + (left - box_.left);
     pointAt(group, left, y, planes, scratch.colours);
     if (isInDoubt(scratch.colours, coverage, right - left, *group.rounding, left, y)) {
-      repairSpan(group.rows, group.kernels, settings_.slices, y, left, right, scratch.colours,
-                 coverage);
+      repairSpan(group.rows, group.kernels, group.signs.get(), settings_.slices, y, left, right,
+                 scratch.colours, coverage);
     }
   }
   const double* coverage = group.coverage.row(y);

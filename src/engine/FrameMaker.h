@@ -77,6 +77,7 @@ class dvFrameMaker {
     std::vector<Scratch> scratches;
     Transformed transformed;
     std::unique_ptr<dvTransformRounding> rounding;  ///< null: no slice went through a transform
+    std::unique_ptr<dvKernelSigns> signs;           ///< null: all values are finite
   };
 
   dvSpectrumCache& spectraOf(const dvKernelTable& kernels);

@@ -35,6 +35,7 @@ void dvGroupRows::add(const Row& row) {
   greatestShift_ = std::max(greatestShift_, std::abs(row.shift()));
   lastIsOne_ = lastIsOne_ && row.splats->lastIsOne;
   hasSpecials_ = hasSpecials_ || !row.splats->specials.empty();
+  hasNotFinite_ = hasNotFinite_ || !row.splats->notFinite.empty();
   if (filled_.size() + 1 < splats.sliceBegin.size()) filled_.resize(splats.sliceBegin.size() - 1);
   for (std::size_t slice = 0; slice + 1 < splats.sliceBegin.size(); ++slice)
     filled_[slice] = filled_[slice] || splats.begin(slice) < splats.end(slice);

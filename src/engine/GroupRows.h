@@ -55,6 +55,8 @@ class dvGroupRows {
 
   /// Whether any row has special splats.
   bool hasSpecials() const { return hasSpecials_; }
+  /// Whether any row has values that are not finite.
+  bool hasNotFinite() const { return hasNotFinite_; }
   /// Whether the last value of every splat is 1.
   bool lastIsOne() const { return lastIsOne_; }
   /// The rows whose sources reach output row y.
@@ -76,6 +78,7 @@ class dvGroupRows {
   int padding_;
   int greatestShift_ = 0;
   bool hasSpecials_ = false;
+  bool hasNotFinite_ = false;
   bool lastIsOne_ = true;
   std::vector<bool> filled_;  ///< by slice
   std::vector<Row> rows_;

@@ -21,8 +21,9 @@ bool isInDoubt(const std::vector<float*>& colours, const double* coverage, int c
   return false;
 }
 
-void repairSpan(const dvGroupRows& rows, const dvKernelTable& kernels, std::size_t slices, int y,
-                int left, int right, const std::vector<float*>& colours, double* coverage) {
+void repairSpan(const dvGroupRows& rows, const dvKernelTable& kernels, const dvKernelSigns* signs,
+                std::size_t slices, int y, int left, int right, const std::vector<float*>& colours,
+                double* coverage) {
   const int channels = static_cast<int>(colours.size());
   const int width = right - left;
   dvRowSums sums(channels, left, right);
@@ -37,6 +38,7 @@ void repairSpan(const dvGroupRows& rows, const dvKernelTable& kernels, std::size
     for (int plane = 0; plane <= channels; ++plane)
       sums.store(plane, row[static_cast<std::size_t>(plane)].data());
     addSpecials(rows, kernels, slice, y, left, right, row);
+    if (signs != nullptr) addNotFinite(rows, kernels, *signs, slice, y, left, right, row);
     compositeSlice(row, {0, width}, colours, coverage);
   }
 }

@@ -30,8 +30,10 @@ bool isInDoubt(const std::vector<float*>& colours, const double* coverage, int c
 
 /// The columns [left, right) of row y from splats alone, slices from the nearest to the farthest:
 /// sums of colours and coverage as compositeSlice leaves them. `colours` and `coverage` begin at
-/// column `left`; what they hold is replaced.
-void repairSpan(const dvGroupRows& rows, const dvKernelTable& kernels, std::size_t slices, int y,
-                int left, int right, const std::vector<float*>& colours, double* coverage);
+/// column `left`; what they hold is replaced. `signs` are those of the kernels; null where all
+/// values are finite.
+void repairSpan(const dvGroupRows& rows, const dvKernelTable& kernels, const dvKernelSigns* signs,
+                std::size_t slices, int y, int left, int right, const std::vector<float*>& colours,
+                double* coverage);
 
 }  // namespace drevin

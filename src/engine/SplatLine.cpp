@@ -25,6 +25,14 @@ dvSplatRecord recordOf(const std::int32_t (&radius)[2], const float (&share)[2],
   return record;
 }
 
+/// Whether only values can be the reason that something is not finite.
+bool isOrdinary(const std::int32_t (&radius)[2], const float (&share)[2],
+                const dvKernelTable& kernels) {
+  for (int i = 0; i < 2; ++i)
+    if (!std::isfinite(share[i]) || !kernels.isFinite(radius[i])) return false;
+  return true;
+}
+
 }  // namespace
 
 dvSplatLineMaker::dvSplatLineMaker(const dvLineSettings& settings, int sourceY,
@@ -84,38 +92,61 @@ inline dvSplatLineMaker::Centred& dvSplatLineMaker::rowAt(int y, std::size_t cha
   return again ? group.rows[group.last] : otherRowAt(y, channels, group);
 }
 
+bool dvSplatLineMaker::addNotFinite(const dvSplatGroup& group, std::uint32_t slice, int x,
+                                    const Kernels& kernels, Centred& centred) const {
+  std::vector<float> values;
+  for (const std::size_t place : group.places)
+    values.push_back(values_[place]);
+  if (!isOrdinary(kernels.radius, kernels.share, *group.kernels)) {
+    centred.specials.push_back({slice,
+                                x,
+                                {kernels.radius[0], kernels.radius[1]},
+                                {kernels.share[0], kernels.share[1]},
+                                std::move(values)});
+    return false;
+  }
+  dvNotFiniteRun run{slice, x, 1, {-1, -1}, std::move(values)};
+  for (int i = 0; i < 2; ++i)
+    if (kernels.share[i] > 0.0F) run.radius[i] = kernels.radius[i];
+  for (float& value : run.values)
+    if (std::isfinite(value)) value = 0.0F;
+  if (!centred.notFinite.empty() && continues(centred.notFinite.back(), run)) {
+    ++centred.notFinite.back().count;
+  } else {
+    centred.notFinite.push_back(std::move(run));
+  }
+  return true;
+}
+
+inline void dvSplatLineMaker::addRecord(const dvSplatGroup& group, std::uint32_t slice, int x,
+                                        const Kernels& kernels, Centred& centred) const {
+  if (!centred.slices.empty() && slice < centred.slices.back()) centred.inOrder = false;
+  centred.slices.push_back(slice);
+  centred.records.push_back(recordOf(kernels.radius, kernels.share, x));
+  float greatest = 0.0F;
+  for (const std::size_t place : group.places) {
+    const float value = std::isfinite(values_[place]) ? values_[place] : 0.0F;
+    greatest = std::fmax(greatest, std::fabs(value));
+    centred.values.push_back(value);
+  }
+  const float share = centred.records.back().near + centred.records.back().far;
+  centred.hasGreat = centred.hasGreat || greatest * share > dvGreatValue || share > dvGreatValue;
+}
+
 inline void dvSplatLineMaker::addToGroup(const dvSplatGroup& group, const dvSplatSource& source,
                                          const Kernels& kernels, Group& made) const {
   const float distance =
       group.shift == 0.0F ? 0.0F : shiftDistance(group.shift, source.coc, source.chromaticMatte);
   const int x = shiftedPlace(source.x, distance);
   Centred& centred = rowAt(shiftedPlace(source.y, distance), group.places.size(), made);
-  centred.lastIsOne = centred.lastIsOne && values_[group.places.back()] == 1.0F;
-  const bool sharesFinite = std::isfinite(kernels.share[0]) && std::isfinite(kernels.share[1]);
+  bool finite = std::isfinite(kernels.share[0]) && std::isfinite(kernels.share[1]);
   // A value of 1 times an infinite share is not its own weight: that one is spread as a number.
-  centred.lastIsOne = centred.lastIsOne && sharesFinite;
-  bool finite = sharesFinite;
-  float greatest = 0.0F;
-  for (const std::size_t place : group.places) {
-    finite = finite && std::isfinite(values_[place]);
-    greatest = std::fmax(greatest, std::fabs(values_[place]));
-  }
-  const auto slice = static_cast<std::uint32_t>(source.slice);
-  if (!finite) {
-    dvSpecialSplat special{
-        slice, x, {kernels.radius[0], kernels.radius[1]}, {kernels.share[0], kernels.share[1]}, {}};
-    for (const std::size_t place : group.places)
-      special.values.push_back(values_[place]);
-    centred.specials.push_back(std::move(special));
-    return;
-  }
-  if (!centred.slices.empty() && slice < centred.slices.back()) centred.inOrder = false;
-  centred.slices.push_back(slice);
-  centred.records.push_back(recordOf(kernels.radius, kernels.share, x));
-  const float share = centred.records.back().near + centred.records.back().far;
-  centred.hasGreat = centred.hasGreat || greatest * share > dvGreatValue || share > dvGreatValue;
+  centred.lastIsOne = centred.lastIsOne && finite && values_[group.places.back()] == 1.0F;
   for (const std::size_t place : group.places)
-    centred.values.push_back(values_[place]);
+    finite = finite && std::isfinite(values_[place]);
+  const auto slice = static_cast<std::uint32_t>(source.slice);
+  if (finite || addNotFinite(group, slice, x, kernels, centred))
+    addRecord(group, slice, x, kernels, centred);
 }
 
 void dvSplatLineMaker::splat(const dvSplatSource& source) {
@@ -160,7 +191,7 @@ dvSplatLine dvSplatLineMaker::line() {
     std::vector<dvCentredSplats> centred;
     for (Centred& splats : group.rows) {
       centred.push_back({splats.y, sorted(splats, settings_.slices), std::move(splats.specials),
-                         splats.lastIsOne});
+                         std::move(splats.notFinite), splats.lastIsOne});
       // Blurs move by shifts of their own, past one another.
       if (settings_.groups[line.groups.size()].shift != 0.0F) centred.back().row.sortByColumn();
     }

@@ -8,13 +8,15 @@
 #include <vector>
 
 #include "defocus/Splat.h"
+#include "engine/NotFiniteRuns.h"
 #include "engine/SplatGroups.h"
 #include "engine/SplatRecords.h"
 
 namespace drevin {
 
-/// A splat that sums cannot treat like others: a share or a value that is not finite reaches every
-/// pixel of the kernel's square, zero kernel values included.
+/// A splat that sums cannot treat like others: a share that is not finite, or a value that is not
+/// and meets a kernel that is not, reaches every pixel of the kernel's square, zero kernel values
+/// included.
 struct dvSpecialSplat {
   std::uint32_t slice = 0;
   std::int32_t x = 0;
@@ -28,7 +30,8 @@ struct dvCentredSplats {
   int centreY = 0;
   dvSplatRow row;
   std::vector<dvSpecialSplat> specials;
-  bool lastIsOne = false;  ///< the last value of all splats, special ones too
+  std::vector<dvNotFiniteRun> notFinite;  ///< of records that hold 0 in the place of such values
+  bool lastIsOne = false;                 ///< the last value of all splats, special ones too
 };
 
 /// What a source row adds, for each group. Without a chromatic shift each group has one entry, on
@@ -77,6 +80,7 @@ class dvSplatLineMaker {
     std::vector<dvSplatRecord> records;
     std::vector<float> values;
     std::vector<dvSpecialSplat> specials;
+    std::vector<dvNotFiniteRun> notFinite;
   };
   /// Rows of a group, ascending. Most sources go where the last one went.
   struct Group {
@@ -89,6 +93,12 @@ class dvSplatLineMaker {
   };
 
   Kernels kernelsOf(const dvSplatSource& source) const;
+  /// Takes a source with a share or a value that is not finite; whether it is still a record, with
+  /// 0 for such values.
+  bool addNotFinite(const dvSplatGroup& group, std::uint32_t slice, int x, const Kernels& kernels,
+                    Centred& centred) const;
+  void addRecord(const dvSplatGroup& group, std::uint32_t slice, int x, const Kernels& kernels,
+                 Centred& centred) const;
   void addToGroup(const dvSplatGroup& group, const dvSplatSource& source, const Kernels& kernels,
                   Group& made) const;
   Centred& rowAt(int y, std::size_t channels, Group& group) const;

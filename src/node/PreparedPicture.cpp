@@ -26,6 +26,8 @@ std::size_t bytesOf(const dvSplatLine& line) {
                splats.row.sliceBegin.size() * sizeof(std::uint32_t);
       for (const dvSpecialSplat& special : splats.specials)
         bytes += sizeof special + special.values.size() * sizeof(float);
+      for (const dvNotFiniteRun& run : splats.notFinite)
+        bytes += sizeof run + run.values.size() * sizeof(float);
     }
   }
   return bytes;

@@ -21,7 +21,7 @@ TEST(RepairSpan, anyColumns_areThoseOfTheWholeRow) {
     std::vector<float> colour(static_cast<std::size_t>(right - left), -1.0F);
     std::vector<float> other(colour);
     std::vector<double> coverage(colour.size(), 7.0);
-    repairSpan(rows, *group.kernels, frame.settings().slices, 30, left, right,
+    repairSpan(rows, *group.kernels, nullptr, frame.settings().slices, 30, left, right,
                {colour.data(), other.data()}, coverage.data());
     return std::make_pair(colour, coverage);
   };

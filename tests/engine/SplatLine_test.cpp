@@ -75,6 +75,7 @@ void expectNoSplats(const dvSplatLine& line) {
     for (const dvCentredSplats& splats : rows) {
       EXPECT_TRUE(splats.row.records.empty());
       EXPECT_TRUE(splats.specials.empty());
+      EXPECT_TRUE(splats.notFinite.empty());
     }
   }
 }
@@ -372,25 +373,73 @@ TEST_F(ShiftedLine, shiftThatNoIntHolds_isThePlaceThatNothingReaches) {
   EXPECT_EQ(rowsOf(3, line).at(0).row.records.at(0).x, 20);
 }
 
-TEST(SplatLine, valueThatIsNotFinite_isASpecialSplatAndNothingElse) {
+TEST(SplatLine, valueThatIsNotFinite_isARunAndARecordOfZero) {
   LineBench bench;
   for (const float value : {nan, infinity, -infinity}) {
     const dvSplatLine line = bench.line({sourceAt(-7, 5.5F, 1)}, {0.0F, value});
     const dvCentredSplats& splats = onlyRow(line);
-    EXPECT_TRUE(splats.row.records.empty());
-    EXPECT_TRUE(splats.row.values.empty());
-    EXPECT_EQ(splats.row.sliceBegin, (std::vector<std::uint32_t>{0, 0, 0, 0}));
-    ASSERT_EQ(splats.specials.size(), 1U);
-    const dvSpecialSplat& special = splats.specials[0];
-    EXPECT_EQ(special.slice, 1U);
-    EXPECT_EQ(special.x, -7);
-    EXPECT_EQ(special.radius[0], 2);
-    EXPECT_EQ(special.radius[1], 3);
-    EXPECT_FLOAT_EQ(special.share[0], 0.75F);
-    EXPECT_FLOAT_EQ(special.share[1], 0.25F);
-    ASSERT_EQ(special.values.size(), 1U);
-    EXPECT_TRUE(std::isnan(value) ? std::isnan(special.values[0]) : special.values[0] == value);
+    EXPECT_EQ(splats.row.records.size(), 1U);
+    EXPECT_EQ(splats.row.values, std::vector<float>{0.0F});
+    EXPECT_EQ(splats.row.sliceBegin, (std::vector<std::uint32_t>{0, 0, 1, 1}));
+    EXPECT_TRUE(splats.specials.empty());
+    ASSERT_EQ(splats.notFinite.size(), 1U);
+    const dvNotFiniteRun& run = splats.notFinite[0];
+    EXPECT_EQ(run.slice, 1U);
+    EXPECT_EQ(run.x, -7);
+    EXPECT_EQ(run.count, 1);
+    EXPECT_EQ(run.radius[0], 2);
+    EXPECT_EQ(run.radius[1], 3);
+    ASSERT_EQ(run.values.size(), 1U);
+    EXPECT_TRUE(std::isnan(value) ? std::isnan(run.values[0]) : run.values[0] == value);
   }
+}
+
+TEST(SplatLine, valueThatIsNotFiniteOfAWholeBlur_reachesOneKernel) {
+  LineBench bench;
+  const dvSplatLine line = bench.line({sourceAt(0, 5.0F)}, {0.0F, nan});
+  EXPECT_EQ(onlyRow(line).notFinite.at(0).radius[0], 2);
+  EXPECT_EQ(onlyRow(line).notFinite.at(0).radius[1], -1);
+}
+
+TEST(SplatLine, neighboursThatAreNotFiniteAlike_areOneRun) {
+  LineBench bench;
+  const dvSplatLine line = bench.line({sourceAt(0, 5.0F), sourceAt(1, 5.0F), sourceAt(2, 5.0F),
+                                       sourceAt(4, 5.0F), sourceAt(5, 7.0F), sourceAt(6, 7.0F, 1)},
+                                      {0.0F, infinity});
+  std::vector<int> counts;
+  for (const dvNotFiniteRun& run : onlyRow(line).notFinite)
+    counts.push_back(run.count);
+  EXPECT_EQ(counts, (std::vector<int>{3, 1, 1, 1}));
+  EXPECT_EQ(onlyRow(line).row.records.size(), 6U);
+}
+
+TEST(SplatLine, oneChannelThatIsNotFinite_leavesTheOthersOfItsGroup) {
+  LineBench bench({1, 2});
+  bench.prepare().groups.front().places = {0, 1};
+  bench.settings.groups.resize(1);
+  dvSplatLineMaker maker(bench.settings, LineBench::sourceY);
+  maker.pixel(1) = infinity;
+  maker.pixel(2) = 3.0F;
+  maker.splat(sourceAt(0, 3.0F));
+  const dvSplatLine line = maker.line();
+  EXPECT_EQ(onlyRow(line).row.values, (std::vector<float>{0.0F, 3.0F}));
+  EXPECT_EQ(onlyRow(line).notFinite.at(0).values, (std::vector<float>{infinity, 0.0F}));
+}
+
+TEST(SplatLine, valueThatMeetsAKernelThatIsNotFinite_isASpecialSplat) {
+  dvKernelBank bank = countingBank(12, {1});
+  bank.back().plane(1)[0] = infinity;
+  const float coc = static_cast<float>(bank.back().width);
+  dvLineSettings settings;
+  settings.bank = &bank;
+  settings.channels = {1};
+  settings.groups = splatGroups(bank, {}, {1});
+  dvSplatLineMaker maker(settings, 0);
+  maker.pixel(1) = nan;
+  maker.splat(sourceAt(0, coc));
+  const dvSplatLine line = maker.line();
+  EXPECT_TRUE(onlyRow(line).row.records.empty());
+  EXPECT_EQ(onlyRow(line).specials.size(), 1U);
 }
 
 TEST(SplatLine, weightThatIsNotFinite_isASpecialSplatAndNothingElse) {
@@ -416,20 +465,20 @@ TEST(SplatLine, infiniteWeightOfAWholeBlur_hasANanShareForTheOtherKernel) {
   EXPECT_TRUE(std::isnan(special.share[1]));
 }
 
-TEST(SplatLine, bloomThatOverflows_isASpecialSplat) {
+TEST(SplatLine, bloomThatOverflows_isNotFinite) {
   LineBench bench;
   bench.settings.splat.bloom = {4.0F, 0.0F, 0.5F, 10, 10};
   const dvSplatLine line = bench.line({sourceAt(0, 3.0F)}, {0.0F, 3e38F});
-  EXPECT_TRUE(onlyRow(line).row.records.empty());
-  EXPECT_EQ(onlyRow(line).specials.size(), 1U);
+  EXPECT_EQ(onlyRow(line).row.values, std::vector<float>{0.0F});
+  EXPECT_EQ(onlyRow(line).notFinite.size(), 1U);
 }
 
 TEST(SplatLine, nanInOneGroup_leavesTheOthersAsTheyAre) {
   LineBench bench({1, 2});
   const dvSplatLine line = bench.line({sourceAt(0, 3.0F)}, {0.0F, nan, 3.0F});
   ASSERT_EQ(line.groups.size(), 2U);
-  EXPECT_EQ(line.groups[0].front().specials.size(), 1U);
-  EXPECT_TRUE(line.groups[1].front().specials.empty());
+  EXPECT_EQ(line.groups[0].front().notFinite.size(), 1U);
+  EXPECT_TRUE(line.groups[1].front().notFinite.empty());
   EXPECT_EQ(line.groups[1].front().row.values, std::vector<float>{3.0F});
 }
 
