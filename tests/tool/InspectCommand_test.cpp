@@ -234,6 +234,114 @@ TEST_F(InspectCommand, text_hasALineForEachMatter) {
     EXPECT_NE(result.out.find(std::string("\n") + begin), std::string::npos) << begin;
 }
 
+// The node's own word for the largest blur: it warns where a limit of one pixel is below it.
+int largestByWarning(std::vector<std::string> render) {
+  render.insert(render.end(), {"--set", "max_kernelsize=1"});
+  const RunResult result = runCommand(render);
+  EXPECT_EQ(result.exitCode, 0) << result.error;
+  const std::size_t place = result.error.find("max kernel size above ");
+  if (place == std::string::npos) return 1;
+  return std::stoi(result.error.substr(place + std::string("max kernel size above ").size()));
+}
+
+Arguments with(Arguments first, const Arguments& second) {
+  first.insert(first.end(), second.begin(), second.end());
+  return first;
+}
+
+const std::vector<Arguments> kRenders = {
+    {"--set", "multiplier=30", "--set", "focalPlane=12", "--set", "focusRegionSize=20"},
+    {"--set", "multiplier=30", "--set", "focalPlane=12", "--set", "focusRegionSize=20", "--set",
+     "frontmultiplier=2", "--set", "focusRegionFalloff=Quadratic"},
+    {"--set", "realWorldLens=1", "--set", "worldScale=m", "--camera",
+     "focalLength=50,fStop=1.4,focalPlane=2.7,horizontalAperture=36,verticalAperture=24"}};
+
+TEST_F(InspectCommand, blurOfBothSides_isThatOfTheNode) {
+  PartFixture part = rgbazPart(8, 4, 0.0);
+  part.channels.back().value = [](int x, int) { return x < 4 ? 7.0 : 13.0; };
+  const ordered_json prediction =
+      inspectPart(part, {"--set", "focalPlane=10", "--set", "focusRegionSize=12", "--set",
+                         "multiplier=20", "--set", "frontmultiplier=2"})["prediction"];
+  EXPECT_NEAR(prediction["front"].get<double>(), 20.0, 1e-4);  // 3 of 6 units, 2 times 20 px
+  EXPECT_NEAR(prediction["back"].get<double>(), 10.0, 1e-4);
+  EXPECT_EQ(prediction["largestKernel"], 20);
+  EXPECT_EQ(prediction["kernels"], 11);
+  EXPECT_EQ(prediction["limit"], 256);
+}
+
+TEST_F(InspectCommand, infinitelyFarDepths_doNotCountForTheBlur) {
+  PartFixture part = rgbazPart(8, 4, 0.0);
+  part.channels.back().value = [](int x, int) { return x < 4 ? 5.0 : kInfinity; };
+  const Arguments& lens = kRenders.back();
+  const ordered_json prediction = inspectPart(part, lens)["prediction"];
+  EXPECT_LT(prediction["back"].get<double>(), 100.0);
+  EXPECT_EQ(prediction["largestKernel"],
+            largestByWarning(renderArguments(file_, folder_.file("out.exr"), lens)));
+}
+
+TEST_F(InspectCommand, limitOfTheKernels_isKeptAndTold) {
+  writeExrFixture(file_, rgbazPart(8, 4, 200.0));
+  const Arguments limited = {file_, "--set", "multiplier=90", "--set", "max_kernelsize=31"};
+  EXPECT_EQ(inspectJson(limited).at(0)["prediction"]["largestKernel"], 31);
+  EXPECT_NE(inspect(limited).out.find("limited to 31 px by max_kernelsize"), std::string::npos);
+}
+
+TEST_F(InspectCommand, withoutControlsOrDepth_predictsNothing) {
+  EXPECT_TRUE(inspectPart(rgbazPart(8, 4, 5.0))["prediction"].is_null());
+  PartFixture part = rgbazPart(8, 4, 5.0);
+  part.channels.pop_back();
+  EXPECT_TRUE(inspectPart(part, {"--set", "multiplier=9"})["prediction"].is_null());
+}
+
+TEST_F(InspectCommand, apertureImageThatIsNotThere_isNoFaultOfThePrediction) {
+  const ordered_json prediction = inspectPart(
+      rgbazPart(8, 4, 200.0), {"--set", "multiplier=9", "--set", "kernelType=Input"})["prediction"];
+  EXPECT_EQ(prediction["back"], 9.0);
+}
+
+TEST_F(InspectCommand, pictureOf1OverZ_isPredictedInThatStyle) {
+  PartFixture part = rgbazPart(8, 4, 0.0);
+  part.channels.back().value = [](int x, int) { return x < 4 ? 0.0 : 0.125; };
+  const Arguments controls = {"--set", "depthStyle=1/z",    "--set", "focalPlane=10",
+                              "--set", "focusRegionSize=8", "--set", "multiplier=20"};
+  const ordered_json prediction = inspectPart(part, controls)["prediction"];
+  EXPECT_NEAR(prediction["front"].get<double>(), 10.0, 1e-4);  // 8 is 2 of 4 units away
+  EXPECT_EQ(prediction["back"], 0.0);
+  EXPECT_EQ(prediction["largestKernel"],
+            largestByWarning(renderArguments(file_, folder_.file("out.exr"), controls)));
+}
+
+TEST(RealInspection, largestKernel_isTheNodesOwn) {
+  SKIP_WITHOUT_PICTURES();
+  const ScratchFolder folder;
+  for (const char* name :
+       {"flat/courtyard.exr", "flat/beachball.singlepart.0002.exr", "layers/rgbaz.exr"}) {
+    const std::string file = pictureFolder() + "/" + name;
+    for (const Arguments& render : kRenders) {
+      const ordered_json prediction = inspectJson(with({file}, render)).at(0)["prediction"];
+      EXPECT_EQ(prediction["largestKernel"],
+                largestByWarning(renderArguments(file, folder.file("out.exr"), render)))
+          << name << " " << render.at(1);
+    }
+  }
+}
+
+TEST(RealInspection, largestKernelOfDeepPictures_isTheNodesOwn) {
+  SKIP_WITHOUT_PICTURES();
+  const ScratchFolder folder;
+  for (const char* name : {"deep/fire_and_spikes.volume.exr", "deep/discs.42.exr",
+                           "deep/glass_balls.motionblur.exr"}) {
+    const std::string file = pictureFolder() + "/" + name;
+    for (const Arguments& render : kRenders) {
+      const ordered_json prediction = inspectJson(with({file}, render)).at(0)["prediction"];
+      EXPECT_EQ(prediction["largestKernel"],
+                largestByWarning(deepArguments(file, folder.file("out.exr"),
+                                               with({"--deep-order", "far-first"}, render))))
+          << name << " " << render.at(1);
+    }
+  }
+}
+
 // What the pictures' own description says of them.
 TEST(RealInspection, courtyard_isInMetresWithTwoPixelsOfSky) {
   SKIP_WITHOUT_PICTURES();

@@ -56,6 +56,7 @@ class DeepFigures {
     const ValueRange& depths = ranges_[front_];
     json["near"] = depths.anyFinite() ? depthJson(static_cast<float>(depths.least)) : Json();
     json["far"] = depths.anyFinite() ? depthJson(static_cast<float>(depths.most)) : Json();
+    json["farthestBacks"] = rangeJson(ends_);
     json["channels"] = channelsJson();
     return json;
   }
@@ -79,6 +80,7 @@ class DeepFigures {
       reached = i == 0 ? sample[back_] : std::max(reached, sample[back_]);
     }
     if (overlap) ++overlapping_;
+    if (count > 0) ends_.add(static_cast<double>(reached));
   }
 
   std::uint64_t medianPerPixel() const {
@@ -106,6 +108,7 @@ class DeepFigures {
   std::size_t back_;
   std::size_t alpha_;
   std::vector<ValueRange> ranges_;
+  ValueRange ends_;                                  // the farthest backs of the pixels
   std::map<std::uint32_t, std::uint64_t> perPixel_;  // pixels by their number of samples
   std::uint64_t pixels_ = 0;
   std::uint64_t overlapping_ = 0;

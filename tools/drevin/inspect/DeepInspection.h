@@ -12,7 +12,8 @@ namespace drevintool {
 /// "emptyPixels", samples that are "points" or have a "thickness" (ZBack > Z), have it "inverted"
 /// (ZBack < Z), pixels in which samples "overlap" (two share a stretch of depth, or a point lies
 /// inside a sample), pixels that are "unsorted" in the file, samples with "alphaAboveOne" and with
-/// values that are "notFinite", the least and the largest front as "near" and "far", and the range
+/// values that are "notFinite", the least and the largest front as "near" and "far", the range
+/// of the farthest backs of the pixels, and the range
 /// of each channel. Throws ToolError (InputUnreadable) with one line that names the file.
 nlohmann::ordered_json inspectDeep(DeepExrSource& deep);
 

@@ -147,31 +147,79 @@ void addFormat(const Picture& picture, const Node& node, Json& json) {
   json["camera"] = cameraJson(node, picture);
 }
 
-void addFlat(const std::string& path, const ExrFacts& facts, const ControlChanges& changes,
+Json predictionJson(const PredictedBlur& blur, int largestKernel) {
+  Json json;
+  json["front"] = depthJson(blur.front);
+  json["back"] = depthJson(blur.back);
+  json["limit"] = blur.most;
+  json["largestKernel"] = largestKernel;
+  // One of each odd size up to it, or up to the next above.
+  json["kernels"] = largestKernel / 2 + 1;
+  return json;
+}
+
+// The part of the picture's box that the node's own scan of the depth sees.
+PixelBox scannedBox(const Picture& picture) {
+  const PixelBox& box = picture.box;
+  const PixelBox inside{std::max(box.x, 0), std::max(box.y, 0), std::min(box.r, picture.width),
+                        std::min(box.t, picture.height)};
+  return inside.empty() ? box : inside;
+}
+
+Json flatPrediction(const Picture& picture, const Node& node, const AskedRender& asked) {
+  const PictureChannel* chosen = chosenDepth(picture, node);
+  if (chosen == nullptr) return nullptr;
+  const DepthPlane depth = depthPlane(picture, *chosen, scannedBox(picture));
+  const PredictedBlur blur = predictBlur(asked, picture, depth, false);
+  return predictionJson(blur, blur.largestKernel());
+}
+
+PredictedBlur blurBetween(const Json& near, const Json& far, const Picture& picture,
+                          const AskedRender& asked) {
+  const auto ends = std::make_shared<std::vector<float>>(
+      std::initializer_list<float>{near.get<float>(), far.get<float>()});
+  return predictBlur(asked, picture, {{0, 0, 2, 1}, ends, false}, true);
+}
+
+// Blur grows with the distance from focus, so that the two ends of all depths are enough. The node
+// makes its kernels for the farthest back of each pixel.
+Json deepPrediction(const DeepExrSource& deep, const Json& figures, const AskedRender& asked) {
+  const Json& backs = figures["farthestBacks"];
+  if (!figures["near"].is_number() || !backs["min"].is_number()) return nullptr;
+  const Picture picture = emptyPicture(deep);
+  const PredictedBlur made = blurBetween(backs["min"], backs["max"], picture, asked);
+  return predictionJson(blurBetween(figures["near"], figures["far"], picture, asked),
+                        made.largestKernel());
+}
+
+void addFlat(const std::string& path, const ExrFacts& facts, const AskedRender& asked, bool predict,
              Node& node, Json& json) {
   const Picture picture = readExr(path);
   const auto source = [&](const Knob& knob, const ControlSetting&) {
     return knob.name() == "depthChannel" ? &picture : nullptr;
   };
-  changes.applyChannels(node, source);
+  asked.changes.applyChannels(node, source);
   const std::vector<ChannelOrigin> origins = originsOf(picture, facts);
   addFormat(picture, node, json);
   json["layers"] = layersJson(picture, origins);
   json["depth"] = depthOf(picture, origins, node);
+  if (predict) json["prediction"] = flatPrediction(picture, node, asked);
 }
 
-void addDeep(const std::string& path, const Node& node, Json& json) {
+void addDeep(const std::string& path, const AskedRender& asked, bool predict, const Node& node,
+             Json& json) {
   DeepExrSource deep(path, "", "");
   if (json["format"].is_null()) addFormat(emptyPicture(deep), node, json);
   json["deep"] = inspectDeep(deep);
+  const bool flatToo = !json["layers"].is_null();
+  if (predict && !flatToo) json["prediction"] = deepPrediction(deep, json["deep"], asked);
 }
 
 }  // namespace
 
-Json inspectFile(const std::string& path, const DD::Image::Op::Description& description,
-                 const ControlChanges& changes, std::optional<int> frame) {
-  Node node(description);
-  changes.applyValues(node, frame);
+Json inspectFile(const std::string& path, const AskedRender& asked, bool predict) {
+  Node node(asked.description);
+  asked.changes.applyValues(node, asked.frame);
   const ExrFacts facts = scanExrHeader(path);
   Json json;
   json["file"] = path;
@@ -179,13 +227,14 @@ Json inspectFile(const std::string& path, const DD::Image::Op::Description& desc
   json["parts"] = Json::array();
   for (const ExrPartFacts& part : facts.parts)
     json["parts"].push_back(partJson(part));
-  for (const char* name : {"camera", "layers", "depth", "deep"})
+  for (const char* name : {"camera", "layers", "depth", "deep", "prediction"})
     json[name] = nullptr;
   const auto deep = [](const ExrPartFacts& part) { return part.deep; };
   if (!std::all_of(facts.parts.begin(), facts.parts.end(), deep)) {
-    addFlat(path, facts, changes, node, json);
+    addFlat(path, facts, asked, predict, node, json);
   }
-  if (std::any_of(facts.parts.begin(), facts.parts.end(), deep)) addDeep(path, node, json);
+  if (std::any_of(facts.parts.begin(), facts.parts.end(), deep))
+    addDeep(path, asked, predict, node, json);
   return json;
 }
 

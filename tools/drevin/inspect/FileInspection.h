@@ -6,18 +6,16 @@
 #include <optional>
 #include <string>
 
-#include "DDImage/Op.h"
-#include "controls/ControlChanges.h"
+#include "inspect/BlurPrediction.h"
 
 namespace drevintool {
 
 /// Reads the whole file: its parts, its format, its channels by layer with the range of each over
 /// the pixels of its part, the depth that a render with these changes takes and what it is like,
-/// the samples of its first deep part, and the camera that its header tells. What there is not is
-/// null. Throws ToolError (InputUnreadable, with one line that names the file, and what changes of
-/// controls throw).
-nlohmann::ordered_json inspectFile(const std::string& path,
-                                   const DD::Image::Op::Description& description,
-                                   const ControlChanges& changes, std::optional<int> frame);
+/// the samples of its first deep part, and the camera that its header tells. With `predict` also
+/// the largest blurs that such a render has, and its kernels. What there is not is null. Throws
+/// ToolError (InputUnreadable, with one line that names the file, and what changes of controls
+/// throw).
+nlohmann::ordered_json inspectFile(const std::string& path, const AskedRender& asked, bool predict);
 
 }  // namespace drevintool

@@ -82,11 +82,14 @@ int runInspect(const InspectArguments& arguments) {
   const ControlChanges changes(arguments, fresh);
   for (const std::string& warning : changes.warnings())
     printWarning(warning);
+  const bool predict =
+      !arguments.settings.empty() || !arguments.script.empty() || !arguments.camera.empty();
   Listing listing(arguments.json);
   ExitCode code = ExitCode::Done;
   for (const InspectedFile& file : files) {
     try {
-      listing.add(inspectFile(file.path, description, changes, file.frame));
+      listing.add(
+          inspectFile(file.path, {description, changes, arguments.camera, file.frame}, predict));
     } catch (const ToolError& error) {
       if (error.code() != ExitCode::InputUnreadable) throw;
       printError(error.what());

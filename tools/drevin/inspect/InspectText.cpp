@@ -2,6 +2,7 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <nlohmann/json.hpp>
 
 #include "terminal/NumberText.h"
@@ -128,6 +129,18 @@ std::string deepLines(const Json& deep) {
   return lines;
 }
 
+std::string predictionLines(const Json& prediction) {
+  std::string lines =
+      line("render", fmt::format("largest blur {} px in front of the focal plane, {} px behind it",
+                                 text(prediction["front"]), text(prediction["back"])));
+  const double limit = prediction["limit"].get<double>();
+  const bool cut =
+      std::max(prediction["front"].get<double>(), prediction["back"].get<double>()) > limit;
+  if (cut) lines += line("", "limited to " + numberText(limit) + " px by max_kernelsize");
+  return lines + line("  kernels", fmt::format("{}, up to {} px", text(prediction["kernels"]),
+                                               text(prediction["largestKernel"])));
+}
+
 std::string cameraLine(const Json& camera) {
   std::string found;
   for (const auto& [name, value] : camera.items()) {
@@ -148,7 +161,9 @@ std::string inspectText(const Json& file) {
     lines += layerLines(layer);
   if (!file["depth"].is_null()) lines += depthLines(file["depth"]);
   if (!file["deep"].is_null()) lines += deepLines(file["deep"]);
-  return lines + cameraLine(file["camera"]);
+  lines += cameraLine(file["camera"]);
+  if (!file["prediction"].is_null()) lines += predictionLines(file["prediction"]);
+  return lines;
 }
 
 }  // namespace drevintool
