@@ -5,6 +5,7 @@
 #include <variant>
 
 #include "arguments/Arguments.h"
+#include "completion/Completion.h"
 #include "controls/ControlsCommand.h"
 #include "controls/ScriptCommand.h"
 #include "demo/DemoCommand.h"
@@ -71,5 +72,6 @@ int runCommand(int count, const char* const* texts) {
 }  // namespace drevintool
 
 int main(int count, char** texts) {
+  if (drevintool::isCompletion(count, texts)) return drevintool::runCompletion(count, texts);
   return drevintool::runCommand(count, texts);
 }

@@ -5,14 +5,8 @@
 #include <algorithm>
 #include <vector>
 
-#include "arguments/ControlsParser.h"
-#include "arguments/DemoParser.h"
-#include "arguments/DoctorParser.h"
-#include "arguments/InspectParser.h"
 #include "arguments/OptionChecks.h"
-#include "arguments/RenderParser.h"
-#include "arguments/ScriptParser.h"
-#include "arguments/SheetParser.h"
+#include "arguments/Parsers.h"
 #include "terminal/NearestName.h"
 
 namespace drevintool {
@@ -46,16 +40,8 @@ std::string hintFor(const CLI::App& app, int count, const char* const* texts) {
 }  // namespace
 
 Arguments parseArguments(int count, const char* const* texts) {
-  CLI::App app("Lens defocus of pictures with depth", "drevin");
-  app.set_version_flag("--version", "drevin " DREVIN_VERSION);
-  app.require_subcommand(1);
-  const RenderParser render(app);
-  const SheetParser sheet(app);
-  const ControlsParser controls(app);
-  const ScriptParser script(app);
-  const DemoParser demo(app);
-  const DoctorParser doctor(app);
-  const InspectParser inspect(app);
+  Parsers parsers;
+  CLI::App& app = parsers.app;
   try {
     app.parse(count, texts);
   } catch (const CLI::CallForHelp&) {
@@ -65,13 +51,13 @@ Arguments parseArguments(int count, const char* const* texts) {
   } catch (const CLI::ParseError& error) {
     failUsage(error.what() + hintFor(app, count, texts));
   }
-  if (render.parsed()) return render.checked();
-  if (sheet.parsed()) return sheet.checked();
-  if (controls.parsed()) return controls.checked();
-  if (script.parsed()) return script.checked();
-  if (inspect.parsed()) return inspect.checked();
-  if (doctor.parsed()) return doctor.checked();
-  return demo.checked();
+  if (parsers.render.parsed()) return parsers.render.checked();
+  if (parsers.sheet.parsed()) return parsers.sheet.checked();
+  if (parsers.controls.parsed()) return parsers.controls.checked();
+  if (parsers.script.parsed()) return parsers.script.checked();
+  if (parsers.inspect.parsed()) return parsers.inspect.checked();
+  if (parsers.doctor.parsed()) return parsers.doctor.checked();
+  return parsers.demo.checked();
 }
 
 }  // namespace drevintool
