@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <nlohmann/json.hpp>
+
 #include <cmath>
 #include <stdexcept>
 
@@ -238,7 +240,7 @@ TEST(DemoAperture, heart_standsOnItsHeadAndClearOfTheBorder) {
 TEST(DemoCommand, files_areAllWrittenAndReadBack) {
   const testing::ScratchFolder folder;
   const std::string place = folder.file("new/scene");
-  ASSERT_EQ(runDemo(place, 64), 0);
+  ASSERT_EQ(runDemo({place, false}, 64), 0);
   const Picture street = readExr(place + "/street.exr");
   EXPECT_EQ(street.width, 64);
   EXPECT_EQ(street.height, 36);
@@ -249,11 +251,24 @@ TEST(DemoCommand, files_areAllWrittenAndReadBack) {
   EXPECT_EQ(testing::bytesOfFile(place + "/camera.txt"), cameraText(DemoCamera{}) + "\n");
 }
 
+TEST(DemoCommand, json_namesFilesAndCommands) {
+  const testing::ScratchFolder folder;
+  ::testing::internal::CaptureStdout();
+  ASSERT_EQ(runDemo({folder.path(), true}, 64), 0);
+  const auto json = nlohmann::json::parse(::testing::internal::GetCapturedStdout());
+  ASSERT_EQ(json["files"].size(), 5U);
+  for (const auto& entry : json["files"])
+    EXPECT_FALSE(testing::bytesOfFile(entry["file"]).empty()) << entry;
+  ASSERT_FALSE(json["commands"].empty());
+  EXPECT_EQ(json["commands"][0]["arguments"][0], "render");
+  EXPECT_FALSE(json["commands"][0]["purpose"].get<std::string>().empty());
+}
+
 TEST(DemoCommand, folderThatIsAFile_endsInOneLineAndCodeFour) {
   const testing::ScratchFolder folder;
   testing::writeBytes(folder.file("taken"), "x");
   try {
-    runDemo(folder.file("taken"), 64);
+    runDemo({folder.file("taken"), false}, 64);
     FAIL() << "nothing was thrown";
   } catch (const ToolError& error) {
     EXPECT_EQ(error.code(), ExitCode::OutputNotWritten);

@@ -37,7 +37,7 @@ int run(const ScriptArguments& arguments) {
   return runScript(arguments);
 }
 int run(const DemoArguments& arguments) {
-  return runDemo(arguments.directory);
+  return runDemo(arguments);
 }
 
 int run(const InspectArguments& arguments) {

@@ -8,6 +8,7 @@ namespace drevintool {
 
 struct DemoArguments {
   std::string directory;
+  bool json = false;
 };
 
 }  // namespace drevintool

@@ -2,7 +2,10 @@
 
 #include <cstdio>
 #include <filesystem>
+#include <nlohmann/json.hpp>
+#include <string>
 #include <system_error>
+#include <vector>
 
 #include "demo/DemoAperture.h"
 #include "demo/DemoDeepFile.h"
@@ -18,6 +21,7 @@ namespace drevintool {
 namespace {
 
 namespace fs = std::filesystem;
+using Json = nlohmann::ordered_json;
 
 std::string inside(const std::string& directory, const char* name) {
   return (fs::path(directory) / name).string();
@@ -44,31 +48,50 @@ void writeFiles(const std::string& directory, const DemoCamera& camera, int widt
   writeDemoText(cameraText(camera), inside(directory, kDemoCamera));
 }
 
-void printFiles(const std::string& directory, const DemoCamera& camera) {
-  std::printf("%s\n", oneLine(inside(directory, kDemoStreet)).c_str());
-  std::puts("  a night street: R, G, B, A, and Z in metres, infinite for the sky");
-  std::printf("%s\n", oneLine(inside(directory, kDemoDeep)).c_str());
-  std::puts("  the same street as deep samples, with wet glass and steam that the flat one lacks");
-  std::printf("%s\n", oneLine(inside(directory, kDemoMattes)).c_str());
-  std::puts("  matte.defocus, matte.bloom, matte.chromatic");
-  std::printf("%s\n", oneLine(inside(directory, kDemoAperture)).c_str());
-  std::puts("  an aperture, different per colour");
-  std::printf("%s\n", oneLine(inside(directory, kDemoCamera)).c_str());
-  std::printf("  %s\n", cameraText(camera).c_str());
+struct DemoFile {
+  std::string path;
+  std::string content;
+};
+
+std::vector<DemoFile> demoFiles(const std::string& directory, const DemoCamera& camera) {
+  return {{inside(directory, kDemoStreet),
+           "a night street: R, G, B, A, and Z in metres, infinite for the sky"},
+          {inside(directory, kDemoDeep),
+           "the same street as deep samples, with wet glass and steam that the flat one lacks"},
+          {inside(directory, kDemoMattes), "matte.defocus, matte.bloom, matte.chromatic"},
+          {inside(directory, kDemoAperture), "an aperture, different per colour"},
+          {inside(directory, kDemoCamera), cameraText(camera)}};
+}
+
+void printText(const std::vector<DemoFile>& files, const std::vector<DemoSuggestion>& suggestions) {
+  for (const DemoFile& file : files)
+    std::printf("%s\n  %s\n", oneLine(file.path).c_str(), file.content.c_str());
+  std::puts("\nTry:");
+  for (const DemoSuggestion& suggestion : suggestions) {
+    std::printf("\n# %s\n%s\n", suggestion.purpose.c_str(),
+                shellLine(suggestion.arguments).c_str());
+  }
+}
+
+void printJson(const std::vector<DemoFile>& files, const std::vector<DemoSuggestion>& suggestions) {
+  Json json;
+  for (const DemoFile& file : files)
+    json["files"].push_back({{"file", file.path}, {"content", file.content}});
+  for (const DemoSuggestion& suggestion : suggestions) {
+    json["commands"].push_back(
+        {{"purpose", suggestion.purpose}, {"arguments", suggestion.arguments}});
+  }
+  std::puts(json.dump(2, ' ', false, Json::error_handler_t::replace).c_str());
 }
 
 }  // namespace
 
-int runDemo(const std::string& directory, int width) {
+int runDemo(const DemoArguments& arguments, int width) {
   const DemoCamera camera;
-  makeFolder(directory);
-  writeFiles(directory, camera, width);
-  printFiles(directory, camera);
-  std::puts("\nTry:");
-  for (const DemoSuggestion& suggestion : demoSuggestions(directory, camera)) {
-    std::printf("\n# %s\n%s\n", suggestion.purpose.c_str(),
-                shellLine(suggestion.arguments).c_str());
-  }
+  makeFolder(arguments.directory);
+  writeFiles(arguments.directory, camera, width);
+  const auto print = arguments.json ? printJson : printText;
+  print(demoFiles(arguments.directory, camera), demoSuggestions(arguments.directory, camera));
   return static_cast<int>(ExitCode::Done);
 }
 
