@@ -311,6 +311,54 @@ TEST_F(InspectCommand, pictureOf1OverZ_isPredictedInThatStyle) {
             largestByWarning(renderArguments(file_, folder_.file("out.exr"), controls)));
 }
 
+TEST_F(InspectCommand, costOfARender_isEstimated) {
+  PartFixture part = rgbazPart(400, 300, 0.0);
+  part.channels.back().value = [](int x, int) { return 90.0 + 0.1 * x; };
+  const ordered_json estimate =
+      inspectPart(part, {"--set", "multiplier=9"})["prediction"]["estimate"];
+  EXPECT_GT(estimate["seconds"].get<double>(), 0.0);
+  // Four channels and the depth, as floats, and the result.
+  EXPECT_GT(estimate["memoryBytes"].get<double>(), 400.0 * 300.0 * 36.0);
+  EXPECT_NE(inspect({file_, "--set", "multiplier=9"}).out.find("\n    estimate "),
+            std::string::npos);
+}
+
+TEST_F(InspectCommand, costOfViewsAndOfDeepPictures_isNotEstimated) {
+  EXPECT_TRUE(inspectPart(rgbazPart(8, 4, 5.0),
+                          {"--set", "outputType=Focus Matte"})["prediction"]["estimate"]
+                  .is_null());
+  writeDeepFixture(file_, {opaqueDeepPart(8, 4, 150.0)});
+  const ordered_json prediction = inspectJson({file_, "--set", "multiplier=9"}).at(0)["prediction"];
+  EXPECT_EQ(prediction["back"], 9.0);
+  EXPECT_TRUE(prediction["estimate"].is_null());
+}
+
+TEST_F(InspectCommand, pictureWhoseWindowsDoNotMeet_isEstimatedWithoutAFault) {
+  PartFixture part = rgbazPart(8, 4, 5.0);
+  part.data = Imath::Box2i({-900, -700}, {-500, -300});
+  EXPECT_FALSE(inspectPart(part, {"--set", "multiplier=9"})["prediction"]["estimate"].is_null());
+}
+
+// The estimate is a plain sum: it is to be of the right size, not exact.
+TEST(RealInspection, memory_isWithinAFactorOfTwo) {
+  SKIP_WITHOUT_PICTURES();
+  if (DREVIN_SANITIZED) GTEST_SKIP() << "sanitizers take far more memory";
+  const ScratchFolder folder;
+  for (const char* name : {"flat/courtyard.exr", "flat/beachball.singlepart.0001.exr"}) {
+    const std::string file = pictureFolder() + "/" + name;
+    const Arguments& render = kRenders.front();
+    const ordered_json prediction = inspectJson(with({file}, render)).at(0)["prediction"];
+    const RunResult result = runCommand(renderArguments(
+        file, folder.file("out.exr"), with({"--report", folder.file("report.json")}, render)));
+    ASSERT_EQ(result.exitCode, 0) << result.error;
+    const double real =
+        ordered_json::parse(bytesOfFile(folder.file("report.json")))["peakMemoryBytes"];
+    const double estimate = prediction["estimate"]["memoryBytes"];
+    EXPECT_GT(estimate, real / 2.0) << name;
+    EXPECT_LT(estimate, real * 2.0) << name;
+  }
+}
+
 TEST(RealInspection, largestKernel_isTheNodesOwn) {
   SKIP_WITHOUT_PICTURES();
   const ScratchFolder folder;

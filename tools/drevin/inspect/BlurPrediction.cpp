@@ -41,9 +41,7 @@ void showBlur(Node& node, bool deep) {
   constexpr double kFocalDistanceView = 2.0;
   setNumber(node, "outputType", kFocalDistanceView);
   setNumber(node, "normalizeVisualization", 0.0);
-  // There is no aperture image here, and none is needed for the sizes.
-  constexpr double kCircular = 1.0;
-  setNumber(node, "kernelType", kCircular);
+  useCircularAperture(node);
   if (deep) setNumber(node, "depthStyle", 0.0);
   if (Knob* knob = node.knob("depthChannel")) {
     setChannels(node, *knob, {"depthChannel", kDepth, "depthChannel"}, nullptr);
@@ -92,6 +90,13 @@ AskedNode::AskedNode(const AskedRender& asked, const Picture& picture, embedded:
   if (asked.camera.empty()) return;
   camera_.emplace(CameraOption(asked.camera).at(asked.frame, node_, &picture).values);
   connectCamera(node_, *camera_);
+}
+
+void useCircularAperture(Node& node) {
+  constexpr double kInput = 0.0;
+  constexpr double kCircular = 1.0;
+  const Knob* type = node.knob("kernelType");
+  if (type != nullptr && type->get_value() == kInput) setNumber(node, "kernelType", kCircular);
 }
 
 PredictedBlur predictBlur(const AskedRender& asked, const Picture& picture, const DepthPlane& depth,

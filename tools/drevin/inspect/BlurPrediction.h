@@ -50,6 +50,9 @@ class AskedNode {
   Node node_;
 };
 
+/// Lets the node do without an aperture image, which nobody has given to it.
+void useCircularAperture(Node& node);
+
 /// Renders the node's view of its focal distances over the depths, which shows each pixel's blur
 /// without a limit, and takes the largest. Infinitely far depths do not count, for the node gives
 /// them the largest kernel that the others need. `picture` has the format; of a deep picture

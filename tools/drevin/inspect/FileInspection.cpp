@@ -11,6 +11,7 @@
 #include "deep/DeepCompanion.h"
 #include "deep/DeepExrSource.h"
 #include "depth/DepthChoice.h"
+#include "inspect/CostPrediction.h"
 #include "inspect/DeepInspection.h"
 #include "inspect/DepthInspection.h"
 #include "inspect/ValueRange.h"
@@ -153,6 +154,7 @@ Json predictionJson(const PredictedBlur& blur, int largestKernel) {
   json["back"] = depthJson(blur.back);
   json["limit"] = blur.most;
   json["largestKernel"] = largestKernel;
+  json["estimate"] = nullptr;
   // One of each odd size up to it, or up to the next above.
   json["kernels"] = largestKernel / 2 + 1;
   return json;
@@ -171,7 +173,10 @@ Json flatPrediction(const Picture& picture, const Node& node, const AskedRender&
   if (chosen == nullptr) return nullptr;
   const DepthPlane depth = depthPlane(picture, *chosen, scannedBox(picture));
   const PredictedBlur blur = predictBlur(asked, picture, depth, false);
-  return predictionJson(blur, blur.largestKernel());
+  Json json = predictionJson(blur, blur.largestKernel());
+  const std::optional<PredictedCost> cost = predictCost(asked, picture, blur);
+  if (cost) json["estimate"] = {{"seconds", cost->seconds}, {"memoryBytes", cost->memoryBytes}};
+  return json;
 }
 
 PredictedBlur blurBetween(const Json& near, const Json& far, const Picture& picture,

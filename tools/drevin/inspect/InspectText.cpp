@@ -7,6 +7,7 @@
 
 #include "terminal/NumberText.h"
 #include "terminal/OneLine.h"
+#include "terminal/SizeText.h"
 
 namespace drevintool {
 namespace {
@@ -137,6 +138,13 @@ std::string predictionLines(const Json& prediction) {
   const bool cut =
       std::max(prediction["front"].get<double>(), prediction["back"].get<double>()) > limit;
   if (cut) lines += line("", "limited to " + numberText(limit) + " px by max_kernelsize");
+  const Json& estimate = prediction["estimate"];
+  if (!estimate.is_null()) {
+    lines +=
+        line("  estimate", fmt::format("{:.2g} s for the blur, {} of memory in all",
+                                       estimate["seconds"].get<double>(),
+                                       sizeText(estimate["memoryBytes"].get<std::uint64_t>())));
+  }
   return lines + line("  kernels", fmt::format("{}, up to {} px", text(prediction["kernels"]),
                                                text(prediction["largestKernel"])));
 }
