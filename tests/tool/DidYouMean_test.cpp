@@ -96,6 +96,13 @@ TEST_F(DidYouMean, partsAndViewsOfADeepFile) {
   expectHintOf(deepArguments(deep, output, {"--deep-order", "farfirst"}), "far-first");
 }
 
+TEST_F(DidYouMean, filesOfASequence) {
+  writeExrFixture(folder_.file("beauty.0001.exr"), rgbazPart(8, 8, 1.0));
+  expectHintOf(renderArguments(folder_.file("beuaty.####.exr"), folder_.file("o.####.exr"),
+                               {"--frames", "1-3"}),
+               folder_.file("beauty.0001.exr"));
+}
+
 TEST_F(DidYouMean, depthChannel_isProposed) {
   PartFixture part = rgbazPart(8, 8, 110.0);
   part.channels.back().name = "scene.depth";

@@ -9,6 +9,7 @@
 #include <unordered_set>
 
 #include "picture/AtomicFile.h"
+#include "picture/NearestFile.h"
 #include "sequence/FrameList.h"
 #include "terminal/ExitCode.h"
 #include "terminal/OneLine.h"
@@ -132,7 +133,7 @@ void SequencePlan::failMissing(const Path& path, const std::vector<FrameTask>& t
   const std::string file = filled(path, tasks.front());
   if (tasks.size() == tasks_.size()) {
     fail(start + "there is no such file for any of " + std::to_string(tasks.size()) +
-         " pictures, the first would be " + file);
+         " pictures, the first would be " + file + nearestFileHint(file));
   }
   fail(start + "there is no such file for " +
        (frames.empty() ? tasks.front().name() : "frames " + frameListText(frames)) +
