@@ -243,11 +243,11 @@ void dvSliceTiles::addTile(const Tile& tile, const Impulses& impulses,
   const dvFrameBox& box = planes.front().box();
   const dvTileBox inside{box.left - tile.left, box.bottom - tile.bottom, box.right - tile.left,
                          box.top - tile.bottom};
+  const std::ptrdiff_t origin =
+      static_cast<std::ptrdiff_t>(tile.bottom - box.bottom) * box.width() + (tile.left - box.left);
   for (std::size_t plane = 0; plane < planes.size(); ++plane) {
-    float* first = planes[plane].row(box.bottom) +
-                   static_cast<std::ptrdiff_t>(tile.bottom - box.bottom) * box.width() +
-                   (tile.left - box.left);
-    impulses.sum->addInto(static_cast<int>(plane), inside, tile.plan.largest, first, box.width());
+    impulses.sum->addInto(static_cast<int>(plane), inside, tile.plan.largest,
+                          planes[plane].row(box.bottom), origin, box.width());
   }
 }
 
