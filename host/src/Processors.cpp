@@ -3,13 +3,13 @@
 #include <sched.h>
 
 #include <algorithm>
-#include <fstream>
 #include <string>
 #include <thread>
 #include <vector>
 
 #include "CgroupQuota.h"
 #include "DDImage/Thread.h"
+#include "EmbeddedHost/CgroupFolders.h"
 #include "EmbeddedHost/Render.h"
 
 namespace embedded {
@@ -30,35 +30,11 @@ unsigned affinityProcessors() {
                    : std::max(1U, std::thread::hardware_concurrency());
 }
 
-/// Folders of this process's own group and of every group above it.
-std::vector<std::string> cgroupFolders() {
-  std::vector<std::string> folders;
-  std::ifstream file("/proc/self/cgroup");
-  for (std::string line; std::getline(file, line);) {
-    const std::size_t first = line.find(':');
-    const std::size_t second = line.find(':', first + 1);
-    if (first == std::string::npos || second == std::string::npos) continue;
-    const std::string controllers = line.substr(first + 1, second - first - 1);
-    if (!controllers.empty() && (',' + controllers + ',').find(",cpu,") == std::string::npos) {
-      continue;
-    }
-    const std::string root = controllers.empty() ? "/sys/fs/cgroup" : "/sys/fs/cgroup/cpu";
-    std::string path = line.substr(second + 1);
-    while (!path.empty() && path != "/") {
-      folders.push_back(root + path);
-      path.resize(path.rfind('/'));
-    }
-  }
-  folders.emplace_back("/sys/fs/cgroup");
-  folders.emplace_back("/sys/fs/cgroup/cpu");
-  return folders;
-}
-
 }  // namespace
 
 unsigned usableProcessors() {
   unsigned processors = affinityProcessors();
-  for (const std::string& folder : cgroupFolders()) {
+  for (const std::string& folder : cgroupFolders("cpu")) {
     const std::optional<unsigned> quota = cgroupProcessors(folder);
     if (quota) processors = std::min(processors, *quota);
   }

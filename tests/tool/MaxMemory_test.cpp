@@ -20,7 +20,7 @@ class MaxMemory : public ::testing::Test {
 TEST_F(MaxMemory, pictureBeyondIt_isRefusedWithBothFiguresAndTheOption) {
   writeExrFixture(input_, rgbazPart(1500, 1000, 100.0));
   expectRefused(renderArguments(input_, output_, {"--max-memory", "32M"}), 3,
-                {input_, "needs 40 MiB", "more than the ", "--max-memory"});
+                {input_, "needs 40.1 MiB", "more than the ", "--max-memory"});
   const RunResult result =
       runCommand(renderArguments(input_, output_, {"--max-memory", "2G", "--channels", "Z"}));
   EXPECT_EQ(result.exitCode, 0) << result.error;

@@ -35,30 +35,12 @@ Bytes leftIn(const std::string& folder) {
   return leastOf(unified, leftOf(limit, numberIn(folder + "/memory.usage_in_bytes")));
 }
 
-Bytes leftUpFrom(const std::string& root, std::string path) {
-  Bytes left = leftIn(root);
-  while (!path.empty() && path != "/") {
-    left = leastOf(left, leftIn(root + path));
-    path.resize(std::min(path.size(), path.rfind('/')));
-  }
-  return left;
-}
-
 }  // namespace
 
-std::optional<std::uint64_t> cgroupMemoryLeft(const CgroupPlaces& places) {
-  Bytes left = leastOf(leftIn(places.root), leftIn(places.root + "/memory"));
-  std::ifstream file(places.ofProcess);
-  for (std::string line; std::getline(file, line);) {
-    const std::size_t first = line.find(':');
-    const std::size_t second = line.find(':', first + 1);
-    if (first == std::string::npos || second == std::string::npos) continue;
-    const std::string controllers = "," + line.substr(first + 1, second - first - 1) + ",";
-    const std::string path = line.substr(second + 1);
-    if (controllers == ",,") left = leastOf(left, leftUpFrom(places.root, path));
-    if (controllers.find(",memory,") != std::string::npos)
-      left = leastOf(left, leftUpFrom(places.root + "/memory", path));
-  }
+std::optional<std::uint64_t> cgroupMemoryLeft(const embedded::CgroupPlaces& places) {
+  Bytes left;
+  for (const std::string& folder : embedded::cgroupFolders("memory", places))
+    left = leastOf(left, leftIn(folder));
   return left;
 }
 

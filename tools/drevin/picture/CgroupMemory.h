@@ -4,19 +4,14 @@
 
 #include <cstdint>
 #include <optional>
-#include <string>
+
+#include "EmbeddedHost/CgroupFolders.h"
 
 namespace drevintool {
-
-/// Where the system tells of control groups.
-struct CgroupPlaces {
-  std::string ofProcess = "/proc/self/cgroup";
-  std::string root = "/sys/fs/cgroup";
-};
 
 /// Bytes that may still be taken: the least that the process's own group and the groups above it
 /// leave, of either version of control groups. Nothing where none has a limit. A farm's job is such
 /// a group, some folders below the root.
-std::optional<std::uint64_t> cgroupMemoryLeft(const CgroupPlaces& places = {});
+std::optional<std::uint64_t> cgroupMemoryLeft(const embedded::CgroupPlaces& places = {});
 
 }  // namespace drevintool

@@ -6,6 +6,7 @@
 
 #include "terminal/ExitCode.h"
 #include "terminal/OneLine.h"
+#include "terminal/SizeText.h"
 
 namespace drevintool {
 namespace {
@@ -169,13 +170,11 @@ void checkExrLimits(const ExrFacts& facts, const std::string& path, std::uint64_
 
 void checkMemory(double needed, std::uint64_t budget, const std::string& path,
                  const std::string& subject) {
-  constexpr double kMebibyte = 1024.0 * 1024.0;
-  const auto available = static_cast<double>(budget);
-  if (needed <= available) return;
-  fail(path, subject + "needs " + std::to_string(static_cast<std::int64_t>(needed / kMebibyte)) +
-                 " MiB of memory, more than the " +
-                 std::to_string(static_cast<std::int64_t>(available / kMebibyte)) +
-                 " MiB that it may take; --max-memory changes that");
+  if (needed <= static_cast<double>(budget)) return;
+  constexpr double most = 9e18;
+  fail(path, subject + "needs " + sizeText(static_cast<std::uint64_t>(std::min(needed, most))) +
+                 " of memory, more than the " + sizeText(budget) +
+                 " that it may take; --max-memory changes that");
 }
 
 }  // namespace drevintool

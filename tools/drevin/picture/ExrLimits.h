@@ -35,7 +35,7 @@ std::int64_t chunksOf(const ExrPartFacts& part);
 void checkExrLimits(const ExrFacts& facts, const std::string& path, std::uint64_t budget);
 
 /// Throws ToolError (InputUnreadable) with one line that names the file and both figures if
-/// `needed` bytes are more than `budget`. `subject` is put before "needs N MiB".
+/// `needed` bytes are more than `budget`. `subject` is put before "needs".
 void checkMemory(double needed, std::uint64_t budget, const std::string& path,
                  const std::string& subject = "");
 
