@@ -93,7 +93,7 @@ TEST_F(SheetCommand, twoControls_areColumnsAndRows) {
                                 "--vary", "kNumSides=3,6,9", "--vary", "depthStyle=Real,1/z"});
   EXPECT_EQ(report["columns"], 3);
   EXPECT_EQ(report["rows"], 2);
-  const json pictures = report["pictures"];
+  const json& pictures = report["pictures"];
   ASSERT_EQ(pictures.size(), 6U);
   EXPECT_EQ(pictures[4]["varied"], json({{"kNumSides", "6"}, {"depthStyle", "1/z"}}));
   EXPECT_EQ(pictures[4]["render"]["controls"]["depthStyle"]["value"], "1/z");
