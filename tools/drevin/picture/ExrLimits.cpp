@@ -34,13 +34,6 @@ void checkWindow(const ExrWindow& window, const char* what, const std::string& p
   }
 }
 
-std::int64_t sampleBytes(const ExrPartFacts& part) {
-  std::int64_t bytes = 0;
-  for (const ExrChannelFacts& channel : part.channels)
-    bytes += channel.type == 1 ? 2 : 4;
-  return bytes;
-}
-
 std::int64_t ceilDivide(std::int64_t a, std::int64_t b) {
   return (a + b - 1) / b;
 }
@@ -52,7 +45,7 @@ void checkTiles(const ExrPartFacts& part, const std::string& path) {
   const bool sides = width <= kMostSide && height <= kMostSide;
   const std::int64_t mostPixels =
       part.deep ? kMostDeepTilePixels
-                : kMostTileBytes / std::max<std::int64_t>(sampleBytes(part), 1);
+                : kMostTileBytes / std::max<std::int64_t>(bytesOfPixel(part), 1);
   if (!sides || width * height > mostPixels) {
     fail(path, "its tiles of " + std::to_string(width) + " x " + std::to_string(height) +
                    " pixels are too large");
@@ -97,7 +90,7 @@ std::uint64_t pixelsOf(const ExrPartFacts& part) {
 void checkPixels(const ExrPartFacts& part, const ExrFacts& facts, const std::string& path) {
   checkChannels(part, path);
   const std::uint64_t pixelBytes =
-      part.deep ? kSampleCountBytes : static_cast<std::uint64_t>(sampleBytes(part));
+      part.deep ? kSampleCountBytes : static_cast<std::uint64_t>(bytesOfPixel(part));
   if (pixelsOf(part) * pixelBytes / mostCompression(part.compression) > facts.fileSize) {
     fail(path,
          "damaged or unfinished: the file is too short for the pixels that its header announces");
@@ -135,14 +128,24 @@ double neededBytes(const ExrFacts& facts) {
 }  // namespace
 
 std::uint64_t mostCompression(int compression) {
-  // The bound of deflate is 1032, of run lengths 64, of the 4 x 4 block codes 11. The wavelet and
-  // cosine codes have none.
+  // Deflate comes to 1032 at most, a third more where floats lose a byte before; run lengths to 64,
+  // and the 4 x 4 block codes to 11. The wavelet code ends in one of single bits, where a value's
+  // bit, that of the repetition and 8 for their number stand for 256 numbers of 16 bits: 410. The
+  // cosine code packs run lengths by deflate.
   constexpr std::uint64_t kNone = std::numeric_limits<std::uint32_t>::max();
-  constexpr std::array<std::uint64_t, 10> kRatios = {1,    128, 1100, 1100,  kNone,
-                                                     1100, 16,  16,   kNone, kNone};
+  constexpr std::uint64_t kCosine = 64 * 1032;
+  constexpr std::array<std::uint64_t, 10> kRatios = {1,    128, 1100, 1100,    512,
+                                                     1400, 16,  16,   kCosine, kCosine};
   return compression < static_cast<int>(kRatios.size())
              ? kRatios[static_cast<std::size_t>(compression)]
              : kNone;
+}
+
+std::int64_t bytesOfPixel(const ExrPartFacts& part) {
+  std::int64_t bytes = 0;
+  for (const ExrChannelFacts& channel : part.channels)
+    bytes += channel.type == 1 ? 2 : 4;
+  return bytes;
 }
 
 std::int64_t rowsOfChunk(const ExrPartFacts& part) {

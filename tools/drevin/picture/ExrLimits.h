@@ -21,6 +21,9 @@ constexpr std::int64_t kMostDeepTilePixels = std::int64_t{1} << 24;
 /// the largest 32-bit number where there is no bound.
 std::uint64_t mostCompression(int compression);
 
+/// Bytes that a pixel's samples take in a flat part; in a deep one, those of one sample.
+std::int64_t bytesOfPixel(const ExrPartFacts& part);
+
 /// Rows of one chunk of a scanline part, by its compression.
 std::int64_t rowsOfChunk(const ExrPartFacts& part);
 

@@ -17,6 +17,7 @@
 #include "picture/ChannelNames.h"
 #include "picture/ExrHeaderScan.h"
 #include "picture/ExrLimits.h"
+#include "picture/FlatChunks.h"
 #include "picture/HeaderAttributes.h"
 #include "picture/MemoryBudget.h"
 #include "terminal/ExitCode.h"
@@ -134,13 +135,13 @@ char* allocate(Imf::PixelType type, std::size_t count, Samples& samples) {
 // Rows of one part on their way from the file (downward) into the picture (upward).
 class Band {
  public:
-  Band(const FlatPart& part, const Picture& picture) : part_(part), picture_(picture) {
+  Band(const FlatPart& part, const Picture& picture, std::size_t mostRows)
+      : part_(part), picture_(picture) {
     for (const PartChannel& channel : part.channels)
       rowBytes_ += sampleSize(channel.type) * width();
     constexpr std::size_t kMostBytes = std::size_t{64} << 20;
-    constexpr std::size_t kMostRows = 256;
     const std::size_t fitting = kMostBytes / std::max<std::size_t>(rowBytes_, 1);
-    rows_ = static_cast<int>(std::clamp<std::size_t>(fitting, 1, kMostRows));
+    rows_ = static_cast<int>(std::clamp<std::size_t>(fitting, 1, mostRows));
     bytes_.resize(rowBytes_ * static_cast<std::size_t>(rows_));
   }
 
@@ -158,6 +159,10 @@ class Band {
     }
     input.setFrameBuffer(frame);
     input.readPixels(first, last);
+  }
+
+  // Into the picture's samples, for which there is memory now.
+  void copy(int first, int last) const {
     for (int y = first; y <= last; ++y)
       copyRow(y, first);
   }
@@ -189,12 +194,21 @@ class Band {
   std::vector<char> bytes_;
 };
 
+// Unpacks the block of the first row, so that what looks whole but is not costs no memory.
+void tryPart(Imf::MultiPartInputFile& file, const FlatPart& part, const Picture& picture) {
+  Imf::InputPart input(file, part.number);
+  Band(part, picture, 1).read(input, part.window.min.y, part.window.min.y);
+}
+
 void readPart(Imf::MultiPartInputFile& file, const FlatPart& part, const Picture& picture) {
   Imf::InputPart input(file, part.number);
-  Band band(part, picture);
+  constexpr std::size_t kMostRows = 256;
+  Band band(part, picture, kMostRows);
   for (int first = part.window.min.y; first <= part.window.max.y; first += band.rows()) {
     throwIfInterrupted();
-    band.read(input, first, std::min(first + band.rows() - 1, part.window.max.y));
+    const int last = std::min(first + band.rows() - 1, part.window.max.y);
+    band.read(input, first, last);
+    band.copy(first, last);
   }
 }
 
@@ -206,6 +220,8 @@ Picture readParts(const std::string& path) {
   if (parts.empty()) {
     throw ToolError(ExitCode::InputUnreadable, oneLine(path) + ": has no flat part");
   }
+  for (const FlatPart& part : parts)
+    tryPart(file, part, picture);
   for (FlatPart& part : parts) {
     for (PartChannel& channel : part.channels) {
       Samples& samples = picture.channels[channel.target].samples;
@@ -227,6 +243,7 @@ Picture readExr(const std::string& path) {
                     oneLine(path) + ": holds only deep images; give such a file with --deep");
   }
   checkExrLimits(facts, path, memoryBudget());
+  checkFlatChunks(path, facts);
   try {
     return readParts(path);
   } catch (const ToolError&) {
