@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <filesystem>
+
 #include "ScratchFolder.h"
 #include "terminal/ExitCode.h"
 
@@ -141,6 +143,40 @@ TEST(SequencePlan, gap_isNamedBeforeAnythingIsRendered) {
   EXPECT_EQ(line.rfind("2 --input", 0), 0U) << line;
   EXPECT_NE(line.find("for frames 1,3,"), std::string::npos) << line;
   EXPECT_NE(line.find("in.01.exr"), std::string::npos) << line;
+}
+
+TEST(SequencePlan, gapOfAView_isNamedWithIt) {
+  const ScratchFolder folder;
+  for (const char* name : {"left.1.exr", "left.2.exr", "left.3.exr", "right.2.exr"})
+    writeBytes(folder.file(name), "x");
+  RenderArguments arguments = sequence(folder.file("%V.#.exr"), folder.file("o.%V.#.exr"));
+  arguments.frames = {1, 2, 3};
+  arguments.views = {"left", "right"};
+  const std::string line = failureOf(arguments);
+  EXPECT_NE(line.find("for frames 1,3 right,"), std::string::npos) << line;
+}
+
+TEST(SequencePlan, reportInThePlaceOfAnotherFile_isRefused) {
+  const ScratchFolder folder;
+  writeBytes(folder.file("in.1.exr"), "x");
+  std::filesystem::create_symlink(folder.file("in.1.exr"), folder.file("link.json"));
+  RenderArguments arguments = sequence(folder.file("in.#.exr"), folder.file("o.#.exr"));
+  arguments.kernel = folder.file("k.exr");
+  arguments.script = folder.file("s.nk");
+  for (const char* report : {"in.#.exr", "in.1.exr", "o.#.exr", "o.2.exr", "k.exr", "s.nk",
+                             "./nowhere/../o.1.exr", "link.json"}) {
+    arguments.report = folder.file(report);
+    EXPECT_EQ(failureOf(arguments).rfind("2 --report", 0), 0U) << report;
+  }
+  arguments.report = folder.file("r.json");
+  EXPECT_NO_THROW(SequencePlan{arguments});
+}
+
+TEST(SequencePlan, framesTimesViews_areLimited) {
+  RenderArguments arguments = sequence("in.exr", "%V.#.exr");
+  arguments.frames.assign(400000, 1);
+  arguments.views = {"a", "b", "c"};
+  EXPECT_NE(failureOf(arguments).find("more than 1000000 pictures"), std::string::npos);
 }
 
 TEST(SequencePlan, gapWhereBadFramesAreSkipped_isLetPass) {

@@ -3,6 +3,7 @@
 #include <nlohmann/json.hpp>
 
 #include <csignal>
+#include <filesystem>
 
 #include "CommandRun.h"
 #include "ExrFixture.h"
@@ -258,6 +259,39 @@ TEST_P(LongSequence, signal_endsItSoonAndLeavesWholeFilesOnly) {
 
 INSTANTIATE_TEST_SUITE_P(Signals, LongSequence,
                          ::testing::Values(std::pair{SIGINT, 130}, std::pair{SIGTERM, 143}));
+
+// Small frames and signals from the first one on: whatever the threads are at, the run ends.
+TEST_F(Sequence, signalAtAnyTime_endsIt) {
+  const std::vector<std::vector<std::string>> manners = {
+      {}, {"--frames-in-flight", "1", "--skip-bad-frames"}, {"--frames-in-flight", "3"}};
+  for (const auto& manner : manners) {
+    for (int moment = 1; moment <= 8; ++moment) {
+      RunOptions options;
+      options.signal = SIGTERM;
+      options.signalAfterSeconds = 0.03 * moment * (DREVIN_SANITIZED != 0 ? 5 : 1);
+      options.timeoutSeconds = 60.0;
+      std::vector<std::string> more = {"--frames", "1-20000", "--report", folder_.file("r.json")};
+      more.insert(more.end(), manner.begin(), manner.end());
+      const RunResult result =
+          runCommand(renderArguments(frameFile(1), folder_.file("out.#.exr"), more), options);
+      EXPECT_EQ(result.exitCode, 143) << moment << " " << result.error;
+      EXPECT_LT(result.secondsAfterSignal, 20.0) << moment;
+    }
+  }
+}
+
+TEST_F(Sequence, reportOfAll_isWrittenWhenItIsInterruptedToo) {
+  RunOptions options;
+  options.signal = SIGINT;
+  options.signalWhen = [&] { return std::filesystem::exists(folder_.file("out.3.exr")); };
+  const RunResult result =
+      runCommand(renderArguments(frameFile(1), folder_.file("out.#.exr"),
+                                 {"--frames", "1-100000", "--report", folder_.file("r.json")}),
+                 options);
+  EXPECT_EQ(result.exitCode, 130) << result.error;
+  const auto report = nlohmann::json::parse(bytesOfFile(folder_.file("r.json")));
+  EXPECT_GE(report["frames"].size(), 2U);
+}
 
 TEST(RealSequence, beachball_rendersWholeFrames) {
   SKIP_WITHOUT_PICTURES();

@@ -134,7 +134,12 @@ class Runner {
   std::optional<ReadFrame> next() {
     std::unique_lock<std::mutex> lock(mutex_);
     changed_.wait(lock, [&] { return stopped_ || allRead_ || !waiting_.empty(); });
-    if (stopped_ || waiting_.empty() || caughtSignal() != 0) return std::nullopt;
+    if (caughtSignal() != 0 && !stopped_) {
+      // The reader may be waiting for room among frames that nobody will take.
+      stopped_ = true;
+      changed_.notify_all();
+    }
+    if (stopped_ || waiting_.empty()) return std::nullopt;
     ReadFrame frame = std::move(waiting_.front());
     waiting_.pop_front();
     if (frame.outcome.failed()) ++readingAgain_;

@@ -4,6 +4,7 @@
 
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace drevintool {
 
@@ -17,5 +18,9 @@ struct FrameTask {
     return "frame " + std::to_string(*frame) + (view.empty() ? "" : " " + view);
   }
 };
+
+/// All of them as lists of frames: "1-3,5" or, with views, "1-3,5 left; 4 right"; views alone are
+/// "left; right".
+std::string frameNames(const std::vector<FrameTask>& tasks);
 
 }  // namespace drevintool

@@ -10,6 +10,7 @@
 
 #include "picture/AtomicFile.h"
 #include "picture/NearestFile.h"
+#include "sequence/FileSet.h"
 #include "sequence/FrameList.h"
 #include "terminal/ExitCode.h"
 #include "terminal/OneLine.h"
@@ -26,6 +27,8 @@ std::vector<FrameTask> tasksOf(const RenderArguments& arguments) {
       arguments.views.empty() ? std::vector<std::string>{""} : arguments.views;
   std::vector<std::optional<int>> frames(arguments.frames.begin(), arguments.frames.end());
   if (frames.empty()) frames.emplace_back();
+  if (frames.size() * views.size() > kMostFrames)
+    fail("--frames, --views: more than 1000000 pictures; render fewer frames at a time");
   std::vector<FrameTask> tasks;
   tasks.reserve(frames.size() * views.size());
   for (const std::optional<int> frame : frames) {
@@ -56,6 +59,7 @@ SequencePlan::SequencePlan(const RenderArguments& arguments)
   addPath("--report", &RenderArguments::report);
   checkPlaces();
   checkOutputsDiffer();
+  checkReports();
   const FramePattern report(arguments.report);
   reportsEach_ = !sequence_ || report.hasFrame() || report.hasView();
 }
@@ -96,6 +100,28 @@ void SequencePlan::checkOutputsDiffer() const {
   }
 }
 
+void SequencePlan::checkReports() const {
+  if (arguments_.report.empty()) return;
+  FileSet reports;
+  forEachFile("--report", [&](const std::string& file) { reports.add(file); });
+  const auto check = [&](const std::string& option, const std::string& file) {
+    if (file.empty() || !reports.has(file)) return;
+    fail("--report " + arguments_.report + ": would take the place of " + file + ", the file of " +
+         option + "; name another file");
+  };
+  for (const char* option : {"--input", "--deep", "--kernel", "--mattes", "--camera", "--output"})
+    forEachFile(option, [&](const std::string& file) { check(option, file); });
+  check("--script", arguments_.script);
+}
+
+template <typename Visit>
+void SequencePlan::forEachFile(const char* option, const Visit& visit) const {
+  const Path& path = pathOf(option);
+  const bool each = path.pattern.hasFrame() || path.pattern.hasView();
+  for (std::size_t i = 0; i < (each ? tasks_.size() : 1); ++i)
+    visit(filled(path, tasks_[i]));
+}
+
 const SequencePlan::Path& SequencePlan::pathOf(const char* option) const {
   const auto named = [&](const Path& path) { return path.option == std::string(option); };
   return *std::find_if(paths_.begin(), paths_.end(), named);
@@ -126,19 +152,17 @@ std::vector<FrameTask> SequencePlan::missing(const Path& path) const {
 }
 
 void SequencePlan::failMissing(const Path& path, const std::vector<FrameTask>& tasks) const {
-  std::vector<int> frames;
-  for (const FrameTask& task : tasks)
-    if (task.frame) frames.push_back(*task.frame);
   const std::string start = std::string(path.option) + " " + arguments_.*path.text + ": ";
   const std::string file = filled(path, tasks.front());
   if (tasks.size() == tasks_.size()) {
     fail(start + "there is no such file for any of " + std::to_string(tasks.size()) +
          " pictures, the first would be " + file + nearestFileHint(file));
   }
+  const std::string option = arguments_.frames.empty() ? "views" : "frames";
   fail(start + "there is no such file for " +
-       (frames.empty() ? tasks.front().name() : "frames " + frameListText(frames)) +
-       ", the first would be " + file +
-       "; give --frames that are there, or --skip-bad-frames to go on without");
+       (tasks.size() == 1 ? tasks.front().name() : option + " " + frameNames(tasks)) +
+       ", the first would be " + file + "; give --" + option +
+       " that are there, or --skip-bad-frames to go on without");
 }
 
 void SequencePlan::checkInputs() const {

@@ -13,8 +13,9 @@ namespace drevintool {
 
 class SequencePlan {
  public:
-  /// Throws ToolError (Usage) if a path has a place for a frame or a view and none is asked for, or
-  /// if two pictures would be written to one file.
+  /// Throws ToolError (Usage) if a path has a place for a frame or a view and none is asked for, if
+  /// two pictures would be written to one file, or if a report would take the place of a picture or
+  /// of another file that is read.
   explicit SequencePlan(const RenderArguments& arguments);
 
   /// Whether frames or views were asked for.
@@ -43,6 +44,9 @@ class SequencePlan {
   void addPath(const char* option, std::string RenderArguments::*text);
   void checkPlaces() const;
   void checkOutputsDiffer() const;
+  void checkReports() const;
+  template <typename Visit>
+  void forEachFile(const char* option, const Visit& visit) const;
   const Path& pathOf(const char* option) const;
   std::vector<FrameTask> missing(const Path& path) const;
   [[noreturn]] void failMissing(const Path& path, const std::vector<FrameTask>& tasks) const;

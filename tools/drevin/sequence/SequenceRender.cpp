@@ -7,7 +7,6 @@
 
 #include "EmbeddedHost/Render.h"
 #include "picture/ExrHeaderScan.h"
-#include "sequence/FrameList.h"
 #include "sequence/FramesInFlight.h"
 #include "terminal/Messages.h"
 #include "terminal/SequenceProgress.h"
@@ -18,36 +17,23 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 
-// Of the first picture that is there; 0 if none is.
-std::int64_t pixelsOf(const SequencePlan& plan) {
-  const RenderArguments first = plan.argumentsOf(plan.tasks().front());
-  try {
-    const ExrFacts facts = scanExrHeader(first.input.empty() ? first.deep : first.input);
-    const ExrWindow window = facts.parts.empty() ? ExrWindow() : facts.parts.front().dataWindow;
-    return facts.parts.empty() ? 0 : window.width() * window.height();
-  } catch (const ToolError&) {
-    return 0;
-  }
+std::int64_t pixelsOf(const std::string& path) {
+  const ExrFacts facts = scanExrHeader(path);
+  const ExrWindow window = facts.parts.empty() ? ExrWindow() : facts.parts.front().dataWindow;
+  return facts.parts.empty() ? 0 : window.width() * window.height();
 }
 
-// "1-3,5" or, with views, "1-3,5 left; 4 right".
-std::string namesOf(const std::vector<FrameTask>& tasks) {
-  std::vector<std::string> views;
-  std::map<std::string, std::vector<int>> frames;
-  for (const FrameTask& task : tasks) {
-    if (frames.count(task.view) == 0) views.push_back(task.view);
-    std::vector<int>& list = frames[task.view];
-    if (task.frame) list.push_back(*task.frame);
+// Of the first picture that is there; 0 if none is.
+std::int64_t pixelsOf(const SequencePlan& plan) {
+  for (const FrameTask& task : plan.tasks()) {
+    const RenderArguments arguments = plan.argumentsOf(task);
+    try {
+      return pixelsOf(arguments.input.empty() ? arguments.deep : arguments.input);
+    } catch (const ToolError&) {
+      // Missing or damaged: the next one tells as much.
+    }
   }
-  std::string text;
-  for (const std::string& view : views) {
-    const std::string list = frameListText(frames[view]);
-    text += text.empty() ? "" : "; ";
-    text += list;
-    text += list.empty() || view.empty() ? "" : " ";
-    text += view;
-  }
-  return text;
+  return 0;
 }
 
 class SequenceRender {
@@ -68,8 +54,9 @@ class SequenceRender {
         [this](std::size_t index) { return makeJob(index); },
         [this](std::size_t index, FrameOutcome outcome) { end(index, std::move(outcome)); });
     progress_.clear();
-    throwIfInterrupted();
+    // What was done before an interrupt is told as well.
     if (!arguments_.report.empty() && !plan_.reportsEach()) writeReportOfAll();
+    throwIfInterrupted();
     tellSkipped();
     return tellFailed();
   }
@@ -132,7 +119,7 @@ class SequenceRender {
   void tellSkipped() const {
     if (skipped_.empty() || arguments_.quiet) return;
     printNote(std::to_string(skipped_.size()) + " of " + std::to_string(plan_.tasks().size()) +
-              " pictures were there already: " + namesOf(skipped_));
+              " pictures were there already: " + frameNames(skipped_));
   }
 
   int tellFailed() {
@@ -150,7 +137,7 @@ class SequenceRender {
     for (const auto& [number, outcome] : failures_)
       failed.push_back(plan_.tasks()[number]);
     printError(std::to_string(failed.size()) + " of " + std::to_string(plan_.tasks().size()) +
-               " pictures failed: " + namesOf(failed));
+               " pictures failed: " + frameNames(failed));
     return static_cast<int>(ExitCode::RenderFailed);
   }
 
