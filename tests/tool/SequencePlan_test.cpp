@@ -145,6 +145,19 @@ TEST(SequencePlan, gap_isNamedBeforeAnythingIsRendered) {
   EXPECT_NE(line.find("in.01.exr"), std::string::npos) << line;
 }
 
+TEST(SequencePlan, missingFileOfAllFrames_isOneLineWhateverIsSkipped) {
+  const ScratchFolder folder;
+  for (const char* name : {"in.1.exr", "in.2.exr"})
+    writeBytes(folder.file(name), "x");
+  RenderArguments arguments = sequence(folder.file("in.#.exr"), folder.file("o.#.exr"));
+  arguments.kernel = folder.file("k.exr");
+  arguments.skipBadFrames = true;
+  EXPECT_EQ(failureOf(arguments).rfind("3 --kernel " + folder.file("k.exr"), 0), 0U);
+  arguments.kernel.clear();
+  arguments.camera = "header";
+  EXPECT_NO_THROW(SequencePlan(arguments).checkInputs());
+}
+
 TEST(SequencePlan, gapOfAView_isNamedWithIt) {
   const ScratchFolder folder;
   for (const char* name : {"left.1.exr", "left.2.exr", "left.3.exr", "right.2.exr"})

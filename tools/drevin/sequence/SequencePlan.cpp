@@ -18,8 +18,8 @@
 namespace drevintool {
 namespace {
 
-[[noreturn]] void fail(const std::string& line) {
-  throw ToolError(ExitCode::Usage, oneLine(line));
+[[noreturn]] void fail(const std::string& line, ExitCode code = ExitCode::Usage) {
+  throw ToolError(code, oneLine(line));
 }
 
 std::vector<FrameTask> tasksOf(const RenderArguments& arguments) {
@@ -165,10 +165,23 @@ void SequencePlan::failMissing(const Path& path, const std::vector<FrameTask>& t
        " that are there, or --skip-bad-frames to go on without");
 }
 
+// A file that all frames read would fail every one of them.
+void SequencePlan::checkOfAll(const Path& path) const {
+  const std::string& file = arguments_.*path.text;
+  const bool isFile = path.option != std::string("--camera");
+  if (!sequence_ || !isFile || file.empty() || missing(path).empty()) return;
+  fail(std::string(path.option) + " " + file + ": there is no such file" +
+           nearestFileHint(filled(path, tasks_.front())),
+       ExitCode::InputUnreadable);
+}
+
 void SequencePlan::checkInputs() const {
   for (const char* option : {"--input", "--deep", "--kernel", "--mattes", "--camera"}) {
     const Path& path = pathOf(option);
-    if (!path.pattern.hasFrame() && !path.pattern.hasView()) continue;
+    if (!path.pattern.hasFrame() && !path.pattern.hasView()) {
+      checkOfAll(path);
+      continue;
+    }
     const std::vector<FrameTask> tasks = missing(path);
     if (tasks.empty() || (arguments_.skipBadFrames && tasks.size() < tasks_.size())) continue;
     failMissing(path, tasks);

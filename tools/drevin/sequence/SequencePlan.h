@@ -29,7 +29,8 @@ class SequencePlan {
 
   /// Throws ToolError (Usage) if an input that has a place for the frame or the view is missing for
   /// some pictures, before hours are spent on the others; where bad frames are skipped, only if it
-  /// is there for none. A picture whose output is there, and may stay, needs no input.
+  /// is there for none. Throws ToolError (InputUnreadable) if an input of all pictures is missing.
+  /// A picture whose output is there, and may stay, needs no input.
   void checkInputs() const;
   /// Throws ToolError (OutputNotWritten) if a folder of the outputs cannot be written to.
   void checkOutputs() const;
@@ -49,6 +50,7 @@ class SequencePlan {
   void forEachFile(const char* option, const Visit& visit) const;
   const Path& pathOf(const char* option) const;
   std::vector<FrameTask> missing(const Path& path) const;
+  void checkOfAll(const Path& path) const;
   [[noreturn]] void failMissing(const Path& path, const std::vector<FrameTask>& tasks) const;
   static std::string filled(const Path& path, const FrameTask& task);
 
