@@ -119,6 +119,24 @@ TEST_F(OddColours, pixelsThatAreNotFinite_areWarnedOfOnceWithTheirNumber) {
   }
 }
 
+using OddMattes = OddValues;
+
+TEST_F(OddMattes, pixelsThatAreNotFinite_areWarnedOfWhereTheMatteIsPicked) {
+  const std::string mattes = folder_.file("mattes.exr");
+  PartFixture part = rgbazPart(21, 15, 100.0);
+  part.channels[0].value = [](int x, int y) { return x == 3 && y < 2 ? kNan : 0.5; };
+  writeExrFixture(mattes, part);
+  for (const char* control : {"defocusMatteChannel", "bloomMatteChannel"}) {
+    render(rgbazPart(21, 15, 100.0),
+           {"--mattes", mattes, "--set", std::string(control) + "=rgba.red"});
+    EXPECT_EQ(error_, "drevin: warning: 2 pixels of " + mattes +
+                          " are not finite (NaN or infinite), and so may be what this matte weighs "
+                          "there\n");
+  }
+  render(rgbazPart(21, 15, 100.0), {"--mattes", mattes, "--set", "bloomMatteChannel=rgba.green"});
+  EXPECT_EQ(error_, "");
+}
+
 TEST_F(OddColours, channelsThatAreNotBlurred_areNotWarnedOf) {
   PartFixture part = rgbazPart(21, 15, 100.0);
   part.channels.push_back({"mask.a", Imf::FLOAT, [](int, int) { return kNan; }});

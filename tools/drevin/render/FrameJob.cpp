@@ -205,7 +205,26 @@ std::vector<PlannedChannel> FrameJob::planFor(const Node& node) {
   const Picture& seen = mended_ ? *mended_ : pictures_->image();
   notFinite_ = notFinitePixels(seen, plan);
   warn(notFiniteWarning(seen, notFinite_));
+  warnOfInputs(node, plan);
   return plan;
+}
+
+// Of values that are not finite on the inputs beside the image.
+void FrameJob::warnOfInputs(const Node& node, const std::vector<PlannedChannel>& plan) {
+  const Picture* kernel = pictures_->at(kKernelInput);
+  const Picture* mattes = pictures_->at(kMattesInput);
+  const std::string ofKernel =
+      kernel == nullptr ? std::string() : notFiniteKernelWarning(*kernel, node, plan);
+  const std::string ofMattes =
+      mattes == nullptr ? std::string() : notFiniteMattesWarning(*mattes, node);
+  finiteBeside_ = ofKernel.empty() && ofMattes.empty();
+  warn(ofKernel);
+  warn(ofMattes);
+}
+
+bool FrameJob::sourcesAreFinite() const {
+  const DeepExrSource* deep = pictures_->deep();
+  return notFinite_ == 0 && finiteBeside_ && (deep == nullptr || deep->counts().notFinite == 0);
 }
 
 void FrameJob::tellWarnings(const embedded::RenderResult& result) {
@@ -248,6 +267,7 @@ void FrameJob::write(const Node& node, const std::vector<PlannedChannel>& plan,
                      const embedded::RenderResult& result, FrameOutcome& outcome) {
   const Stopwatch writing;
   const OutputPicture output = composeOutput(pictures_->image(), plan, result, arguments_.format);
+  if (sourcesAreFinite()) warn(notFiniteResultWarning(output, plan));
   const std::uint64_t bytes = deliver(output);
   times_.write = writing.seconds();
   times_.total = times_.read + total_.seconds();

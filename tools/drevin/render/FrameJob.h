@@ -64,6 +64,8 @@ class FrameJob : public FrameWork {
   void applyFixes(Node& node, ConnectedInputs& inputs);
   std::unique_ptr<embedded::CameraInput> connectCameraTo(Node& node);
   std::vector<PlannedChannel> planFor(const Node& node);
+  void warnOfInputs(const Node& node, const std::vector<PlannedChannel>& plan);
+  bool sourcesAreFinite() const;
   void tellWarnings(const embedded::RenderResult& result);
   void write(const Node& node, const std::vector<PlannedChannel>& plan,
              const embedded::RenderResult& result, FrameOutcome& outcome);
@@ -82,6 +84,7 @@ class FrameJob : public FrameWork {
   std::optional<Picture> mended_;   // what the node sees on input 0, if not the picture itself
   std::optional<CameraOption> camera_;
   std::size_t notFinite_ = 0;                      // pixels of the input
+  bool finiteBeside_ = true;                       // the aperture's picture and the mattes
   std::map<std::string, CameraFinding> findings_;  // of the camera
 };
 
