@@ -159,7 +159,7 @@ TEST(Arguments, scriptOptions_areTakenByEverySubcommandOfTheNode) {
   const Arguments arguments = parse({"script", "--script", "-", "--name", "Lens_1"});
   EXPECT_EQ(std::get<ScriptArguments>(arguments).script, "-");
   EXPECT_EQ(std::get<ScriptArguments>(arguments).name, "Lens_1");
-  EXPECT_EQ(std::get<ScriptArguments>(parse({"script"})).name, "Drevin1");
+  EXPECT_EQ(std::get<ScriptArguments>(parse({"script"})).name, "");
 }
 
 TEST(Arguments, namesThatTheHostDoesNotTake_areRefused) {

@@ -66,6 +66,32 @@ TEST(NodeScript, valuesOverLines_areWhole) {
   EXPECT_EQ(valueOf("a \"one\n two\""), "one\n two");
 }
 
+TEST(NodeScript, byteOrderMark_isPassedOver) {
+  const auto nodes = parse(
+      "\xEF\xBB\xBF"
+      "Drevin {\n bloom 1\n}\n");
+  ASSERT_EQ(nodes.size(), 1U);
+  EXPECT_EQ(nodes[0].find("bloom")->text, "1");
+  EXPECT_TRUE(parse("\xEF\xBB\xBF").empty());
+  EXPECT_TRUE(parse("\xEF\xBB").empty());
+}
+
+TEST(NodeScript, clones_areNodesThatSaySo) {
+  for (const char* clone : {"clone node1|Drevin {\n name C\n}", "clone node1|Drevin|12 {name C}",
+                            "clone node1|Drevin|12 Drevin {\n name C\n}"}) {
+    const auto nodes = parse(std::string("Drevin {\n name A\n}\n") + clone);
+    ASSERT_EQ(nodes.size(), 2U) << clone;
+    EXPECT_FALSE(nodes[0].clone);
+    EXPECT_TRUE(nodes[1].clone) << clone;
+    EXPECT_EQ(nodes[1].line, 4U) << clone;
+    EXPECT_EQ(nodes[1].find("name")->text, "C") << clone;
+  }
+  for (const char* other : {"clone node1|Blur {\n name C\n}", "clone node1|Drevins {\n name C\n}",
+                            "clone $C1 {\n name C\n}", "clone Drevin"}) {
+    EXPECT_TRUE(parse(other).empty()) << other;
+  }
+}
+
 TEST(NodeScript, lastOfTwoValues_counts) {
   EXPECT_EQ(parse("Drevin {\n a 1\n a 2\n}")[0].find("a")->text, "2");
 }

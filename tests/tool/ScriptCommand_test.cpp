@@ -1,4 +1,8 @@
 #include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include <csignal>
+#include <map>
 #include <nlohmann/json.hpp>
 
 #include "CommandRun.h"
@@ -180,6 +184,39 @@ TEST_F(Script, standardInput_isAScript) {
   EXPECT_EQ(valuesOf(result)["bloom"], 0.25);
 }
 
+// The shell opens the pipe both ways, so that neither it nor the command sees the end of it.
+TEST_F(Script, signalWhileStandardInputWaits_endsWithItsCode) {
+  const std::string pipe = folder_.file("pipe");
+  ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
+  const std::map<int, int> codes = {{SIGINT, 130}, {SIGTERM, 143}};
+  for (const auto& [signal, code] : codes) {
+    RunOptions shell;
+    shell.command = "/bin/sh";
+    shell.signal = signal;
+    shell.signalAfterSeconds = 0.7;
+    shell.timeoutSeconds = 30.0;
+    const RunResult result = runCommand(
+        {"-c", std::string("exec '") + DREVIN_COMMAND + "' script --script - --plugin '" +
+                   builtPlugin() + "' 0<>'" + pipe + "'"},
+        shell);
+    EXPECT_EQ(result.exitCode, code) << result.error;
+    EXPECT_TRUE(isOneErrorLine(result.error)) << result.error;
+    EXPECT_LT(result.secondsAfterSignal, 10.0);
+  }
+}
+
+TEST_F(Script, standardInputThatCannotBeRead_endsWith3) {
+  RunOptions shell;
+  shell.command = "/bin/sh";
+  const RunResult result =
+      runCommand({"-c", std::string("exec '") + DREVIN_COMMAND + "' script --script - --plugin '" +
+                            builtPlugin() + "' < /"},
+                 shell);
+  EXPECT_EQ(result.exitCode, 3);
+  EXPECT_TRUE(isOneErrorLine(result.error)) << result.error;
+  EXPECT_NE(result.error.find("--script -: Is a directory"), std::string::npos) << result.error;
+}
+
 TEST_F(Script, settings_winOverTheScript) {
   const Json values = valuesOf(controlsFrom(
       "Drevin {\n focalPlane {{curve L x1 1 x5 9}}\n bloom 0.5\n}\n", {"--set", "focalPlane=3"}));
@@ -202,6 +239,33 @@ TEST_F(Script, valuesOfTheHost_areUnderstood) {
   EXPECT_EQ(valueFrom("bokehChannels {rgba.red rgba.green -rgba.blue}", "bokehChannels"),
             "rgba.red,rgba.green");
   EXPECT_EQ(valueFrom("correctiveSlices 1000", "correctiveSlices"), 256);
+}
+
+TEST_F(Script, valuesThatTheControlCuts_areNamedWithWhatIsUsed) {
+  const auto cut = [&](const char* line, const char* text) {
+    const std::string warning = warningFrom(line);
+    EXPECT_NE(warning.find(text), std::string::npos) << warning;
+  };
+  cut("focalLength 700", "focalLength: 700 is out of range; 300 is used");
+  cut("focalLength 300.5", "focalLength: 300.5 is out of range; 300 is used");
+  cut("correctiveSlices 9999", "correctiveSlices: 9999 is out of range; 256 is used");
+  cut("kNumSides 3.9", "kNumSides: 3.9 is no whole number; 3 is used");
+  cut("kNumSides {{curve x4 200}}", "kNumSides: 200 is out of range; 16 is used");
+  EXPECT_EQ(controlsFrom("Drevin {\n focalLength 300\n kNumSides 16\n fStop 700\n}\n").error, "");
+}
+
+TEST_F(Script, keysThatTheControlCuts_areNamedOnceAndPrintedAsUsed) {
+  writeBytes(file_, "Drevin {\n kNumSides {{curve K x1 3.7 x5 200}}\n}\n");
+  const RunResult steps = script({"--script", file_});
+  EXPECT_NE(steps.out.find(" kNumSides {{curve K x1 3 x5 16}}\n"), std::string::npos) << steps.out;
+  EXPECT_EQ(linesStarting(steps.error, "drevin: warning: ").size(), 1U) << steps.error;
+  // On the way to 200 the control is at its end before frame 5: the line itself must stay.
+  writeBytes(file_, "Drevin {\n kNumSides {{curve L x1 3.5 x5 200}}\n}\n");
+  const RunResult line = script({"--script", file_});
+  EXPECT_NE(line.out.find(" kNumSides {{curve L x1 3.5 x5 200}}\n"), std::string::npos) << line.out;
+  EXPECT_NE(line.error.find("kNumSides: 200 is out of range; 16 is used"), std::string::npos)
+      << line.error;
+  EXPECT_EQ(linesStarting(line.error, "drevin: warning: ").size(), 1U) << line.error;
 }
 
 TEST_F(Script, filmBackOfTheScript_staysAsItIs) {
@@ -276,6 +340,37 @@ TEST_F(Script, severalNodes_areChosenByName) {
     EXPECT_EQ(result.exitCode, 2);
     EXPECT_NE(result.error.find("One, Two"), std::string::npos) << result.error;
   }
+}
+
+TEST_F(Script, nameOfTheScriptsNode_staysUnlessAnotherIsGiven) {
+  writeBytes(file_, "Drevin {\n name One\n}\nDrevin {\n name Two\n bloom 0.5\n}\n");
+  EXPECT_EQ(script({"--script", file_, "--node", "Two"}).out,
+            "Drevin {\n bloom 0.5\n name Two\n}\n");
+  EXPECT_EQ(script({"--script", file_, "--node", "Two", "--name", "Three"}).out,
+            "Drevin {\n bloom 0.5\n name Three\n}\n");
+  writeBytes(file_, "Drevin {\n bloom 0.5\n}\n");
+  EXPECT_EQ(script({"--script", file_}).out, "Drevin {\n bloom 0.5\n name Drevin1\n}\n");
+}
+
+TEST_F(Script, clones_areRefusedWhereOnlyTheyWouldDo) {
+  const std::string clone = "clone node1|Drevin {\n name Copy\n}\n";
+  const std::string node = "Drevin {\n name One\n bloom 0.25\n}\n";
+  for (const auto& [text, more] : std::vector<std::pair<std::string, Texts>>{
+           {clone, {}}, {clone, {"--node", "Copy"}}, {node + clone, {"--node", "Copy"}}}) {
+    const RunResult result = controlsFrom(text, more);
+    EXPECT_EQ(result.exitCode, 3);
+    EXPECT_TRUE(isOneErrorLine(result.error)) << result.error;
+    EXPECT_NE(result.error.find("is a clone"), std::string::npos) << result.error;
+  }
+  EXPECT_EQ(valuesOf(controlsFrom(node + clone))["bloom"], 0.25);
+  EXPECT_EQ(valuesOf(controlsFrom(node + clone, {"--node", "One"}))["bloom"], 0.25);
+  EXPECT_EQ(controlsFrom(node + clone, {"--node", "Two"}).exitCode, 2);
+}
+
+TEST_F(Script, folder_isNoScript) {
+  const RunResult result = controls({"--script", folder_.path()});
+  EXPECT_EQ(result.exitCode, 3);
+  EXPECT_NE(result.error.find("is a directory, not a script"), std::string::npos) << result.error;
 }
 
 TEST_F(Script, filesThatHoldNoNode_endWith3) {

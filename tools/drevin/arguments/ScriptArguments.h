@@ -11,7 +11,7 @@
 namespace drevintool {
 
 struct ScriptArguments : NodeArguments {
-  std::string name = "Drevin1";  ///< of the node
+  std::string name;  ///< of the node; empty: that of the script's, else Drevin1
   std::optional<FocusPoint> focus;
   std::string input;  ///< the picture to focus in; empty: none
   std::string deep;   ///< the same for a deep one

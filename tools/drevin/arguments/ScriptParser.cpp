@@ -28,7 +28,7 @@ ScriptParser::ScriptParser(CLI::App& app)
     : app_(*app.add_subcommand(
           "script", "Print the node with its changes, for pasting into the host's script")) {
   addNodeOptions(app_, arguments_);
-  app_.add_option("--name", arguments_.name, "The node's name (default Drevin1)")
+  app_.add_option("--name", arguments_.name, "The node's name (default: that of the script's node, else Drevin1)")
       ->type_name("NAME");
   focus_.addTo(app_);
   app_.add_option("--input", arguments_.input, "The picture for --focus-at (EXR)")
@@ -56,7 +56,7 @@ bool ScriptParser::parsed() const {
 
 ScriptArguments ScriptParser::checked() const {
   checkNodeOptions(app_);
-  checkName(arguments_.name);
+  if (given(app_, "--name")) checkName(arguments_.name);
   checkFocus();
   ScriptArguments arguments = arguments_;
   arguments.focus = focus_.checked(app_, arguments);

@@ -32,6 +32,8 @@ class ControlChanges {
   /// These changes with those settings after them, in the place of others of the same controls.
   ControlChanges with(const std::vector<ControlSetting>& settings) const;
 
+  /// The name of the script's node, or empty.
+  const std::string& nodeName() const { return script_.nodeName(); }
   /// What of the script has no meaning here, a line each.
   const std::vector<std::string>& warnings() const { return script_.warnings(); }
 

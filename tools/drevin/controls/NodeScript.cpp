@@ -146,6 +146,24 @@ std::vector<ScriptKnob> parseKnobs(const std::string& body, std::size_t line) {
   return knobs;
 }
 
+// "node1|Drevin|12" names the class between signs.
+bool namesClass(const std::string& word, const std::string& className) {
+  const std::string signs = "|" + word + "|";
+  return signs.find("|" + className + "|") != std::string::npos;
+}
+
+bool isClone(const std::vector<ScriptWord>& words, const std::string& className) {
+  if (words.size() < 3 || words.front().text != "clone") return false;
+  return std::any_of(words.begin() + 1, words.end() - 1, [&](const ScriptWord& word) {
+    return !word.braced && namesClass(word.text, className);
+  });
+}
+
+std::string withoutByteOrderMark(const std::string& text) {
+  const std::string mark = "\xEF\xBB\xBF";
+  return text.rfind(mark, 0) == 0 ? text.substr(mark.size()) : text;
+}
+
 }  // namespace
 
 const ScriptWord* ScriptNode::find(const std::string& knob) const {
@@ -156,15 +174,18 @@ const ScriptWord* ScriptNode::find(const std::string& knob) const {
 
 std::vector<ScriptNode> parseNodeScript(const std::string& text, const std::string& className) {
   if (text.size() > kMostScriptBytes) throw ScriptFault("is larger than 64 MiB");
-  Scanner scanner(text, 1);
+  const std::string plain = withoutByteOrderMark(text);
+  Scanner scanner(plain, 1);
   std::vector<ScriptNode> nodes;
   while (true) {
     const std::vector<ScriptWord> words = scanner.command();
     if (words.empty()) return nodes;
-    if (words.size() != 2 || !words.back().braced || words.front().text != className) continue;
+    if (!words.back().braced) continue;
+    const bool clone = isClone(words, className);
+    if (!clone && (words.size() != 2 || words.front().text != className)) continue;
     const auto lines = std::count(words.back().text.begin(), words.back().text.end(), '\n');
     const std::size_t line = scanner.line() - static_cast<std::size_t>(lines);
-    nodes.push_back({className, line, parseKnobs(words.back().text, line)});
+    nodes.push_back({className, line, parseKnobs(words.back().text, line), clone});
   }
 }
 

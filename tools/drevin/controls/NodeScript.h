@@ -36,13 +36,15 @@ struct ScriptNode {
   std::string className;
   std::size_t line = 1;  ///< where it begins
   std::vector<ScriptKnob> knobs;
+  bool clone = false;  ///< its values are those of a node elsewhere
 
   /// The last value of that knob, or null.
   const ScriptWord* find(const std::string& knob) const;
 };
 
-/// The nodes of that class, in order, groups and their members alike. Throws ScriptFault for braces
-/// and quotes that do not end, braces deeper than kMostScriptDepth and texts of more than
+/// The nodes of that class, in order, groups and their members alike, and clones
+/// (`clone ID|Class {...}`). A byte-order mark before them is passed over. Throws ScriptFault for
+/// braces and quotes that do not end, braces deeper than kMostScriptDepth and texts of more than
 /// kMostScriptBytes.
 std::vector<ScriptNode> parseNodeScript(const std::string& text, const std::string& className);
 

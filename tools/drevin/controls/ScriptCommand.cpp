@@ -48,6 +48,11 @@ void takeFocus(const InputPictures& pictures, const FocusPoint& point, Node& nod
   printNote(focusLine(distance, point));
 }
 
+std::string nameOf(const ScriptArguments& arguments, const ControlChanges& changes) {
+  if (!arguments.name.empty()) return arguments.name;
+  return changes.nodeName().empty() ? "Drevin1" : changes.nodeName();
+}
+
 }  // namespace
 
 int runScript(const ScriptArguments& arguments) {
@@ -65,7 +70,7 @@ int runScript(const ScriptArguments& arguments) {
   ControlCurves curves = changes.curves(node);
   if (!arguments.camera.empty()) takeCamera(arguments.camera, node, curves);
   if (pictures) takeFocus(*pictures, *arguments.focus, node, curves);
-  std::fputs(nodeScript(node, curves, arguments.name).c_str(), stdout);
+  std::fputs(nodeScript(node, curves, nameOf(arguments, changes)).c_str(), stdout);
   return 0;
 }
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <utility>
 
 #include "controls/ScriptCurve.h"
@@ -106,6 +107,7 @@ ControlCurve stepped(const ControlCurve& curve) {
 ScriptControls::ScriptControls(const ScriptNode& script, const Node& node,
                                const std::set<std::string>& ignored, std::string origin)
     : origin_(std::move(origin)) {
+  if (const ScriptWord* name = script.find("name")) nodeName_ = name->text;
   for (const ScriptKnob& entry : script.knobs) {
     if (ignored.count(entry.name) != 0) continue;
     take(entry, node);
@@ -167,12 +169,14 @@ void ScriptControls::takeNumbers(const ScriptKnob& entry, const Knob& knob) {
 }
 
 ControlCurve ScriptControls::curveOf(const ScriptWord& word, const Knob& knob, int component) {
-  if (const std::optional<double> value = plainValue(word.text, knob)) return ControlCurve(*value);
+  if (const std::optional<double> value = plainValue(word.text, knob)) {
+    return heldCurve(ControlCurve(*value), knob, component);
+  }
   const std::optional<ScriptCurve> read = parseScriptCurve(word.text);
   if (read) {
     if (!holdsNumbers(knob)) return stepped(read->curve);
     if (read->straightened) warn(knob.name(), "is smooth between its keys; lines are used");
-    return read->curve;
+    return heldCurve(read->curve, knob, component);
   }
   if (!word.braced && knob.type() == Knob::Type::Choice) {
     std::string labels;
@@ -184,6 +188,32 @@ ControlCurve ScriptControls::curveOf(const ScriptWord& word, const Knob& knob, i
   warn(knob.name(), "'" + word.text + "' cannot be evaluated here; its default " +
                         shownValue(knob, value) + " is used");
   return ControlCurve(value);
+}
+
+// With the values that the control makes of them: it cuts at its ends, and whole numbers have no
+// fraction. Between keys of a line it cuts the values of each frame, so that such keys stay.
+ControlCurve ScriptControls::heldCurve(const ControlCurve& curve, const Knob& knob, int component) {
+  if (!holdsNumbers(knob)) return curve;
+  std::vector<CurveKey> keys = curve.keys();
+  Knob scratch = knob;
+  bool told = false;
+  for (CurveKey& key : keys) {
+    const bool alone = key.constant || !curve.varies();
+    // A number that it takes for none leaves it as it was.
+    scratch.set_value(knob.get_value(component), component);
+    scratch.set_value(key.value, component);
+    const double held = scratch.get_value(component);
+    const bool fraction = knob.type() == Knob::Type::Integer && std::trunc(key.value) == held;
+    if (held == key.value || (!alone && fraction)) continue;
+    if (!told) {
+      warn(knob.name(), numberText(key.value) +
+                            (fraction ? " is no whole number" : " is out of range") + "; " +
+                            numberText(held) + " is used");
+    }
+    told = true;
+    if (alone) key.value = held;
+  }
+  return ControlCurve(std::move(keys));
 }
 
 std::optional<double> ScriptControls::plainValue(const std::string& text, const Knob& knob) const {

@@ -26,6 +26,8 @@ class ScriptControls {
   ScriptControls(const ScriptNode& script, const Node& node, const std::set<std::string>& ignored,
                  std::string origin);
 
+  /// The name of the script's node, or empty.
+  const std::string& nodeName() const { return nodeName_; }
   const std::vector<std::string>& warnings() const { return warnings_; }
   /// Gives all controls of a node as made that pick no channels the values of the script at that
   /// frame, exactly. Throws ToolError (Usage) if one changes over frames and there is no frame.
@@ -44,10 +46,12 @@ class ScriptControls {
   void takeChannels(const ScriptKnob& entry);
   void takeNumbers(const ScriptKnob& entry, const Knob& knob);
   ControlCurve curveOf(const ScriptWord& word, const Knob& knob, int component);
+  ControlCurve heldCurve(const ControlCurve& curve, const Knob& knob, int component);
   std::optional<double> plainValue(const std::string& text, const Knob& knob) const;
   std::vector<double> valuesOf(const std::string& name, std::optional<double> frame) const;
 
   std::string origin_;
+  std::string nodeName_;
   std::vector<std::string> warnings_;
   std::vector<std::string> order_;  // of the curves, as the script has them
   std::map<std::string, std::vector<ControlCurve>> curves_;

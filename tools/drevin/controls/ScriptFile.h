@@ -11,7 +11,7 @@ namespace drevintool {
 /// The node of class Drevin in the file ("-": standard input), or the one of that name. Throws
 /// ToolError: InputUnreadable if the file cannot be read, is no script or holds no such node;
 /// Usage, with the names that there are, if it holds several and none is named, or none of that
-/// name.
+/// name; Interrupted or Terminated for a signal while it waits for standard input.
 ScriptNode readScriptNode(const std::string& file, const std::string& name);
 
 /// The file's name in messages.

@@ -21,10 +21,11 @@ std::string systemText() {
 
 }  // namespace
 
-FileBytes::FileBytes(const std::string& path) : path_(path), file_(nullptr, &std::fclose) {
+FileBytes::FileBytes(const std::string& path, const std::string& kind)
+    : path_(path), file_(nullptr, &std::fclose) {
   struct stat status {};
   if (stat(path.c_str(), &status) != 0) fail(systemText() + nearestFileHint(path));
-  if (S_ISDIR(status.st_mode)) fail("is a directory, not a picture");
+  if (S_ISDIR(status.st_mode)) fail("is a directory, not a " + kind);
   if (!S_ISREG(status.st_mode)) fail("is not a regular file");
   size_ = static_cast<std::uint64_t>(status.st_size);
   file_.reset(std::fopen(path.c_str(), "rbe"));

@@ -13,8 +13,9 @@ namespace drevintool {
 /// ToolError (InputUnreadable) with one line that names the file.
 class FileBytes {
  public:
-  /// Opens the file; fails if it is missing or no regular file.
-  explicit FileBytes(const std::string& path);
+  /// Opens the file; fails if it is missing or no regular file. `kind` is what it should be, for
+  /// messages.
+  explicit FileBytes(const std::string& path, const std::string& kind = "picture");
 
   const std::string& path() const { return path_; }
   std::uint64_t size() const { return size_; }
