@@ -142,6 +142,43 @@ TEST_F(HeaderCamera, filmBackWithoutAHeight_hasThePicturesShape) {
   EXPECT_TRUE(findings.empty());
 }
 
+TEST_F(HeaderCamera, focalLengthForAFilmOfWidthOne_isThatOfTheFieldOfView) {
+  number("CameraFocalLength", 1.0722535F);
+  number("CameraFov", 50.0F);
+  auto findings = found();
+  EXPECT_EQ(findings.count("focalLength"), 0U);
+  addFocalLength(header_, findings);
+  EXPECT_EQ(findings.count("focalLength"), 0U) << "no film back";
+  findings["horizontalAperture"] = {36.0, "--camera"};
+  addFocalLength(header_, findings);
+  EXPECT_NEAR(findings["focalLength"].value, 38.6011246, 1e-5);
+  EXPECT_EQ(findings["focalLength"].from, "CameraFov 50 degrees");
+}
+
+TEST_F(HeaderCamera, focalLengthInMillimetres_comesBeforeTheFieldOfView) {
+  number("focalLength", 2.0F);
+  number("fov", 50.0F);
+  number("filmWidth", 36.0F);
+  auto findings = found();
+  addFocalLength(header_, findings);
+  EXPECT_EQ(findings["focalLength"].value, 2.0);
+}
+
+TEST_F(HeaderCamera, shortFocalLengthWithoutAFieldOfView_isTaken) {
+  number("focalLength", 1.5F);
+  EXPECT_EQ(value("focalLength"), 1.5);
+  number("fov", 180.0F);
+  EXPECT_EQ(value("focalLength"), 1.5) << "no field of view at all";
+}
+
+TEST_F(HeaderCamera, fieldOfViewAlone_givesTheFocalLength) {
+  text("exr/camera/horizontal_fov", "90");
+  number("filmWidth", 36.0F);
+  auto findings = found();
+  addFocalLength(header_, findings);
+  EXPECT_NEAR(findings["focalLength"].value, 18.0, 1e-6);
+}
+
 // Real headers through the command.
 class RealHeaderCamera : public ::testing::Test {
  protected:
@@ -195,6 +232,25 @@ TEST_F(RealHeaderCamera, photograph_lacksItsFocusAndSaysSo) {
       0);
 }
 
+TEST_F(RealHeaderCamera, focalLengthForAFilmOfWidthOne_isThatOfTheFieldOfView) {
+  SKIP_WITHOUT_PICTURES();
+  const std::string deep = pictureFolder() + "/deep/fire_and_spikes.volume.exr";
+  const auto renderDeep = [&](const std::string& camera) {
+    Texts arguments = deepArguments(deep, folder_.file("o.exr"), {"--camera", camera});
+    arguments.erase(arguments.begin() + 1);  // --quiet
+    return runCommand(arguments);
+  };
+  const RunResult result = renderDeep("header,fStop=2,horizontalAperture=36,focalPlane=4");
+  ASSERT_EQ(result.exitCode, 0) << result.error;
+  EXPECT_NE(result.error.find("camera: focalLength 38.60"), std::string::npos) << result.error;
+  EXPECT_NE(result.error.find(" mm (CameraFov 50 degrees)"), std::string::npos) << result.error;
+  const RunResult refused = renderDeep("header,fStop=2,focalPlane=4");
+  EXPECT_EQ(refused.exitCode, 3);
+  EXPECT_NE(refused.error.find("lacks the camera's horizontalAperture;"), std::string::npos)
+      << refused.error;
+  EXPECT_NE(refused.error.find("CameraFov 50 degrees"), std::string::npos) << refused.error;
+}
+
 TEST(CameraOption, faultsOfTheText_areUsageFaults) {
   for (const char* camera : {"focalLength", "focalLength=", "focalLength=a", "fStop=1,fStop=2",
                              "f=1", "header,", "header,x=1", "header,fStop", "=", ","}) {
@@ -203,6 +259,31 @@ TEST(CameraOption, faultsOfTheText_areUsageFaults) {
     EXPECT_EQ(result.exitCode, 2) << camera << ": " << result.error;
     EXPECT_TRUE(isOneErrorLine(result.error)) << result.error;
   }
+}
+
+TEST(CameraOption, valuesThatAreNotAboveZero_areUsageFaultsThatNameThem) {
+  for (const char* camera : {"focalLength=-50", "fStop=0", "fStop=-1", "focalPlane=0",
+                             "horizontalAperture=0", "header,verticalAperture=-0"}) {
+    const RunResult result =
+        runCommand({"controls", "--plugin", builtPlugin(), "--camera", camera});
+    EXPECT_EQ(result.exitCode, 2) << camera << ": " << result.error;
+    EXPECT_TRUE(isOneErrorLine(result.error)) << result.error;
+    EXPECT_NE(result.error.find("give a number above 0"), std::string::npos) << result.error;
+  }
+}
+
+TEST(CameraOption, valuesOfAFileThatAreNotAboveZero_nameTheirFrame) {
+  const ScratchFolder folder;
+  const std::string file = folder.file("camera.json");
+  writeBytes(file, R"({"focalLength": 50, "fStop": {"1": 2.8, "7": 0}})");
+  const RunResult result = runCommand({"script", "--plugin", builtPlugin(), "--camera", file});
+  EXPECT_EQ(result.exitCode, 2) << result.error;
+  EXPECT_TRUE(isOneErrorLine(result.error)) << result.error;
+  EXPECT_NE(result.error.find(file + ": fStop is 0 at frame 7; give a number above 0"),
+            std::string::npos)
+      << result.error;
+  writeBytes(file, R"({"fStop": 0.001})");
+  EXPECT_EQ(runCommand({"script", "--plugin", builtPlugin(), "--camera", file}).exitCode, 0);
 }
 
 TEST(CameraOption, headerWithoutAPicture_isAUsageFault) {

@@ -38,6 +38,10 @@ std::map<std::string, CameraFinding> headerFindings(const Node& node, const Pict
   return findHeaderCamera(picture.attributes->header, sizeOf(picture), metresPerUnit(node));
 }
 
+void addFieldOfView(const Picture& picture, std::map<std::string, CameraFinding>& findings) {
+  if (picture.attributes) addFocalLength(picture.attributes->header, findings);
+}
+
 std::string shown(const CameraKey& key, const CameraFinding& finding) {
   const std::string unit = key.unit;
   return std::string(key.name) + " " + numberText(finding.value) + (unit.empty() ? "" : " ") +
@@ -59,10 +63,11 @@ std::string listOf(const std::map<std::string, CameraFinding>& findings) {
 CameraOption::CameraOption(const std::string& text) : text_(text) {
   if (namesFile(text)) {
     curves_ = readCameraFile(text);
-    return;
+  } else {
+    header_ = text == kHeader || text.rfind(kHeader + ",", 0) == 0;
+    if (text != kHeader) takeTexts(header_ ? text.substr(kHeader.size() + 1) : text);
   }
-  header_ = text == kHeader || text.rfind(kHeader + ",", 0) == 0;
-  if (text != kHeader) takeTexts(header_ ? text.substr(kHeader.size() + 1) : text);
+  checkAboveZero();
 }
 
 bool CameraOption::namesFile(const std::string& text) {
@@ -77,6 +82,18 @@ void CameraOption::fail(const std::string& reason) const {
 
 void CameraOption::refuseHeader(const std::string& subcommand) const {
   if (header_) fail(subcommand + " reads no picture; give the values, or a file of them");
+}
+
+// Between keys that are above 0 all values are.
+void CameraOption::checkAboveZero() const {
+  for (const auto& [name, curve] : curves_) {
+    for (const CurveKey& key : curve.keys()) {
+      if (key.value > 0.0) continue;
+      fail(name + " is " + numberText(key.value) +
+           (curve.varies() ? " at frame " + numberText(key.frame) : "") +
+           "; give a number above 0");
+    }
+  }
 }
 
 void CameraOption::takeTexts(const std::string& list) {
@@ -107,6 +124,7 @@ FoundCamera CameraOption::at(std::optional<double> frame, const Node& node,
   }
   if (focus_) camera.findings["focalPlane"] = *focus_;
   if (header_) {
+    addFieldOfView(*picture, camera.findings);
     addPictureShape(sizeOf(*picture), camera.findings);
     checkEnough(camera.findings, *picture);
   }
@@ -124,16 +142,22 @@ FoundCamera CameraOption::at(std::optional<double> frame, const Node& node,
 
 void CameraOption::checkEnough(const std::map<std::string, CameraFinding>& findings,
                                const Picture& picture) const {
+  const std::optional<CameraFinding> view =
+      picture.attributes ? findFieldOfView(picture.attributes->header) : std::nullopt;
   std::string missing;
   std::string remedy;
   for (const CameraKey& key : cameraKeys()) {
-    // Where it is missing alone, the width and the picture's shape have made it.
-    if (findings.count(key.name) != 0 || key.name == std::string("verticalAperture")) continue;
+    const std::string name = key.name;
+    // The width makes them, with the picture's shape and with the field of view.
+    const bool ofView = view && findings.count("horizontalAperture") == 0;
+    const bool follows = name == "verticalAperture" || (name == "focalLength" && ofView);
+    if (findings.count(name) != 0 || follows) continue;
     missing += (missing.empty() ? "" : ", ") + std::string(key.name);
     remedy += std::string(",") + key.name + "=...";
   }
   if (missing.empty()) return;
-  const std::string found = listOf(findings);
+  std::string found = listOf(findings);
+  if (view) found += (found.empty() ? "" : ", ") + view->from;
   throw ToolError(ExitCode::InputUnreadable,
                   oneLine(picture.path + ": its header lacks the camera's " + missing +
                           "; it has " + (found.empty() ? "nothing of a camera" : found) +
@@ -146,6 +170,7 @@ std::string cameraLine(const std::map<std::string, CameraFinding>& findings) {
 
 std::map<std::string, CameraFinding> cameraOfHeader(const Node& node, const Picture& picture) {
   auto findings = headerFindings(node, picture);
+  addFieldOfView(picture, findings);
   addPictureShape(sizeOf(picture), findings);
   return findings;
 }

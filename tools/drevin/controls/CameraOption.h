@@ -26,7 +26,8 @@ class CameraOption {
   /// Takes "focalLength=50,fStop=1.4,..." (see cameraKeys for the keys and their units), the name
   /// of a JSON file (see readCameraFile), or "header", also with values behind it for what a header
   /// lacks: "header,focalPlane=2.7". Throws ToolError: Usage for an unknown key (naming the
-  /// nearest), a key given twice, or a value that is not a number; what readCameraFile throws.
+  /// nearest), a key given twice, or a value that is not a number or not above 0, in the file too;
+  /// what readCameraFile throws.
   explicit CameraOption(const std::string& text);
 
   /// Whether such a text names a file: one that ends in .json, or that has a point or a slash and
@@ -55,6 +56,7 @@ class CameraOption {
  private:
   [[noreturn]] void fail(const std::string& reason) const;
   void takeTexts(const std::string& list);
+  void checkAboveZero() const;
   void checkEnough(const std::map<std::string, CameraFinding>& findings,
                    const Picture& picture) const;
 

@@ -95,6 +95,13 @@ std::string plainName(const std::string& name) {
   return plain;
 }
 
+// Degrees, over the width of the film.
+bool isFieldOfView(const std::string& name) {
+  constexpr std::array<const char*, 5> kNames = {"fov", "fieldofview", "hfov", "horizontalfov",
+                                                 "horizontalfieldofview"};
+  return std::find(kNames.begin(), kNames.end(), plainName(name)) != kNames.end();
+}
+
 // The number at the beginning of a text, behind "f/" and blanks, before a unit or nothing.
 std::optional<double> numberIn(const std::string& text) {
   std::size_t begin = text.find_first_not_of(" \t");
@@ -174,7 +181,38 @@ void addSensor(const Imf::Header& header, const PictureSize& size, Findings& fin
       from + " x " + std::to_string(size.height) + " pixels");
 }
 
+// Some renderers write the focal length for a film of width 1, beside the field of view.
+void dropFocalLengthInFilmWidths(const Imf::Header& header, Findings& findings) {
+  constexpr double kLeastMillimetres = 2.0;
+  const auto focal = findings.find("focalLength");
+  if (focal == findings.end() || focal->second.value >= kLeastMillimetres) return;
+  if (findFieldOfView(header)) findings.erase(focal);
+}
+
 }  // namespace
+
+std::optional<CameraFinding> findFieldOfView(const Imf::Header& header) {
+  constexpr double kStraight = 180.0;
+  for (auto it = header.begin(); it != header.end(); ++it) {
+    if (!isFieldOfView(it.name())) continue;
+    const std::optional<double> degrees = numberOf(it.attribute());
+    if (degrees && *degrees > 0.0 && *degrees < kStraight) {
+      return CameraFinding{*degrees, it.name() + (" " + numberText(*degrees)) + " degrees"};
+    }
+  }
+  return std::nullopt;
+}
+
+void addFocalLength(const Imf::Header& header, Findings& findings) {
+  const auto width = findings.find("horizontalAperture");
+  const std::optional<CameraFinding> view = findFieldOfView(header);
+  if (width == findings.end() || !view) return;
+  constexpr double kRadians = 3.14159265358979323846 / 180.0;
+  const double slope = std::tan(view->value * kRadians / 2.0);
+  // With no more digits than the header's floats.
+  const auto millimetres = static_cast<float>(width->second.value / (2.0 * slope));
+  add(findings, "focalLength", tidyNumber(static_cast<double>(millimetres)), view->from);
+}
 
 Findings findHeaderCamera(const Imf::Header& header, const PictureSize& size,
                           double metresPerUnit) {
@@ -182,6 +220,7 @@ Findings findHeaderCamera(const Imf::Header& header, const PictureSize& size,
   addFocus(header, metresPerUnit, findings);
   addSpellings(header, findings);
   addSensor(header, size, findings);
+  dropFocalLengthInFilmWidths(header, findings);
   return findings;
 }
 

@@ -5,6 +5,7 @@
 #include <OpenEXR/ImfHeader.h>
 
 #include <map>
+#include <optional>
 #include <string>
 
 namespace drevintool {
@@ -32,10 +33,19 @@ struct PictureSize {
 /// horizontalFilmAperture (inches) and their like, in any letter case, with or without separators,
 /// with `camera`, `cam` or `lens` before them, or behind a folder ("exr/camera/focal_length").
 /// Values may be numbers or texts of numbers ("35 mm", "f/2.8"); those that are not above 0 are
-/// left out. Without a height the film back has the picture's shape.
+/// left out. A focal length below 2 mm beside a field of view is one for a film of width 1, and is
+/// left out for addFocalLength.
 std::map<std::string, CameraFinding> findHeaderCamera(const Imf::Header& header,
                                                       const PictureSize& size,
                                                       double metresPerUnit);
+
+/// The horizontal field of view in degrees, above 0 and below 180 (`fov`, `fieldOfView`, `hfov`,
+/// `horizontalFov` and their like), or nothing.
+std::optional<CameraFinding> findFieldOfView(const Imf::Header& header);
+
+/// Gives a camera that has a film back's width w and no focal length that of the header's field of
+/// view a: w / (2 tan(a / 2)).
+void addFocalLength(const Imf::Header& header, std::map<std::string, CameraFinding>& findings);
 
 /// Gives a film back that has a width and no height the shape of the picture.
 void addPictureShape(const PictureSize& size, std::map<std::string, CameraFinding>& findings);
