@@ -63,6 +63,11 @@ TEST(FrameChunk, chunksThatAreNotThere_areRefused) {
     EXPECT_NE(failureOf(text, {1, 2, 3}).find("there is no such chunk"), std::string::npos) << text;
 }
 
+TEST(FrameChunk, chunkBehindTheLast_namesTheLast) {
+  EXPECT_EQ(failureOf("4/3", {1, 2, 3}),
+            "--chunk 4/3: there is no such chunk; the first is 1, the last 3");
+}
+
 TEST(FrameChunk, otherTexts_areRefused) {
   for (const char* text :
        {"", "1", "/", "1/", "/3", "1/3/5", "a/b", "1 / 3", "1.5/3", "99999999999/3"})

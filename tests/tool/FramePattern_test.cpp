@@ -54,6 +54,21 @@ TEST(FramePattern, plainPaths_standForThemselves) {
   }
 }
 
+TEST(FramePattern, placesOfOtherPrograms_areFound) {
+  EXPECT_EQ(foreignFramePlace("a.%4d.exr"), "%4d");
+  EXPECT_EQ(foreignFramePlace("a.%04i.exr"), "%04i");
+  EXPECT_EQ(foreignFramePlace("%i"), "%i");
+  EXPECT_EQ(foreignFramePlace("a.$F4.exr"), "$F4");
+  EXPECT_EQ(foreignFramePlace("a_$F"), "$F");
+  EXPECT_EQ(foreignFramePlace("\\%4d.%3d"), "%3d");
+}
+
+TEST(FramePattern, otherTexts_areNoPlacesOfOtherPrograms) {
+  for (const char* path : {"", "a.exr", "100%.exr", "%", "%s", "%4", "$", "$Frame", "$F_4", "$F4b",
+                           "$G4", "F4", "\\%4d", "%04d", "%d", "%V", "####", "\\"})
+    EXPECT_EQ(foreignFramePlace(path), "") << path;
+}
+
 TEST(FramePattern, backslash_makesAPlainSign) {
   const FramePattern pattern("\\#1 me\\@home \\%d.exr");
   EXPECT_FALSE(pattern.hasFrame());

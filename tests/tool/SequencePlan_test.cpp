@@ -72,6 +72,28 @@ TEST(SequencePlan, backslash_keepsASignInAName) {
   EXPECT_EQ(plan.argumentsOf(plan.tasks().front()).input, "take#1.exr");
 }
 
+TEST(SequencePlan, placesOfOtherPrograms_areToldWithTheRemedy) {
+  for (const char* place : {"%4d", "%04i", "$F4"}) {
+    const std::string input = "in." + std::string(place) + ".exr";
+    EXPECT_EQ(
+        failureOf(sequence(input, "out.#.exr")),
+        "2 --input " + input + ": " + place + " is no place for the frame; write %04d or ####");
+  }
+  const std::string line = failureOf(sequence("in.#.exr", "out.$F4.exr"));
+  EXPECT_NE(line.find("--output out.$F4.exr: $F4 is no place"), std::string::npos) << line;
+}
+
+TEST(SequencePlan, filesThatAreNamedSo_areTaken) {
+  const ScratchFolder folder;
+  const std::string file = folder.file("in.%4d.exr");
+  writeBytes(file, "a picture");
+  const SequencePlan plan(sequence(file, "out.#.exr"));
+  EXPECT_EQ(plan.argumentsOf(plan.tasks().front()).input, file);
+  RenderArguments alone = sequence("in.%4d.exr", "out.exr");
+  alone.frames.clear();
+  EXPECT_EQ(SequencePlan(alone).tasks().size(), 1U) << "no sequence, no places";
+}
+
 TEST(SequencePlan, reportWithoutAPlace_isOneForAll) {
   RenderArguments arguments = sequence("in.#.exr", "out.#.exr");
   arguments.report = "r.json";

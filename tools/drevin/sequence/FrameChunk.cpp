@@ -23,7 +23,10 @@ FrameChunk FrameChunk::parse(const std::string& text) {
   const std::optional<int> count =
       slash == std::string::npos ? std::nullopt : parseInteger(text.substr(slash + 1));
   if (!number || !count) fail(text, "give which one of how many, such as 3/10");
-  if (*number < 1 || *number > *count) fail(text, "there is no such chunk; the first is 1");
+  if (*count < 1) fail(text, "there is no such chunk; make at least one");
+  if (*number < 1 || *number > *count) {
+    fail(text, "there is no such chunk; the first is 1, the last " + std::to_string(*count));
+  }
   return {*number, *count};
 }
 

@@ -17,6 +17,10 @@ bool isSpecial(char c) {
   return c == '#' || c == '@' || c == '%';
 }
 
+bool isDigit(char c) {
+  return std::isdigit(static_cast<unsigned char>(c)) != 0;
+}
+
 // The digits of "%04d" and "%d" at `at`, with the length of the whole; nothing if it is no such.
 struct Percent {
   int digits;
@@ -25,7 +29,7 @@ struct Percent {
 
 std::optional<Percent> percentAt(const std::string& path, std::size_t at) {
   std::size_t end = at + 1;
-  while (end < path.size() && std::isdigit(static_cast<unsigned char>(path[end])) != 0)
+  while (end < path.size() && isDigit(path[end]))
     ++end;
   if (end >= path.size() || path[end] != 'd') return std::nullopt;
   if (end == at + 1) return Percent{1, 2};
@@ -35,7 +39,31 @@ std::optional<Percent> percentAt(const std::string& path, std::size_t at) {
   return Percent{*digits, end - at + 1};
 }
 
+// The length of "%4d", "%04i" or "$F4" at the beginning; 0 if it is no such.
+std::size_t foreignLength(const std::string& text) {
+  const bool dollar = text.rfind("$F", 0) == 0;
+  if (!dollar && text.front() != '%') return 0;
+  std::size_t end = dollar ? 2 : 1;
+  while (end < text.size() && isDigit(text[end]))
+    ++end;
+  const char next = end < text.size() ? text[end] : '\0';
+  if (!dollar) return (next == 'd' || next == 'i') && !percentAt(text, 0) ? end + 1 : 0;
+  const bool longer = next == '_' || std::isalpha(static_cast<unsigned char>(next)) != 0;
+  return longer ? 0 : end;
+}
+
 }  // namespace
+
+std::string foreignFramePlace(const std::string& path) {
+  for (std::size_t at = 0; at < path.size(); ++at) {
+    if (path[at] == '\\') {
+      ++at;
+    } else if (const std::size_t length = foreignLength(path.substr(at)); length > 0) {
+      return path.substr(at, length);
+    }
+  }
+  return {};
+}
 
 FramePattern::FramePattern(const std::string& path) {
   for (std::size_t at = 0; at < path.size();) {

@@ -42,4 +42,8 @@ class FramePattern {
   std::vector<Piece> pieces_;
 };
 
+/// The first place for a frame in the path as other programs write it, and that FramePattern takes
+/// for text: `%4d`, `%04i`, `$F4`. Empty if there is none.
+std::string foreignFramePlace(const std::string& path);
+
 }  // namespace drevintool

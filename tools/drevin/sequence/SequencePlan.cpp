@@ -71,6 +71,7 @@ void SequencePlan::addPath(const char* option, std::string RenderArguments::*tex
 // A place that nothing is there for.
 void SequencePlan::checkPlaces() const {
   for (const Path& path : paths_) {
+    checkForeignPlace(path);
     const std::string start = std::string(path.option) + " " + arguments_.*path.text + ": ";
     if (path.pattern.hasFrame() && arguments_.frames.empty()) {
       fail(
@@ -82,6 +83,16 @@ void SequencePlan::checkPlaces() const {
       fail(start + "has a place for a view; give --views NAME,NAME");
     }
   }
+}
+
+// A file may have such a name all the same.
+void SequencePlan::checkForeignPlace(const Path& path) const {
+  const std::string& text = arguments_.*path.text;
+  const std::string place = foreignFramePlace(text);
+  if (place.empty() || arguments_.frames.empty() || path.pattern.hasFrame()) return;
+  if (exists(filled(path, tasks_.front()))) return;
+  fail(std::string(path.option) + " " + text + ": " + place +
+       " is no place for the frame; write %04d or ####");
 }
 
 void SequencePlan::checkOutputsDiffer() const {

@@ -44,6 +44,7 @@ class SequencePlan {
 
   void addPath(const char* option, std::string RenderArguments::*text);
   void checkPlaces() const;
+  void checkForeignPlace(const Path& path) const;
   void checkOutputsDiffer() const;
   void checkReports() const;
   template <typename Visit>
