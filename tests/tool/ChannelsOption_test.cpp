@@ -157,7 +157,32 @@ TEST_F(Channels, kernelWithoutAlpha_isWarnedOfUnlessAChannelStandsIn) {
   std::vector<std::string> withStandIn = options;
   withStandIn.insert(withStandIn.end(), {"--set", "missingKernelChannel=R"});
   EXPECT_TRUE(linesStarting(render(withStandIn).error, "drevin: warning: ").empty());
-  EXPECT_TRUE(linesStarting(render({"--kernel", kernel}).error, "drevin: warning: ").empty());
+}
+
+TEST_F(Channels, kernelThatIsNotUsed_isWarnedOfWithTheRemedy) {
+  for (const char* type : {"Circular", "Aperture Blades"}) {
+    const RunResult result =
+        render({"--kernel", input_, "--set", std::string("kernelType=") + type});
+    EXPECT_EQ(result.exitCode, 0) << result.error;
+    EXPECT_EQ(linesStarting(result.error, "drevin: warning: --kernel ").size(), 1U) << result.error;
+    EXPECT_NE(result.error.find("--set kernelType=Input"), std::string::npos) << result.error;
+  }
+  EXPECT_TRUE(linesStarting(render({"--kernel", input_, "--set", "kernelType=Input"}).error,
+                            "drevin: warning: ")
+                  .empty());
+}
+
+TEST_F(Channels, mattesThatAreNotUsed_areWarnedOfWithTheRemedy) {
+  const RunResult result = render({"--mattes", input_});
+  EXPECT_EQ(result.exitCode, 0) << result.error;
+  EXPECT_EQ(linesStarting(result.error, "drevin: warning: --mattes ").size(), 1U) << result.error;
+  for (const char* control :
+       {"defocusMatteChannel", "bloomMatteChannel", "chromicAberrationMatteChannel"}) {
+    EXPECT_NE(result.error.find(control), std::string::npos) << result.error;
+    const RunResult used =
+        render({"--mattes", input_, "--set", std::string(control) + "=other.mask"});
+    EXPECT_TRUE(linesStarting(used.error, "drevin: warning: ").empty()) << used.error;
+  }
 }
 
 TEST_F(Channels, pngWithoutColours_isRefused) {

@@ -65,7 +65,7 @@ class KernelFaults : public ::testing::Test {
 
 TEST_F(KernelFaults, noImage_isOne) {
   expectRefused(renderArguments(input_, output_, {"--set", "kernelType=Input"}), 1,
-                {"No input kernel connected!"});
+                {"drevin: error: No input kernel connected! ", "--kernel FILE", "kernelType"});
 }
 
 TEST_F(KernelFaults, onePixel_isAKernel) {

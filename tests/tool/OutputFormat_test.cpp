@@ -101,6 +101,13 @@ TEST_F(OutputFormat, pixelAspect_isKept) {
   EXPECT_EQ(render().header.pixelAspectRatio(), 2.0F);
 }
 
+TEST_F(OutputFormat, typeAndCompressionOfAPng_areRefused) {
+  const std::string png = folder_.file("out.PNG");
+  expectRefused(renderArguments(input_, png, {"--type", "half"}), 2, {"--type: is for EXR", png});
+  expectRefused(renderArguments(input_, png, {"--compression", "zip"}), 2,
+                {"--compression: is for EXR", png});
+}
+
 TEST_F(OutputFormat, choicesThatThereAreNot_areTwo) {
   expectRefused(renderArguments(input_, output_, {"--compression", "lzw"}), 2,
                 {"--compression lzw", "none, rle, zips, zip"});

@@ -15,6 +15,7 @@
 namespace drevintool::testing {
 namespace {
 
+using Json = nlohmann::json;
 using Texts = std::vector<std::string>;
 
 // Six frames of another picture each.
@@ -148,6 +149,30 @@ TEST_F(Sequence, existingOutputs_areToldOf) {
   arguments.erase(arguments.begin() + 1);  // --quiet
   EXPECT_EQ(linesStarting(runCommand(arguments).error, "drevin: ").front(),
             "drevin: 3 of 4 pictures were there already: 1-3");
+}
+
+TEST_F(Sequence, onePictureThatIsThere_isToldOf) {
+  Texts arguments = renderArguments(frameFile(1), folder_.file("out.exr"), {"--skip-existing"});
+  ASSERT_EQ(runCommand(arguments).exitCode, 0);
+  EXPECT_EQ(runCommand(arguments).error, "") << "quiet";
+  arguments.erase(arguments.begin() + 1);  // --quiet
+  const RunResult result = runCommand(arguments);
+  EXPECT_EQ(result.exitCode, 0);
+  EXPECT_EQ(linesStarting(result.error, "drevin: "),
+            Texts{"drevin: 1 of 1 pictures was there already: " + folder_.file("out.exr")});
+}
+
+TEST_F(Sequence, skippedFramesWithoutAReport_getOneThatSaysSo) {
+  const std::string report = folder_.file("r.@.json");
+  ASSERT_EQ(render({"--frames", "1", "--report", report}).exitCode, 0);
+  ASSERT_EQ(render({"--frames", "2"}).exitCode, 0);
+  const std::string first = bytesOfFile(folder_.file("r.1.json"));
+  ASSERT_EQ(render({"--frames", "1-3", "--skip-existing", "--report", report}).exitCode, 0);
+  EXPECT_TRUE(bytesOfFile(folder_.file("r.1.json")) == first) << "says how it was made";
+  const Json second = Json::parse(bytesOfFile(folder_.file("r.2.json")));
+  EXPECT_EQ(second["skipped"], true);
+  EXPECT_EQ(second["output"], folder_.file("out.2.exr"));
+  EXPECT_FALSE(Json::parse(bytesOfFile(folder_.file("r.3.json"))).contains("skipped"));
 }
 
 TEST_F(Sequence, views_areFilledIn) {

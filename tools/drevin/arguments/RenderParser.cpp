@@ -87,6 +87,16 @@ void checkOutput(const std::string& output) {
   }
 }
 
+// A PNG has a type and a compression of its own.
+void checkFormatFits(const CLI::App& app, const std::string& output) {
+  if (lowerExtension(output) != ".png") return;
+  for (const char* option : {"--compression", "--type"}) {
+    if (!given(app, option)) continue;
+    failUsage(std::string(option) + ": is for EXR; leave it out, or name an .exr instead of " +
+              "--output " + output);
+  }
+}
+
 std::vector<std::string> parseViews(const std::string& text) {
   std::vector<std::string> views = splitList(text);
   const bool blank = std::find(views.begin(), views.end(), "") != views.end();
@@ -241,6 +251,7 @@ RenderArguments RenderParser::checked() const {
   if (given(app_, "--threads")) arguments.threads = parseCount("--threads", threads_, kMostThreads);
   if (given(app_, "--max-memory")) arguments.maxMemory = parseMaxMemory(maxMemory_);
   arguments.format = format_.checked(app_);
+  checkFormatFits(app_, arguments.output);
   if (given(app_, "--proxy")) arguments.proxy = parseProxy(proxy_);
   checkSequence(arguments);
   return arguments;

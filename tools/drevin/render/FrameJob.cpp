@@ -12,6 +12,7 @@
 #include "render/HostPicture.h"
 #include "render/NotFinite.h"
 #include "render/ResultPicture.h"
+#include "render/UnusedPictures.h"
 #include "sequence/WholeFile.h"
 #include "terminal/ExitCode.h"
 #include "terminal/Messages.h"
@@ -57,10 +58,16 @@ bool defocuses(const Node& node) {
   return type == nullptr || type->get_value() <= kLensBloom;
 }
 
+// The node's own words, with what this command offers against it.
+std::string withRemedy(const std::string& error) {
+  if (error != "No input kernel connected!") return error;
+  return error + " Name a picture of the aperture with --kernel FILE, or --set another kernelType";
+}
+
 std::vector<std::string> errorsOf(const embedded::RenderResult& result) {
   std::vector<std::string> errors;
   for (const embedded::Message& message : result.messages) {
-    if (message.severity == embedded::Severity::Error) errors.push_back(message.text);
+    if (message.severity == embedded::Severity::Error) errors.push_back(withRemedy(message.text));
   }
   return errors;
 }
@@ -92,7 +99,10 @@ void FrameJob::read() {
 FrameOutcome FrameJob::finish() {
   FrameOutcome outcome;
   outcome.skipped = pictures_ == nullptr;
-  if (outcome.skipped) return outcome;
+  if (outcome.skipped) {
+    reportSkipped();
+    return outcome;
+  }
   total_ = Stopwatch();
   std::unique_ptr<embedded::CameraInput> camera;
   ConnectedInputs inputs;
@@ -201,6 +211,8 @@ std::vector<PlannedChannel> FrameJob::planFor(const Node& node) {
   if (const Picture* kernel = pictures_->at(kKernelInput)) {
     warn(missingKernelWarning(*kernel, node, plan));
   }
+  warn(unusedKernelWarning(*pictures_, node));
+  warn(unusedMattesWarning(*pictures_, node));
   if (const DeepExrSource* deep = pictures_->deep()) warn(opaqueWarning(*deep));
   const Picture& seen = mended_ ? *mended_ : pictures_->image();
   notFinite_ = notFinitePixels(seen, plan);
@@ -261,6 +273,13 @@ FrameStats FrameJob::statsOfResult(const OutputPicture& output,
     stats.notFinite += counts.notFinite;
   }
   return stats;
+}
+
+// The report that was written when the picture was made says more.
+void FrameJob::reportSkipped() const {
+  std::error_code error;
+  if (arguments_.report.empty() || std::filesystem::exists(arguments_.report, error)) return;
+  writeReport(skippedReport(arguments_), arguments_.report);
 }
 
 void FrameJob::write(const Node& node, const std::vector<PlannedChannel>& plan,

@@ -67,6 +67,7 @@ class FrameJob : public FrameWork {
   void warnOfInputs(const Node& node, const std::vector<PlannedChannel>& plan);
   bool sourcesAreFinite() const;
   void tellWarnings(const embedded::RenderResult& result);
+  void reportSkipped() const;
   void write(const Node& node, const std::vector<PlannedChannel>& plan,
              const embedded::RenderResult& result, FrameOutcome& outcome);
   FrameStats statsOfResult(const OutputPicture& output, const std::vector<PlannedChannel>& plan,

@@ -7,6 +7,7 @@
 #include "sequence/SequenceRender.h"
 #include "terminal/ExitCode.h"
 #include "terminal/Messages.h"
+#include "terminal/OneLine.h"
 #include "terminal/Progress.h"
 #include "terminal/Signals.h"
 
@@ -22,6 +23,9 @@ int renderPicture(const FrameShare& share, const SequencePlan& plan) {
   job.read();
   const FrameOutcome outcome = job.finish();
   if (!outcome.failed()) display.finish();
+  if (outcome.skipped && !arguments.quiet) {
+    printNote(oneLine("1 of 1 pictures was there already: " + arguments.output));
+  }
   for (const std::string& error : outcome.errors)
     printError(error);
   return static_cast<int>(outcome.code);

@@ -153,6 +153,14 @@ Json renderReport(const RenderArguments& arguments, const Node& node, const Inpu
   return report;
 }
 
+Json skippedReport(const RenderArguments& arguments) {
+  Json report;
+  report["command"] = "drevin " DREVIN_VERSION;
+  report["output"] = arguments.output;
+  report["skipped"] = true;
+  return report;
+}
+
 void writeReport(const Json& report, const std::string& path) {
   const std::string text = report.dump(2, ' ', false, Json::error_handler_t::replace) + "\n";
   AtomicFile file(path);

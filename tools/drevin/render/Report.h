@@ -44,6 +44,9 @@ nlohmann::ordered_json renderReport(const RenderArguments& arguments, const Node
                                     const embedded::RenderResult& result,
                                     const CommandRecord& record);
 
+/// Of a picture that was left alone because it was there already: `command`, `output`, `skipped`.
+nlohmann::ordered_json skippedReport(const RenderArguments& arguments);
+
 /// Writes a report; the file appears when it is whole. Throws ToolError (OutputNotWritten).
 void writeReport(const nlohmann::ordered_json& report, const std::string& path);
 
