@@ -28,7 +28,8 @@ ScriptParser::ScriptParser(CLI::App& app)
     : app_(*app.add_subcommand(
           "script", "Print the node with its changes, for pasting into the host's script")) {
   addNodeOptions(app_, arguments_);
-  app_.add_option("--name", arguments_.name, "The node's name (default: that of the script's node, else Drevin1)")
+  app_.add_option("--name", arguments_.name,
+                  "The node's name (default: that of the script's node, else Drevin1)")
       ->type_name("NAME");
   focus_.addTo(app_);
   app_.add_option("--input", arguments_.input, "The picture for --focus-at (EXR)")
