@@ -193,7 +193,7 @@ TEST_F(Script, signalWhileStandardInputWaits_endsWithItsCode) {
     RunOptions shell;
     shell.command = "/bin/sh";
     shell.signal = signal;
-    shell.signalAfterSeconds = 0.7;
+    shell.signalAfterSeconds = 1.5;
     shell.timeoutSeconds = 30.0;
     const RunResult result = runCommand(
         {"-c", std::string("exec '") + DREVIN_COMMAND + "' script --script - --plugin '" +
