@@ -19,7 +19,7 @@ seconds=${1:-60}
 shift $(($# > 0))
 targets=("$@")
 [ ${#targets[@]} -gt 0 ] ||
-  targets=(FlatReader DeepReader NodeScript ScriptControls ControlText FrameList SampleMerge)
+  targets=(FlatReader DeepReader NodeScript ScriptControls CameraFile ControlText FrameList SampleMerge)
 command -v clang++ >/dev/null || { echo "fuzz/run.sh: no clang++ here; install clang" >&2; exit 1; }
 
 cmake -S . -B build/fuzz -G Ninja -DCMAKE_CXX_COMPILER=clang++ -DDREVIN_FUZZ=ON -DDREVIN_TESTS=OFF \

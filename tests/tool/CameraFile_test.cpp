@@ -5,6 +5,7 @@
 
 #include "CommandRun.h"
 #include "ExrFixture.h"
+#include "Refusal.h"
 #include "ScratchFolder.h"
 #include "terminal/ExitCode.h"
 
@@ -30,6 +31,19 @@ class CameraFile : public ::testing::Test {
     }
     ADD_FAILURE() << "no failure: " << text;
     return {};
+  }
+
+  // Refused by a render, soon and in little memory, in a line of a sane length.
+  void expectCheapRefusal(const std::string& text, const std::string& piece) const {
+    writeBytes(file_, text);
+    const std::string input = folder_.file("in.exr");
+    writeExrFixture(input, rgbazPart(20, 10, 15.0));
+    const auto arguments = renderArguments(input, folder_.file("out.exr"), {"--camera", file_});
+    expectRefused(arguments, 3, {file_, piece});
+    const RunResult result = runCommand(arguments);
+    EXPECT_LT(result.error.size(), 500U);
+    EXPECT_LT(result.processorSeconds, DREVIN_SANITIZED ? 20.0 : 1.0);
+    EXPECT_LT(result.peakKibibytes, DREVIN_SANITIZED ? 2 << 20 : 200 << 10);
   }
 
   ScratchFolder folder_;
@@ -70,6 +84,52 @@ TEST_F(CameraFile, filesThatAreNoCamera_areRefused) {
     EXPECT_NE(faultOf(text).find(file_), std::string::npos);
   }
   EXPECT_NE(faultOf(std::string(100000, '[')).find("no JSON"), std::string::npos);
+}
+
+TEST_F(CameraFile, keysGivenTwice_areRefused) {
+  EXPECT_NE(faultOf("{\"fStop\": 1, \"fStop\": 2}").find("fStop is given twice"),
+            std::string::npos);
+  EXPECT_NE(faultOf("{\"fStop\": {\"1\": 1, \"1\": 2}}").find("fStop: has two keys at frame 1"),
+            std::string::npos);
+}
+
+TEST_F(CameraFile, damage_namesItsLine) {
+  const std::string line = faultOf("{\n\"fStop\": 1,\n\n x\n}");
+  EXPECT_NE(line.find("is no JSON from line 4, character 2 on"), std::string::npos) << line;
+  EXPECT_NE(faultOf("[").find("no JSON object"), std::string::npos);
+  EXPECT_NE(faultOf("{x").find("line 1, character 2 on"), std::string::npos);
+}
+
+TEST_F(CameraFile, moreThanTheMostBytes_areRefusedCheaply) {
+  expectCheapRefusal(std::string(60U << 20U, '['), "is larger than 4 MiB");
+  expectCheapRefusal(std::string(kMostCameraBytes + 1, ' '), "is larger than 4 MiB");
+}
+
+TEST_F(CameraFile, nesting_isRefusedWhereItBeginsToBeTooDeep) {
+  const std::string deep(kMostCameraBytes - 100, '[');
+  expectCheapRefusal(deep, "is no JSON object");
+  expectCheapRefusal("{\"fStop\": " + deep, "fStop: a list is no number");
+  expectCheapRefusal("{\"fStop\": {\"1\": " + deep, "fStop: a list is no number");
+  std::string objects = "{\"fStop\": {\"1\": ";
+  for (int i = 0; i < 500000; ++i)
+    objects += "{\"1\":";
+  expectCheapRefusal(objects, "fStop: an object is no number");
+}
+
+TEST_F(CameraFile, longNamesAndTexts_areCutInMessages) {
+  const std::string text(1000000, 'x');
+  expectCheapRefusal("{\"" + text + "\": 1}", "no key 'xxx");
+  expectCheapRefusal("{\"fStop\": [[1, \"" + text + "\"]]}", "xxx...\" is no number");
+  expectCheapRefusal("{\"fStop\": 1, " + text, "is no JSON");
+}
+
+TEST_F(CameraFile, asManyKeysAsFit_areAResult) {
+  std::string keys = "{\"focalPlane\": {\"1\": 10";
+  for (int frame = 2; keys.size() < kMostCameraBytes - 100; ++frame)
+    keys += ",\"" + std::to_string(frame) + "\":20";
+  const auto curves = read(keys + "}}");
+  EXPECT_GT(curves.at("focalPlane").keys().size(), 300000U);
+  EXPECT_EQ(curves.at("focalPlane").at(1.5), 15.0);
 }
 
 TEST_F(CameraFile, keys_areRenderedFrameByFrame) {

@@ -133,6 +133,21 @@ TEST(NodeScript, tooLargeText_isRefused) {
   EXPECT_NE(faultOf(std::string(kMostScriptBytes + 1, ' ')).find("64 MiB"), std::string::npos);
 }
 
+TEST(NodeScript, nodesKnobsAndWordsBeyondTheMost_areRefused) {
+  std::string nodes;
+  std::string knobs = "Drevin {\n";
+  std::string words = "push";
+  for (std::size_t i = 0; i <= kMostScriptValues; ++i) {
+    nodes += "Drevin {}\n";
+    knobs += "k\n";
+    words += " w";
+  }
+  EXPECT_EQ(faultOf(nodes), "line 262145: more than 262144 nodes and values of them");
+  EXPECT_EQ(faultOf(knobs + "}"), "line 1: more than 262144 nodes and values of them");
+  EXPECT_EQ(faultOf(words), "line 1: a command of too many words");
+  EXPECT_THROW(scriptWords(words), ScriptFault);
+}
+
 TEST(NodeScript, wordsOfAValue_areApartByBlanksLinesAndSemicolons) {
   std::vector<std::string> texts;
   for (const ScriptWord& word : scriptWords(" ;a {b c}\n;\"d e\";"))

@@ -373,6 +373,19 @@ TEST_F(Script, folder_isNoScript) {
   EXPECT_NE(result.error.find("is a directory, not a script"), std::string::npos) << result.error;
 }
 
+TEST_F(Script, manyNodes_areNamedAsFarAsALineBears) {
+  std::string many = "Drevin {\n name " + std::string(100000, 'x') + "\n}\n";
+  for (int i = 1; i < 50000; ++i)
+    many += "Drevin {\n name D" + std::to_string(i) + "\n}\n";
+  for (const Texts& more : {Texts{}, Texts{"--node", "Two"}}) {
+    const RunResult result = controlsFrom(many, more);
+    EXPECT_EQ(result.exitCode, 2);
+    EXPECT_NE(result.error.find("xxx..., D1, D2, "), std::string::npos);
+    EXPECT_NE(result.error.find(" and 49980 more"), std::string::npos);
+    EXPECT_LT(result.error.size(), 500U);
+  }
+}
+
 TEST_F(Script, filesThatHoldNoNode_endWith3) {
   for (const char* text :
        {"", "Blur {\n size 3\n}\n", "Drevin {\n bloom 1\n", "Drevin {\n a \"\n}"}) {

@@ -17,6 +17,7 @@ class Scanner {
     skipToCommand();
     std::vector<ScriptWord> words;
     while (!atCommandEnd()) {
+      if (words.size() == kMostScriptValues) fail(line_, "a command of too many words");
       words.push_back(word());
       skipBlanks();
     }
@@ -130,6 +131,12 @@ class Scanner {
   std::size_t at_ = 0;
 };
 
+void checkValues(std::size_t values, std::size_t line) {
+  if (values <= kMostScriptValues) return;
+  throw ScriptFault("line " + std::to_string(line) + ": more than " +
+                    std::to_string(kMostScriptValues) + " nodes and values of them");
+}
+
 std::vector<ScriptKnob> parseKnobs(const std::string& body, std::size_t line) {
   Scanner scanner(body, line);
   std::vector<ScriptKnob> knobs;
@@ -142,6 +149,7 @@ std::vector<ScriptKnob> parseKnobs(const std::string& body, std::size_t line) {
         knob.value.text += (i == 1 ? "" : " ") + words[i].text;
     }
     knobs.push_back(std::move(knob));
+    checkValues(knobs.size(), line);
   }
   return knobs;
 }
@@ -177,6 +185,7 @@ std::vector<ScriptNode> parseNodeScript(const std::string& text, const std::stri
   const std::string plain = withoutByteOrderMark(text);
   Scanner scanner(plain, 1);
   std::vector<ScriptNode> nodes;
+  std::size_t values = 0;
   while (true) {
     const std::vector<ScriptWord> words = scanner.command();
     if (words.empty()) return nodes;
@@ -186,14 +195,18 @@ std::vector<ScriptNode> parseNodeScript(const std::string& text, const std::stri
     const auto lines = std::count(words.back().text.begin(), words.back().text.end(), '\n');
     const std::size_t line = scanner.line() - static_cast<std::size_t>(lines);
     nodes.push_back({className, line, parseKnobs(words.back().text, line), clone});
+    values += 1 + nodes.back().knobs.size();
+    checkValues(values, line);
   }
 }
 
 std::vector<ScriptWord> scriptWords(const std::string& text) {
   Scanner scanner(text, 1);
   std::vector<ScriptWord> words;
-  for (ScriptWord word; scanner.nextWord(word);)
+  for (ScriptWord word; scanner.nextWord(word);) {
     words.push_back(word);
+    checkValues(words.size(), scanner.line());
+  }
   return words;
 }
 

@@ -15,6 +15,8 @@ namespace drevintool {
 
 constexpr std::size_t kMostScriptBytes = std::size_t{64} << 20;
 constexpr int kMostScriptDepth = 100;  ///< of braces in braces
+/// Of words in one command, and of the nodes of a class and their knobs together.
+constexpr std::size_t kMostScriptValues = std::size_t{1} << 18;
 
 /// A text that is no such script. what() is one line that names the line of the script.
 class ScriptFault : public std::runtime_error {
@@ -44,8 +46,8 @@ struct ScriptNode {
 
 /// The nodes of that class, in order, groups and their members alike, and clones
 /// (`clone ID|Class {...}`). A byte-order mark before them is passed over. Throws ScriptFault for
-/// braces and quotes that do not end, braces deeper than kMostScriptDepth and texts of more than
-/// kMostScriptBytes.
+/// braces and quotes that do not end, braces deeper than kMostScriptDepth, texts of more than
+/// kMostScriptBytes, and more than kMostScriptValues.
 std::vector<ScriptNode> parseNodeScript(const std::string& text, const std::string& className);
 
 /// The words of a braced value. Throws ScriptFault.

@@ -11,6 +11,7 @@
 #include "controls/PluginSearch.h"
 #include "picture/FileBytes.h"
 #include "terminal/ExitCode.h"
+#include "terminal/NameList.h"
 #include "terminal/NearestName.h"
 #include "terminal/OneLine.h"
 #include "terminal/Signals.h"
@@ -92,12 +93,11 @@ ScriptNode readScriptNode(const std::string& file, const std::string& name) {
   if (nodes.empty()) fail(file, std::string("holds no node of the class ") + kClassName);
   if (name.empty() && nodes.size() == 1) return nodes.front();
   std::vector<std::string> names;
-  std::string list;
   for (const ScriptNode& node : nodes) {
     if (!name.empty() && nameOf(node) == name) return node;
-    names.push_back(nameOf(node));
-    list += (list.empty() ? "" : ", ") + names.back();
+    names.push_back(shortName(nameOf(node)));
   }
+  const std::string list = nameList(names);
   if (name.empty()) fail(file, "holds several nodes; choose with --node: " + list, ExitCode::Usage);
   fail(file, "holds no node '" + name + "'" + nearestHintAndList(name, names, list),
        ExitCode::Usage);
