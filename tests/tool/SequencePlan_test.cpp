@@ -207,6 +207,26 @@ TEST(SequencePlan, reportInThePlaceOfAnotherFile_isRefused) {
   EXPECT_NO_THROW(SequencePlan{arguments});
 }
 
+TEST(SequencePlan, outputInThePlaceOfWhatItIsMadeOf_isRefused) {
+  const ScratchFolder folder;
+  const RenderArguments free = sequence(folder.file("in.#.exr"), folder.file("o.#.exr"));
+  for (std::string RenderArguments::*path :
+       {&RenderArguments::deep, &RenderArguments::kernel, &RenderArguments::mattes}) {
+    RenderArguments arguments = free;
+    arguments.*path = folder.file("o.2.exr");
+    EXPECT_EQ(failureOf(arguments).rfind("2 --output", 0), 0U) << failureOf(arguments);
+  }
+}
+
+TEST(SequencePlan, outputInThePlaceOfItsInput_isWhatOneMayWantUnlessItIsSkipped) {
+  const ScratchFolder folder;
+  RenderArguments arguments = sequence(folder.file("in.#.exr"), folder.file("in.#.exr"));
+  EXPECT_NO_THROW(SequencePlan{arguments});
+  EXPECT_THROW(SequencePlan(arguments).checkInputsStay(), ToolError);
+  arguments.skipExisting = true;
+  EXPECT_NE(failureOf(arguments).find("be skipped as there already"), std::string::npos);
+}
+
 TEST(SequencePlan, framesTimesViews_areLimited) {
   RenderArguments arguments = sequence("in.exr", "%V.#.exr");
   arguments.frames.assign(400000, 1);

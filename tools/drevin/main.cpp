@@ -16,6 +16,7 @@
 #include "terminal/ExitCode.h"
 #include "terminal/Messages.h"
 #include "terminal/Signals.h"
+#include "terminal/StandardOutput.h"
 
 namespace drevintool {
 namespace {
@@ -51,8 +52,10 @@ int run(const DoctorArguments& arguments) {
 int runCommand(int count, const char* const* texts) {
   try {
     catchSignals();
-    return std::visit([](const auto& arguments) { return run(arguments); },
-                      parseArguments(count, texts));
+    const int code = std::visit([](const auto& arguments) { return run(arguments); },
+                                parseArguments(count, texts));
+    finishStandardOutput();
+    return code;
   } catch (const ToolError& error) {
     printError(error.what());
     return static_cast<int>(error.code());

@@ -59,6 +59,7 @@ SequencePlan::SequencePlan(const RenderArguments& arguments)
   addPath("--report", &RenderArguments::report);
   checkPlaces();
   checkOutputsDiffer();
+  checkTakenPlaces();
   checkReports();
   const FramePattern report(arguments.report);
   reportsEach_ = !sequence_ || report.hasFrame() || report.hasView();
@@ -123,6 +124,27 @@ void SequencePlan::checkReports() const {
   for (const char* option : {"--input", "--deep", "--kernel", "--mattes", "--camera", "--output"})
     forEachFile(option, [&](const std::string& file) { check(option, file); });
   check("--script", arguments_.script);
+}
+
+void SequencePlan::refuseOutput(const char* option, const char* reason) const {
+  FileSet outputs;
+  forEachFile("--output", [&](const std::string& file) { outputs.add(file); });
+  forEachFile(option, [&](const std::string& file) {
+    if (file.empty() || !outputs.has(file)) return;
+    fail("--output " + arguments_.output + ": would take the place of " + file + ", the file of " +
+         option + reason + "; name another file");
+  });
+}
+
+// A picture may be blurred in its place; what else is read would be lost.
+void SequencePlan::checkTakenPlaces() const {
+  for (const char* option : {"--deep", "--kernel", "--mattes"})
+    refuseOutput(option, "");
+  if (arguments_.skipExisting) refuseOutput("--input", ", and be skipped as there already");
+}
+
+void SequencePlan::checkInputsStay() const {
+  refuseOutput("--input", "");
 }
 
 template <typename Visit>

@@ -32,6 +32,8 @@ class SequencePlan {
   /// is there for none. Throws ToolError (InputUnreadable) if an input of all pictures is missing.
   /// A picture whose output is there, and may stay, needs no input.
   void checkInputs() const;
+  /// Throws ToolError (Usage) if a result would take the place of a picture that it is made of.
+  void checkInputsStay() const;
   /// Throws ToolError (OutputNotWritten) if a folder of the outputs cannot be written to.
   void checkOutputs() const;
 
@@ -46,7 +48,9 @@ class SequencePlan {
   void checkPlaces() const;
   void checkForeignPlace(const Path& path) const;
   void checkOutputsDiffer() const;
+  void checkTakenPlaces() const;
   void checkReports() const;
+  void refuseOutput(const char* option, const char* reason) const;
   template <typename Visit>
   void forEachFile(const char* option, const Visit& visit) const;
   const Path& pathOf(const char* option) const;

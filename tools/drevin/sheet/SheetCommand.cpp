@@ -180,6 +180,7 @@ int runSheet(const SheetArguments& arguments) {
   const SheetPlan sheet(arguments);
   checkOneFrame(arguments);
   const SequencePlan plan(arguments);
+  plan.checkInputsStay();
   const FrameTask& task = plan.tasks().front();
   RenderArguments one = plan.argumentsOf(task);
   one.report = FramePattern(arguments.report).path(task.frame.value_or(0), task.view);
