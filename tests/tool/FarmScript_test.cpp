@@ -14,7 +14,7 @@ RunResult runTask(const Texts& more, const std::string& processors = "") {
   options.environment = {{"SLURM_ARRAY_TASK_ID", "2"},
                          {"SLURM_CPUS_PER_TASK", processors},
                          {"DREVIN_COMMAND", "echo"}};
-  Texts arguments = {DREVIN_FARM_SCRIPT, "3"};
+  Texts arguments = {DREVIN_FARM_FOLDER "/drevin.sbatch", "3"};
   arguments.insert(arguments.end(), more.begin(), more.end());
   return runCommand(arguments, options);
 }

@@ -2,11 +2,11 @@
 # Renders a sequence as a job array on a real Slurm of one machine: one task is killed half way and
 # requeued, and at the end every frame is whole and the very file of a direct render.
 set -euo pipefail
-root=$(cd "$(dirname "${BASH_SOURCE[0]}")/../.." && pwd)
+drevin=$(realpath -m "${1:-$(dirname "${BASH_SOURCE[0]}")/../../build/release/bin/drevin}")
+cd "$(dirname "${BASH_SOURCE[0]}")/../.."
 # shellcheck source=scripts/packages.sh
-source "$root/scripts/packages.sh"
+source scripts/packages.sh
 
-drevin=${1:-$root/build/release/bin/drevin}
 frames=12
 chunks=3
 
@@ -94,13 +94,13 @@ render_arguments() {
 
 task_state() { scontrol show job "${job}_$1" | sed -n 's/.*JobState=\([A-Z_]*\).*/\1/p'; }
 has_state() { [ "$(task_state "$1")" = "$2" ]; }
-frames_of_task_2() { find "$work/farm" -name 'f.000[5-8].exr' | wc -l; }
+frames_of_task_2() { find "$work/array" -name 'f.000[5-8].exr' | wc -l; }
 task_2_has_a_frame() { [ "$(frames_of_task_2)" -ge 1 ]; }
 all_are_done() { for task in $(seq $chunks); do has_state "$task" COMPLETED || return 1; done; }
 
 kill_task_2_half_way() {
   until_true 120 task_2_has_a_frame || fail "task 2 makes no frame"
-  pkill -KILL -f -- "$work/farm/f.####.exr.* --chunk 2/$chunks" || fail "task 2 does not run"
+  pkill -KILL -f -- "$work/array/f.####.exr.* --chunk 2/$chunks" || fail "task 2 does not run"
   [ "$(frames_of_task_2)" -lt 4 ] || fail "task 2 was done before it was killed"
   until_true 30 has_state 2 FAILED || fail "the killed task is $(task_state 2)"
   echo "Task 2 was killed with $(frames_of_task_2) of its 4 frames made"
@@ -108,10 +108,10 @@ kill_task_2_half_way() {
 
 same_as_direct() {
   local count
-  count=$(find "$work/farm" -type f | wc -l)
-  [ "$count" -eq $frames ] || fail "$count files of $frames: $(ls -A "$work/farm")"
+  count=$(find "$work/array" -type f | wc -l)
+  [ "$count" -eq $frames ] || fail "$count files of $frames: $(ls -A "$work/array")"
   for file in "$work"/direct/f.*.exr; do
-    cmp "$file" "$work/farm/$(basename "$file")" || fail "$(basename "$file") is not that of a direct render"
+    cmp "$file" "$work/array/$(basename "$file")" || fail "$(basename "$file") is not that of a direct render"
   done
 }
 
@@ -119,11 +119,11 @@ write_configuration
 start_daemons
 "$drevin" demo "$work/scene" > /dev/null
 mv "$work/scene/street.exr" "$work/street.exr"
-mkdir "$work/direct" "$work/farm"
+mkdir "$work/direct" "$work/array"
 
-mapfile -t arguments < <(render_arguments "$work/farm")
-job=$(cd "$work" && DREVIN_COMMAND=$drevin sbatch --parsable --array=1-$chunks --cpus-per-task=1 \
-  --output="$work/log.%a" "$root/farm/drevin.sbatch" $chunks "${arguments[@]}")
+mapfile -t arguments < <(render_arguments "$work/array")
+job=$(DREVIN_COMMAND=$drevin sbatch --parsable --array=1-$chunks --cpus-per-task=1 --chdir="$work" \
+  --output="$work/log.%a" farm/drevin.sbatch $chunks "${arguments[@]}")
 kill_task_2_half_way
 scontrol requeue "${job}_2"
 mapfile -t arguments < <(render_arguments "$work/direct")
