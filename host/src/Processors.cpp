@@ -9,7 +9,7 @@
 
 #include "CgroupQuota.h"
 #include "DDImage/Thread.h"
-#include "EmbeddedHost/CgroupFolders.h"
+#include "EmbeddedHost/ProcessorQuota.h"
 #include "EmbeddedHost/Render.h"
 
 namespace embedded {
@@ -32,13 +32,18 @@ unsigned affinityProcessors() {
 
 }  // namespace
 
-unsigned usableProcessors() {
-  unsigned processors = affinityProcessors();
-  for (const std::string& folder : cgroupFolders("cpu")) {
+std::optional<unsigned> quotaProcessors(const CgroupPlaces& places) {
+  std::optional<unsigned> least;
+  for (const std::string& folder : cgroupFolders("cpu", places)) {
     const std::optional<unsigned> quota = cgroupProcessors(folder);
-    if (quota) processors = std::min(processors, *quota);
+    if (quota) least = std::min(least.value_or(*quota), *quota);
   }
-  return std::max(1U, processors);
+  return least;
+}
+
+unsigned usableProcessors() {
+  const unsigned processors = affinityProcessors();
+  return std::max(1U, std::min(processors, quotaProcessors().value_or(processors)));
 }
 
 void setThreadCount(unsigned threads) {

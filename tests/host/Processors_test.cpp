@@ -7,6 +7,7 @@
 #include <thread>
 
 #include "CgroupQuota.h"
+#include "EmbeddedHost/ProcessorQuota.h"
 #include "EmbeddedHost/Render.h"
 
 using embedded::cgroupProcessors;
@@ -25,7 +26,9 @@ class GroupFolder {
   GroupFolder& operator=(const GroupFolder&) = delete;
 
   void write(const std::string& name, const std::string& text) const {
-    std::ofstream(path_ + "/" + name) << text;
+    const std::filesystem::path file = path_ + "/" + name;
+    std::filesystem::create_directories(file.parent_path());
+    std::ofstream(file) << text;
   }
   const std::string& path() const { return path_; }
 
@@ -76,6 +79,20 @@ TEST(CgroupQuota, nonsenseOrNoFolder_isNone) {
   }
   folder.write("cpu.max", "1e300 1");
   EXPECT_GE(cgroupProcessors(folder.path()).value_or(0), 1000000U);
+}
+
+TEST(ProcessorQuota, noGroups_haveNone) {
+  const GroupFolder folder;
+  EXPECT_EQ(embedded::quotaProcessors({folder.path() + "/cgroup", folder.path()}), std::nullopt);
+}
+
+TEST(ProcessorQuota, leastOfTheGroupsAbove_counts) {
+  const GroupFolder folder;
+  folder.write("cgroup", "0::/slurm/job_7\n");
+  folder.write("fs/slurm/job_7/cpu.max", "max 100000\n");
+  folder.write("fs/slurm/cpu.max", "250000 100000\n");
+  folder.write("fs/cpu.max", "800000 100000\n");
+  EXPECT_EQ(embedded::quotaProcessors({folder.path() + "/cgroup", folder.path() + "/fs"}), 3U);
 }
 
 TEST(Processors, usable_areAtLeastOneAndAtMostTheAffinitys) {

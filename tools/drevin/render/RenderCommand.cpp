@@ -1,6 +1,7 @@
 #include "render/RenderCommand.h"
 
 #include "controls/PluginSearch.h"
+#include "controls/PluginSimd.h"
 #include "render/FrameJob.h"
 #include "render/RenderSetup.h"
 #include "sequence/SequencePlan.h"
@@ -36,6 +37,7 @@ int renderPicture(const FrameShare& share, const SequencePlan& plan) {
 int runRender(const RenderArguments& arguments) {
   const SequencePlan plan(arguments);
   const DD::Image::Op::Description& description = loadNodeClass(arguments.plugin);
+  warnOfSimd(description);
   const unsigned threads = setUpProcess(arguments);
   const Node fresh(description);
   const ControlChanges changes(arguments, fresh);

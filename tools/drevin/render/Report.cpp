@@ -4,6 +4,7 @@
 
 #include "controls/CameraKeys.h"
 #include "controls/ControlJson.h"
+#include "controls/NodeVersion.h"
 #include "picture/AtomicFile.h"
 #include "picture/MemoryBudget.h"
 
@@ -14,14 +15,6 @@ using Json = nlohmann::ordered_json;
 
 Json boxJson(const DD::Image::Box& box) {
   return Json::array({box.x(), box.y(), box.r(), box.t()});
-}
-
-// The text of the panel's Version line.
-std::string nodeVersion(const Node& node) {
-  for (const auto& knob : node.knobs()) {
-    if (knob->kind() == "Text_knob" && knob->label() == "Version") return knob->valueText();
-  }
-  return {};
 }
 
 Json nodeJson(const Node& node, const std::string& hash) {

@@ -5,6 +5,7 @@
 
 #include "controls/CameraOption.h"
 #include "controls/PluginSearch.h"
+#include "controls/PluginSimd.h"
 #include "render/RenderSetup.h"
 #include "render/Report.h"
 #include "render/ResultPicture.h"
@@ -186,6 +187,7 @@ int runSheet(const SheetArguments& arguments) {
   one.report = FramePattern(arguments.report).path(task.frame.value_or(0), task.view);
   checkCameraLeaves(one.camera, sheet);
   const DD::Image::Op::Description& description = loadNodeClass(arguments.plugin);
+  warnOfSimd(description);
   const unsigned threads = setUpProcess(arguments);
   const ControlChanges base(arguments, Node(description), sheet.names());
   for (const std::string& warning : base.warnings())
