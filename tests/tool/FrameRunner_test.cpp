@@ -19,6 +19,7 @@ namespace {
 // What the frames of one run do and did.
 struct Record {
   std::set<std::size_t> badReads;
+  std::set<std::size_t> noMemoryBeside;  // cannot be read while another frame is held
   std::map<std::size_t, ExitCode> badFrames;
   std::function<void(std::size_t)> onFinish = [](std::size_t) {};
 
@@ -48,6 +49,7 @@ class Frame : public FrameWork {
     const std::lock_guard<std::mutex> lock(record_.mutex);
     record_.read.push_back(index_);
     record_.changed.notify_all();
+    if (record_.noMemoryBeside.count(index_) != 0 && record_.alive > 1) throw std::bad_alloc();
     if (record_.badReads.count(index_) != 0) {
       throw ToolError(ExitCode::InputUnreadable, "cannot read");
     }
@@ -195,6 +197,88 @@ TEST(FrameRunner, frameThatCouldNotBeReadAhead_isReadAgainInItsTurn) {
   EXPECT_EQ(std::count(record.read.begin(), record.read.end(), 1U), 2);
   for (const auto& [index, outcome] : record.ended)
     EXPECT_FALSE(outcome.failed()) << index;
+}
+
+// How often each frame was begun.
+std::size_t timesBegun(const Record& record, std::size_t index) {
+  return static_cast<std::size_t>(std::count(record.begun.begin(), record.begun.end(), index));
+}
+
+TEST(FrameRunner, frameThatLacksMemory_isDoneAgainWhileNoOtherIsHeld) {
+  for (const unsigned inFlight : {1U, 3U}) {
+    Record record;
+    std::size_t aliveThen = 0;
+    record.onFinish = [&](std::size_t index) {
+      const std::lock_guard<std::mutex> lock(record.mutex);
+      if (index != 4) return;
+      if (timesBegun(record, 4) == 1) throw std::bad_alloc();
+      aliveThen = record.alive;
+    };
+    run(record, 20, {inFlight, false});
+    EXPECT_EQ(record.ended.size(), 20U) << inFlight;
+    for (const auto& [index, outcome] : record.ended)
+      EXPECT_FALSE(outcome.failed()) << index;
+    EXPECT_EQ(timesBegun(record, 4), 2U) << inFlight;
+    EXPECT_EQ(timesBegun(record, 5), 1U) << inFlight;
+    EXPECT_EQ(aliveThen, 1U) << inFlight;
+    EXPECT_EQ(record.alive, 0U);
+  }
+}
+
+TEST(FrameRunner, frameThatLacksMemoryAloneToo_failsAfterTheSecondTime) {
+  Record record;
+  record.onFinish = [&](std::size_t index) {
+    if (index == 1) throw std::bad_alloc();
+  };
+  run(record, 4, {2, true});
+  EXPECT_EQ(timesBegun(record, 1), 2U);
+  EXPECT_EQ(record.ended[1].code, ExitCode::RenderFailed);
+  EXPECT_EQ(record.ended.size(), 4U);
+}
+
+TEST(FrameRunner, frameThatLacksMemoryWhileItIsReadTwice_isReadAlone) {
+  Record record;
+  record.noMemoryBeside = {3};
+  run(record, 12, {4, false});
+  EXPECT_EQ(record.ended.size(), 12U);
+  for (const auto& [index, outcome] : record.ended)
+    EXPECT_FALSE(outcome.failed()) << index;
+}
+
+// Every frame needs all the memory: each ends all the same.
+TEST(FrameRunner, framesThatAllLackMemoryTogether_areDoneOneByOne) {
+  Record record;
+  std::atomic<int> together{0};
+  record.onFinish = [&](std::size_t) {
+    const int now = ++together;
+    std::this_thread::sleep_for(std::chrono::milliseconds(2));
+    const bool alone = now == 1 && together == 1;
+    --together;
+    if (!alone) throw std::bad_alloc();
+  };
+  run(record, 40, {4, false});
+  EXPECT_EQ(record.ended.size(), 40U);
+  for (const auto& [index, outcome] : record.ended)
+    EXPECT_FALSE(outcome.failed()) << index;
+}
+
+TEST(FrameRunner, framesThatAreDoneOnceMore_areTold) {
+  std::vector<std::size_t> told;
+  Record record;
+  FrameRunOptions options{1, false, [&](std::size_t index) { told.push_back(index); }};
+  record.onFinish = [&](std::size_t index) {
+    const std::lock_guard<std::mutex> lock(record.mutex);
+    if (index == 2 && timesBegun(record, 2) == 1) throw std::bad_alloc();
+  };
+  run(record, 5, options);
+  EXPECT_EQ(told, std::vector<std::size_t>{2});
+}
+
+TEST(FrameRunner, otherFailures_areNotTriedAgain) {
+  Record record;
+  record.badFrames[2] = ExitCode::RenderFailed;
+  run(record, 5, {2, true});
+  EXPECT_EQ(timesBegun(record, 2), 1U);
 }
 
 TEST(FrameRunner, goingOn_leavesNoFrameOut) {

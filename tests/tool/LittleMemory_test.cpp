@@ -45,5 +45,38 @@ TEST_F(LittleMemory, anyLimit_isOneLineOrTheWholeResult) {
   EXPECT_EQ(readBack(output_).channels.size(), 5U);
 }
 
+// Small frames of a sequence, four at a time, of which each needs a good part of the memory.
+class LittleMemoryInFlight : public ::testing::Test {
+ protected:
+  LittleMemoryInFlight() { writeExrFixture(folder_.file("in.exr"), rgbazPart(900, 600, 140.0)); }
+
+  RunResult render(std::size_t mebibytes) const {
+    RunOptions options;
+    options.addressSpace = mebibytes * kMebibyte;
+    std::vector<std::string> arguments = renderArguments(
+        folder_.file("in.exr"), folder_.file("out.#.exr"),
+        {"--threads", "4", "--frames", "1-6", "--frames-in-flight", "4", "--set", "multiplier=20"});
+    arguments.erase(arguments.begin() + 1);  // --quiet
+    return runCommand(arguments, options);
+  }
+
+  ScratchFolder folder_;
+};
+
+TEST_F(LittleMemoryInFlight, framesThatLackItTogether_areDoneOnceMoreAlone) {
+  if (DREVIN_SANITIZED) GTEST_SKIP() << "sanitizers take far more address space";
+  int wholeAfterAll = 0;
+  for (std::size_t mebibytes = 300; mebibytes >= 160 && wholeAfterAll == 0; mebibytes -= 20) {
+    const RunResult result = render(mebibytes);
+    const std::vector<std::string> again = linesStarting(result.error, "drevin: frame ");
+    ASSERT_TRUE(result.exitCode == 0 || result.exitCode == 1) << mebibytes << " " << result.error;
+    if (result.exitCode != 0 || again.empty()) continue;
+    ++wholeAfterAll;
+    EXPECT_NE(again.front().find("once more alone"), std::string::npos) << again.front();
+    EXPECT_EQ(folder_.entries().size(), 7U) << mebibytes;
+  }
+  EXPECT_EQ(wholeAfterAll, 1);
+}
+
 }  // namespace
 }  // namespace drevintool::testing

@@ -2,6 +2,7 @@
 #include <sys/stat.h>
 #include <nlohmann/json.hpp>
 
+#include <cmath>
 #include <csignal>
 #include <filesystem>
 
@@ -188,10 +189,113 @@ TEST_F(Sequence, views_areFilledIn) {
 }
 
 TEST_F(Sequence, warningsOfAFrame_beginWithItsName) {
-  const RunResult result = render({"--frames", "2", "--set", "defocusMatteChannel=matte.defocus"});
+  PartFixture part = rgbazPart(40, 30, 90.0);
+  part.channels.front().value = [](int x, int y) { return x == 3 && y == 4 ? NAN : 0.5; };
+  writeExrFixture(frameFile(2), part);
+  const RunResult result = render({"--frames", "1-3"});
   EXPECT_EQ(result.exitCode, 0);
-  EXPECT_EQ(linesStarting(result.error, "drevin: warning: frame 2: --set ").size(), 1U)
+  EXPECT_EQ(linesStarting(result.error, "drevin: warning: frame 2: 1 pixel of ").size(), 1U)
       << result.error;
+}
+
+TEST_F(Sequence, warningOfTheCommandLine_isGivenOnceAndInEveryReport) {
+  const RunResult result = render({"--frames", "1-3", "--set", "defocusMatteChannel=matte.defocus",
+                                   "--report", folder_.file("r.json")});
+  EXPECT_EQ(result.exitCode, 0);
+  EXPECT_EQ(linesStarting(result.error, "drevin: warning: ").size(), 1U) << result.error;
+  EXPECT_EQ(linesStarting(result.error, "drevin: warning: --set ").size(), 1U) << result.error;
+  const Json report = Json::parse(bytesOfFile(folder_.file("r.json")));
+  for (const Json& frame : report["frames"])
+    EXPECT_EQ(frame["warnings"].size(), 1U) << frame["frame"];
+}
+
+// Files that do not change over frames.
+class SharedInputs : public Sequence {
+ protected:
+  SharedInputs() {
+    for (const std::string& file : {kernel_, mattes_}) {
+      PartFixture part = rgbazPart(9, 9, 1.0);
+      part.channels.front().value = [](int x, int) { return x == 4 ? NAN : 0.5; };
+      writeExrFixture(file, part);
+    }
+  }
+
+  // Of a run whose file is gone when its first frame is there.
+  RunResult renderWhileGone(const std::string& file, const Texts& more) const {
+    RunOptions options;
+    options.signal = SIGCONT;  // never sent
+    options.signalWhen = [&] {
+      if (std::filesystem::exists(folder_.file("out.1.exr"))) std::filesystem::remove(file);
+      return false;
+    };
+    Texts arguments = renderArguments(frameFile(1), folder_.file("out.#.exr"),
+                                      {"--frames", "1-200", "--set", "multiplier=20"});
+    arguments.insert(arguments.end(), more.begin(), more.end());
+    return runCommand(arguments, options);
+  }
+
+  Texts warnings(const Texts& more) const {
+    return linesStarting(render(more).error, "drevin: warning: ");
+  }
+
+  const std::string kernel_ = folder_.file("kernel.exr");
+  const std::string mattes_ = folder_.file("mattes.exr");
+};
+
+TEST_F(SharedInputs, pictures_areReadOnce) {
+  const std::vector<std::pair<std::string, Texts>> runs = {
+      {kernel_, {"--kernel", kernel_, "--set", "kernelType=Input"}},
+      {mattes_, {"--mattes", mattes_, "--set", "defocusMatteChannel=rgba.red"}},
+      {frameFile(1), {}}};
+  for (const auto& [file, more] : runs) {
+    const RunResult result = renderWhileGone(file, more);
+    EXPECT_EQ(result.exitCode, 0) << file << " " << result.error;
+    EXPECT_FALSE(std::filesystem::exists(file));
+    EXPECT_EQ(outputs().size(), 200U) << file;
+    for (const std::string& name : outputs())
+      std::filesystem::remove(folder_.file(name));
+    writeFrame(1);
+  }
+}
+
+TEST_F(SharedInputs, cameraFile_isReadOnce) {
+  const std::string camera = folder_.file("camera.json");
+  writeBytes(camera, R"({"focalLength": 50, "focalPlane": {"1": 80, "9": 100}})");
+  const RunResult result = renderWhileGone(camera, {"--camera", camera});
+  EXPECT_EQ(result.exitCode, 0) << result.error;
+  EXPECT_FALSE(std::filesystem::exists(camera));
+}
+
+TEST_F(SharedInputs, cameraOfAFrame_isThatOfItsFrame) {
+  const std::string camera = folder_.file("camera.json");
+  writeBytes(camera, R"({"focalLength": 50, "focalPlane": {"1": 80, "3": 100}})");
+  ASSERT_EQ(
+      render({"--frames", "1-3", "--camera", camera, "--report", folder_.file("r.json")}).exitCode,
+      0);
+  const Json report = Json::parse(bytesOfFile(folder_.file("r.json")));
+  for (int frame = 0; frame < 3; ++frame)
+    EXPECT_EQ(report["frames"][frame]["camera"]["focalPlane"]["value"], 80 + 10 * frame);
+}
+
+TEST_F(SharedInputs, whatIsWrongWithThem_isSaidOnceOfNoFrame) {
+  const Texts kernel =
+      warnings({"--frames", "1-4", "--kernel", kernel_, "--set", "kernelType=Input"});
+  ASSERT_EQ(kernel.size(), 1U);
+  EXPECT_EQ(kernel[0].rfind("drevin: warning: 9 pixels of " + kernel_, 0), 0U) << kernel[0];
+  const Texts unused = warnings({"--frames", "1-4", "--kernel", kernel_, "--mattes", mattes_});
+  ASSERT_EQ(unused.size(), 2U);
+  EXPECT_EQ(unused[0].rfind("drevin: warning: --kernel ", 0), 0U) << unused[0];
+  EXPECT_EQ(unused[1].rfind("drevin: warning: --mattes ", 0), 0U) << unused[1];
+}
+
+TEST_F(SharedInputs, filesOfTheirOwn_areSaidOfEachFrame) {
+  for (int frame = 1; frame <= 2; ++frame)
+    std::filesystem::copy(kernel_, folder_.file("kernel." + std::to_string(frame) + ".exr"));
+  const Texts lines = warnings({"--frames", "1-2", "--frames-in-flight", "1", "--kernel",
+                                folder_.file("kernel.#.exr"), "--set", "kernelType=Input"});
+  ASSERT_EQ(lines.size(), 2U);
+  EXPECT_EQ(lines[0].rfind("drevin: warning: frame 1: ", 0), 0U) << lines[0];
+  EXPECT_EQ(lines[1].rfind("drevin: warning: frame 2: ", 0), 0U) << lines[1];
 }
 
 TEST_F(Sequence, errorsOfTheNode_nameTheFrameAndEndWith1) {

@@ -91,8 +91,11 @@ FrameJob::FrameJob(const FrameShare& share, const FrameTask& task, RenderArgumen
 void FrameJob::read() {
   const Stopwatch reading;
   if (arguments_.skipExisting && isWholePicture(arguments_.output)) return;
-  if (!arguments_.camera.empty()) camera_.emplace(arguments_.camera);
-  if (!pictures_) pictures_ = std::make_shared<const InputPictures>(arguments_);
+  if (!arguments_.camera.empty()) {
+    camera_ = share_.files == nullptr ? CameraOption(arguments_.camera)
+                                      : share_.files->camera(arguments_.camera);
+  }
+  if (!pictures_) pictures_ = std::make_shared<const InputPictures>(arguments_, share_.files);
   times_.read = reading.seconds();
 }
 
@@ -156,6 +159,23 @@ void FrameJob::warn(const std::string& text) {
   warnings_.push_back(text);
 }
 
+// The same, of what is so for all frames: told with the first of them, and not of it.
+void FrameJob::warnOnce(const std::string& text) {
+  if (share_.files == nullptr) {
+    warn(text);
+    return;
+  }
+  if (text.empty()) return;
+  if (share_.files->isNews(text)) printWarning(text);
+  warnings_.push_back(text);
+}
+
+// The same, of the file on that input.
+void FrameJob::warnOf(int input, const std::string& text) {
+  const bool ofAll = share_.files != nullptr && share_.files->has(pictures_->fileOf(input));
+  ofAll ? warnOnce(text) : warn(text);
+}
+
 void FrameJob::applyChannels(Node& node) {
   std::unique_ptr<Picture> withDepths;
   const auto source = [&](const Knob& knob, const ControlSetting& setting) -> const Picture* {
@@ -166,7 +186,7 @@ void FrameJob::applyChannels(Node& node) {
       return withDepths.get();
     }
     if (picture == nullptr && setting.value != "none") {
-      warn(setting.text + ": has no effect without " + optionFor(input));
+      warnOnce(setting.text + ": has no effect without " + optionFor(input));
     }
     return picture;
   };
@@ -209,14 +229,14 @@ std::vector<PlannedChannel> FrameJob::planFor(const Node& node) {
   std::vector<PlannedChannel> plan =
       planChannels(pictures_->image(), node, wantedChannels(arguments_));
   if (const Picture* kernel = pictures_->at(kKernelInput)) {
-    warn(missingKernelWarning(*kernel, node, plan));
+    warnOf(kKernelInput, missingKernelWarning(*kernel, node, plan));
   }
-  warn(unusedKernelWarning(*pictures_, node));
-  warn(unusedMattesWarning(*pictures_, node));
+  warnOf(kKernelInput, unusedKernelWarning(*pictures_, node));
+  warnOf(kMattesInput, unusedMattesWarning(*pictures_, node));
   if (const DeepExrSource* deep = pictures_->deep()) warn(opaqueWarning(*deep));
   const Picture& seen = mended_ ? *mended_ : pictures_->image();
   notFinite_ = notFinitePixels(seen, plan);
-  warn(notFiniteWarning(seen, notFinite_));
+  warnOf(kImageInput, notFiniteWarning(seen, notFinite_));
   warnOfInputs(node, plan);
   return plan;
 }
@@ -230,8 +250,8 @@ void FrameJob::warnOfInputs(const Node& node, const std::vector<PlannedChannel>&
   const std::string ofMattes =
       mattes == nullptr ? std::string() : notFiniteMattesWarning(*mattes, node);
   finiteBeside_ = ofKernel.empty() && ofMattes.empty();
-  warn(ofKernel);
-  warn(ofMattes);
+  warnOf(kKernelInput, ofKernel);
+  warnOf(kMattesInput, ofMattes);
 }
 
 bool FrameJob::sourcesAreFinite() const {

@@ -19,6 +19,7 @@
 #include "render/FrameStats.h"
 #include "render/InputPictures.h"
 #include "render/Report.h"
+#include "render/SharedFiles.h"
 #include "sequence/FrameOutcome.h"
 #include "sequence/FrameRunner.h"
 #include "sequence/FrameTask.h"
@@ -30,7 +31,8 @@ namespace drevintool {
 struct FrameShare {
   const DD::Image::Op::Description& description;
   const ControlChanges& changes;
-  bool wantsReport = false;  ///< also where a frame has no report file of its own
+  bool wantsReport = false;      ///< also where a frame has no report file of its own
+  SharedFiles* files = nullptr;  ///< that all frames read; null: none
 };
 
 /// Told how far a frame is, on the thread that renders it.
@@ -59,6 +61,8 @@ class FrameJob : public FrameWork {
  private:
   embedded::RenderResult render(Node& node, const std::vector<PlannedChannel>& plan) const;
   void warn(const std::string& text);
+  void warnOnce(const std::string& text);
+  void warnOf(int input, const std::string& text);
   void applyChannels(Node& node);
   void applyFocus(Node& node);
   void applyFixes(Node& node, ConnectedInputs& inputs);

@@ -13,9 +13,12 @@ namespace drevintool {
 
 namespace {
 
-// The file's picture, made ready to stand beside the deep one if there is one.
-Picture readImage(const std::string& path, const DeepExrSource* deep) {
-  Picture picture = readExr(path);
+Picture readFile(const std::string& path, SharedFiles* shared) {
+  return shared == nullptr ? readExr(path) : shared->picture(path);
+}
+
+// Made ready to stand beside the deep picture if there is one.
+Picture asImage(Picture picture, const DeepExrSource* deep) {
   if (deep != nullptr) {
     checkSameFormat(picture, *deep);
     addBlackColours(picture);
@@ -25,14 +28,18 @@ Picture readImage(const std::string& path, const DeepExrSource* deep) {
 
 }  // namespace
 
-InputPictures::InputPictures(const RenderArguments& arguments) : imageFile_(arguments.input) {
+InputPictures::InputPictures(const RenderArguments& arguments, SharedFiles* shared)
+    : imageFile_(arguments.input) {
   if (!arguments.deep.empty()) {
     deep_ = std::make_shared<DeepExrSource>(arguments.deep, arguments.deepPart, arguments.view);
   }
-  pictures_.push_back({kImageInput, imageFile_.empty() ? blackPicture(*deep_)
-                                                       : readImage(imageFile_, deep_.get())});
-  if (!arguments.kernel.empty()) pictures_.push_back({kKernelInput, readExr(arguments.kernel)});
-  if (!arguments.mattes.empty()) pictures_.push_back({kMattesInput, readExr(arguments.mattes)});
+  pictures_.push_back({kImageInput, imageFile_.empty()
+                                        ? blackPicture(*deep_)
+                                        : asImage(readFile(imageFile_, shared), deep_.get())});
+  if (!arguments.kernel.empty())
+    pictures_.push_back({kKernelInput, readFile(arguments.kernel, shared)});
+  if (!arguments.mattes.empty())
+    pictures_.push_back({kMattesInput, readFile(arguments.mattes, shared)});
   numberChannels();
 }
 

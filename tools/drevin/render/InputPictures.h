@@ -13,6 +13,7 @@
 #include "arguments/RenderArguments.h"
 #include "deep/DeepExrSource.h"
 #include "picture/Picture.h"
+#include "render/SharedFiles.h"
 
 namespace drevintool {
 
@@ -35,8 +36,9 @@ class InputPictures {
  public:
   /// Reads the flat files that the arguments name and opens the deep one, whose samples are read
   /// while rows are rendered. Beside a deep picture input 0 has R, G, B and A in any case, black
-  /// where its file lacks them; without a file it is black all over. Throws ToolError.
-  explicit InputPictures(const RenderArguments& arguments);
+  /// where its file lacks them; without a file it is black all over. Files in `shared` are read
+  /// once for all that it is given to. Throws ToolError.
+  explicit InputPictures(const RenderArguments& arguments, SharedFiles* shared = nullptr);
 
   /// The flat picture on that input, or null.
   const Picture* at(int input) const;

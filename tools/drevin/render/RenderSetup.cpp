@@ -5,6 +5,7 @@
 #include "EmbeddedHost/DeepOrder.h"
 #include "controls/CameraOption.h"
 #include "picture/MemoryBudget.h"
+#include "render/LittleMemory.h"
 
 namespace drevintool {
 namespace {
@@ -36,6 +37,7 @@ void checkCamera(const RenderArguments& arguments, const RenderArguments& first,
 }  // namespace
 
 unsigned setUpProcess(const RenderArguments& arguments) {
+  prepareForLittleMemory();
   const unsigned threads =
       arguments.threads == 0 ? embedded::usableProcessors() : arguments.threads;
   chooseThreads(threads);

@@ -2,12 +2,14 @@
 
 /// How one frame ended.
 
+#include <algorithm>
 #include <memory>
 #include <nlohmann/json_fwd.hpp>
 #include <string>
 #include <vector>
 
 #include "terminal/ExitCode.h"
+#include "terminal/NoMemory.h"
 
 namespace drevintool {
 
@@ -19,6 +21,10 @@ struct FrameOutcome {
   std::shared_ptr<const nlohmann::ordered_json> report;
 
   bool failed() const { return code != ExitCode::Done; }
+  /// Whether it failed for want of memory, so that it may be done when there is more.
+  bool wantsMemory() const {
+    return failed() && std::any_of(errors.begin(), errors.end(), saysNoMemory);
+  }
 };
 
 }  // namespace drevintool

@@ -60,6 +60,8 @@ class Runner {
         others.emplace_back([this] { finishAll(); });
     } catch (const std::system_error&) {
       // The system gives no more: fewer frames at a time.
+    } catch (const std::bad_alloc&) {
+      // As above.
     }
     if (reader.joinable()) {
       finishAll();
@@ -72,8 +74,11 @@ class Runner {
   }
 
   void oneByOne() {
-    for (std::size_t index = 0; index < count_ && !stopped(); ++index)
-      finish(read(index));
+    for (std::size_t index = 0; index < count_ && !stopped(); ++index) {
+      ReadFrame frame = read(index);
+      complete(frame);
+      end(std::move(frame));
+    }
   }
 
  private:
@@ -88,11 +93,15 @@ class Runner {
     return frame;
   }
 
-  void finish(ReadFrame frame) {
+  // What the frame holds goes with its end.
+  static void complete(ReadFrame& frame) {
     if (!frame.outcome.failed()) {
       frame.outcome = outcomeOf([&] { return frame.work->finish(); });
     }
     frame.work.reset();
+  }
+
+  void end(ReadFrame frame) {
     const std::lock_guard<std::mutex> lock(endedMutex_);
     if (frame.outcome.failed() && !options_.goOnAfterFailure) stop();
     ended_(frame.index, std::move(frame.outcome));
@@ -102,12 +111,15 @@ class Runner {
     const std::size_t ahead = std::max(1U, options_.inFlight);
     for (std::size_t index = 0; index < count_; ++index) {
       std::unique_lock<std::mutex> lock(mutex_);
-      changed_.wait(lock,
-                    [&] { return stopped_ || (waiting_.size() < ahead && readingAgain_ == 0); });
+      changed_.wait(lock, [&] {
+        return stopped_ || (waiting_.size() < ahead && readingAgain_ == 0 && wantingAll_ == 0);
+      });
       if (stopped_ || caughtSignal() != 0) break;
+      ++busy_;
       lock.unlock();
       ReadFrame frame = read(index);
       lock.lock();
+      --busy_;
       waiting_.push_back(std::move(frame));
       changed_.notify_all();
     }
@@ -118,12 +130,15 @@ class Runner {
 
   void finishAll() {
     while (std::optional<ReadFrame> frame = next()) {
-      if (frame->outcome.failed()) readAgain(*frame);
-      finish(std::move(*frame));
+      if (!frame->work || frame->outcome.failed()) readAgain(*frame);
+      complete(*frame);
+      if (frame->outcome.wantsMemory()) completeAlone(*frame);
+      end(std::move(*frame));
+      leave();
     }
   }
 
-  // Perhaps there was not enough memory beside the frames before it.
+  // What could not be read beside the frames before it, or had to go for one of them.
   void readAgain(ReadFrame& frame) {
     frame = read(frame.index);
     const std::lock_guard<std::mutex> lock(mutex_);
@@ -131,9 +146,31 @@ class Runner {
     changed_.notify_all();
   }
 
+  // Once more from the start, when no other frame holds memory: those that are being finished have
+  // ended then, and those that were read ahead are read again later.
+  void completeAlone(ReadFrame& frame) {
+    {
+      std::unique_lock<std::mutex> lock(mutex_);
+      --busy_;
+      ++wantingAll_;
+      changed_.notify_all();
+      changed_.wait(lock, [&] { return busy_ == 0; });
+      ++busy_;
+      for (ReadFrame& other : waiting_)
+        other.work.reset();
+    }
+    if (options_.onceMore) options_.onceMore(frame.index);
+    frame = read(frame.index);
+    complete(frame);
+    const std::lock_guard<std::mutex> lock(mutex_);
+    --wantingAll_;
+    changed_.notify_all();
+  }
+
   std::optional<ReadFrame> next() {
     std::unique_lock<std::mutex> lock(mutex_);
-    changed_.wait(lock, [&] { return stopped_ || allRead_ || !waiting_.empty(); });
+    changed_.wait(
+        lock, [&] { return stopped_ || (wantingAll_ == 0 && (allRead_ || !waiting_.empty())); });
     if (caughtSignal() != 0 && !stopped_) {
       // The reader may be waiting for room among frames that nobody will take.
       stopped_ = true;
@@ -142,9 +179,16 @@ class Runner {
     if (stopped_ || waiting_.empty()) return std::nullopt;
     ReadFrame frame = std::move(waiting_.front());
     waiting_.pop_front();
-    if (frame.outcome.failed()) ++readingAgain_;
+    if (!frame.work || frame.outcome.failed()) ++readingAgain_;
+    ++busy_;
     changed_.notify_all();
     return frame;
+  }
+
+  void leave() {
+    const std::lock_guard<std::mutex> lock(mutex_);
+    --busy_;
+    changed_.notify_all();
   }
 
   void stop() {
@@ -166,6 +210,8 @@ class Runner {
   std::mutex mutex_;
   std::condition_variable changed_;
   std::deque<ReadFrame> waiting_;
+  int busy_ = 0;        // frames that are being read or finished
+  int wantingAll_ = 0;  // frames that are, or are to be, completed alone
   int readingAgain_ = 0;
   bool allRead_ = false;
   bool stopped_ = false;

@@ -164,6 +164,18 @@ std::string SequencePlan::filled(const Path& path, const FrameTask& task) {
   return path.pattern.path(task.frame.value_or(0), task.view);
 }
 
+std::set<std::string> SequencePlan::sharedFiles() const {
+  std::set<std::string> files;
+  if (tasks_.size() < 2) return files;
+  for (const char* option : {"--input", "--kernel", "--mattes", "--camera"}) {
+    const Path& path = pathOf(option);
+    const std::string file = filled(path, tasks_.front());
+    const bool each = path.pattern.hasFrame() || path.pattern.hasView();
+    if (!each && !file.empty()) files.insert(file);
+  }
+  return files;
+}
+
 RenderArguments SequencePlan::argumentsOf(const FrameTask& task) const {
   RenderArguments arguments = arguments_;
   arguments.frames.clear();

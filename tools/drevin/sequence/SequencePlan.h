@@ -3,6 +3,8 @@
 /// Which pictures a command line asks for, and the files of each.
 
 #include <cstddef>
+#include <set>
+#include <string>
 #include <vector>
 
 #include "arguments/RenderArguments.h"
@@ -24,6 +26,8 @@ class SequencePlan {
   bool reportsEach() const { return reportsEach_; }
   /// All views of the first frame, then those of the next.
   const std::vector<FrameTask>& tasks() const { return tasks_; }
+  /// Files that all pictures read, none if there is but one.
+  std::set<std::string> sharedFiles() const;
   /// The arguments of one picture: paths with its frame and view in their places.
   RenderArguments argumentsOf(const FrameTask& task) const;
 

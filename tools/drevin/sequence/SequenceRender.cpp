@@ -40,7 +40,8 @@ class SequenceRender {
  public:
   SequenceRender(const FrameShare& share, const SequencePlan& plan,
                  const RenderArguments& arguments, unsigned threads)
-      : share_(share),
+      : files_(plan.sharedFiles()),
+        share_{share.description, share.changes, share.wantsReport, &files_},
         plan_(plan),
         arguments_(arguments),
         inFlight_(chooseFramesInFlight(arguments, pixelsOf(plan), threads, plan.tasks().size())),
@@ -50,7 +51,8 @@ class SequenceRender {
   int run() {
     plan_.checkInputs();
     runFrames(
-        plan_.tasks().size(), {inFlight_, arguments_.skipBadFrames},
+        plan_.tasks().size(),
+        {inFlight_, arguments_.skipBadFrames, [this](std::size_t index) { tellOnceMore(index); }},
         [this](std::size_t index) { return makeJob(index); },
         [this](std::size_t index, FrameOutcome outcome) { end(index, std::move(outcome)); });
     progress_.clear();
@@ -70,6 +72,14 @@ class SequenceRender {
       progress_.show(index, progress);
     };
     return std::make_unique<FrameJob>(share_, task, std::move(arguments), show);
+  }
+
+  void tellOnceMore(std::size_t index) {
+    if (arguments_.quiet) return;
+    progress_.clear();
+    printNote(withFrameName(plan_.tasks()[index],
+                            "there was not enough memory beside other frames; once more alone "
+                            "(--frames-in-flight 1 avoids that)"));
   }
 
   // Called for one frame at a time.
@@ -141,7 +151,8 @@ class SequenceRender {
     return static_cast<int>(ExitCode::RenderFailed);
   }
 
-  const FrameShare& share_;
+  SharedFiles files_;
+  const FrameShare share_;
   const SequencePlan& plan_;
   const RenderArguments& arguments_;
   const unsigned inFlight_;

@@ -19,22 +19,22 @@ void SheetMessages::add(bool warning, std::size_t picture, const std::string& te
   const auto same = [&](const Message& m) { return m.warning == warning && m.text == text; };
   auto found = std::find_if(messages_.begin(), messages_.end(), same);
   if (found == messages_.end()) {
-    found = messages_.insert(messages_.end(), {warning, text, picture, 0});
+    found = messages_.insert(messages_.end(), {warning, text, {}});
   }
-  found->first = std::min(found->first, picture);
-  ++found->count;
+  found->pictures.insert(picture);
 }
 
 void SheetMessages::print(const SheetPlan& plan) const {
   std::vector<Message> ordered = messages_;
-  std::stable_sort(ordered.begin(), ordered.end(),
-                   [](const Message& a, const Message& b) { return a.first < b.first; });
+  std::stable_sort(ordered.begin(), ordered.end(), [](const Message& a, const Message& b) {
+    return *a.pictures.begin() < *b.pictures.begin();
+  });
   for (const Message& message : ordered) {
-    const std::string others =
-        message.count > 1 ? " and " + std::to_string(message.count - 1) + " more" : "";
-    const std::string line = message.count >= plan.pictures()
-                                 ? message.text
-                                 : plan.nameOf(message.first) + others + ": " + message.text;
+    const std::size_t count = message.pictures.size();
+    const std::string others = count > 1 ? " and " + std::to_string(count - 1) + " more" : "";
+    const std::string line = count >= plan.pictures() ? message.text
+                                                      : plan.nameOf(*message.pictures.begin()) +
+                                                            others + ": " + message.text;
     message.warning ? printWarning(line) : printNote(line);
   }
 }

@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <mutex>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -26,8 +27,7 @@ class SheetMessages {
   struct Message {
     bool warning = false;
     std::string text;
-    std::size_t first = 0;  // picture
-    std::size_t count = 0;
+    std::set<std::size_t> pictures;  // each once, though it may be made twice
   };
 
   void add(bool warning, std::size_t picture, const std::string& text);
