@@ -52,6 +52,7 @@ void dropPrivileges() {
   limit(RLIMIT_AS, options.addressSpace);
   limit(RLIMIT_FSIZE, options.fileSize);
   limit(RLIMIT_NOFILE, options.openFiles);
+  if (options.inChild) options.inChild();
   execv(command.c_str(), texts.data());
   _exit(127);
 }

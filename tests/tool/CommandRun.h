@@ -19,6 +19,7 @@ struct RunOptions {
   double signalAfterSeconds = 0.0;
   std::function<bool()> signalWhen;  ///< and when it holds, if it is given
   bool unprivileged = false;         ///< as the user nobody, where the test may become that
+  std::function<void()> inChild;     ///< called before it becomes the command
   std::string command;               ///< default: the one that was built
 };
 

@@ -16,6 +16,7 @@
 #include "terminal/ExitCode.h"
 #include "terminal/Messages.h"
 #include "terminal/Signals.h"
+#include "terminal/StandardDescriptors.h"
 #include "terminal/StandardOutput.h"
 
 namespace drevintool {
@@ -75,6 +76,7 @@ int runCommand(int count, const char* const* texts) {
 }  // namespace drevintool
 
 int main(int count, char** texts) {
+  drevintool::occupyStandardDescriptors();
   if (drevintool::isCompletion(count, texts)) return drevintool::runCompletion(count, texts);
   return drevintool::runCommand(count, texts);
 }

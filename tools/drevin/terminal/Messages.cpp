@@ -2,12 +2,12 @@
 
 #include <unistd.h>
 
-#include <cstdio>
 #include <cstdlib>
 
 #include "terminal/Colours.h"
 #include "terminal/OneLine.h"
 #include "terminal/ProgressBar.h"
+#include "terminal/StandardError.h"
 
 namespace drevintool {
 namespace {
@@ -19,7 +19,7 @@ bool isTerminal() {
 // In one piece, so that lines of several processes do not mix; on a terminal over a bar of
 // progress, if there is one.
 void print(const std::string& line) {
-  std::fputs(((isTerminal() ? kClearLine : "") + line).c_str(), stderr);
+  writeStandardError((isTerminal() ? kClearLine : "") + line);
 }
 
 std::string beginning(const std::string& kind, const char* colour) {

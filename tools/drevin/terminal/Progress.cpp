@@ -4,10 +4,10 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <cstdio>
 #include <string>
 
 #include "terminal/ProgressBar.h"
+#include "terminal/StandardError.h"
 
 namespace drevintool {
 namespace {
@@ -22,7 +22,7 @@ ProgressDisplay::ProgressDisplay(bool quiet)
     : quiet_(quiet), terminal_(isatty(STDERR_FILENO) == 1), lastLine_(Clock::now()) {}
 
 ProgressDisplay::~ProgressDisplay() {
-  if (drawn_) std::fputs(kClearLine, stderr);
+  if (drawn_) writeStandardError(kClearLine);
 }
 
 void ProgressDisplay::show(const embedded::Progress& progress) {
@@ -58,8 +58,7 @@ void ProgressDisplay::drawBar(const embedded::Progress& progress, double share,
                         : fmt::format("{}%", static_cast<int>(share * 100.0)),
                     secondsLeft);
   }
-  std::fputs(text.c_str(), stderr);
-  std::fflush(stderr);
+  writeStandardError(text);
   drawn_ = true;
 }
 
@@ -69,14 +68,14 @@ void ProgressDisplay::printLine(double secondsLeft) {
   const bool nearlyDone = secondsLeft >= 0.0 && secondsLeft < kInterval;
   if (nearlyDone || secondsSince(lastLine_) < kInterval) return;
   lastLine_ = Clock::now();
-  fmt::print(stderr, "Progress: {}%\n", percent_);
+  writeStandardError(fmt::format("Progress: {}%\n", percent_));
 }
 
 void ProgressDisplay::finish() {
   if (quiet_) return;
-  if (drawn_) std::fputs(kClearLine, stderr);
+  if (drawn_) writeStandardError(kClearLine);
   drawn_ = false;
-  if (!terminal_) fmt::print(stderr, "Progress: 100%\n");
+  if (!terminal_) writeStandardError("Progress: 100%\n");
 }
 
 }  // namespace drevintool

@@ -4,10 +4,10 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <cstdio>
 #include <utility>
 
 #include "terminal/ProgressBar.h"
+#include "terminal/StandardError.h"
 
 namespace drevintool {
 namespace {
@@ -67,7 +67,7 @@ void SequenceProgress::tell() {
   if (terminal_) {
     draw(share());
   } else {
-    fmt::print(stderr, "Progress: {}%\n", percent_);
+    writeStandardError(fmt::format("Progress: {}%\n", percent_));
   }
 }
 
@@ -76,20 +76,19 @@ void SequenceProgress::draw(double share) {
   const std::size_t frame = std::min(done_ + 1, shares_.size());
   const std::string text = fmt::format("{}{}: {}/{}{}", kClearLine, noun_, frame, shares_.size(),
                                        barText(share, fmt::format("{}%", percent_), left));
-  std::fputs(text.c_str(), stderr);
-  std::fflush(stderr);
+  writeStandardError(text);
   drawn_ = true;
 }
 
 void SequenceProgress::clear() {
   const std::lock_guard<std::mutex> lock(mutex_);
-  if (drawn_) std::fputs(kClearLine, stderr);
+  if (drawn_) writeStandardError(kClearLine);
   drawn_ = false;
 }
 
 void SequenceProgress::finish() {
   clear();
-  if (!quiet_ && !terminal_) fmt::print(stderr, "Progress: 100%\n");
+  if (!quiet_ && !terminal_) writeStandardError("Progress: 100%\n");
 }
 
 }  // namespace drevintool
