@@ -18,6 +18,19 @@ int tilesAlong(int pixels) {
   return (pixels + dvTileSide - 1) / dvTileSide;
 }
 
+/// Whether two splats have shares of the same kernels.
+bool isAlike(const dvSplatRecord& a, const dvSplatRecord& b) {
+  return a.radius == b.radius && (a.near > 0.0F) == (b.near > 0.0F) &&
+         (a.far > 0.0F) == (b.far > 0.0F);
+}
+
+/// Adds to a value; returns the difference of the squares after and before.
+double squareAdded(float added, float& value) {
+  const float before = value;
+  value = before + added;
+  return static_cast<double>(added) * static_cast<double>(2.0F * before + added);
+}
+
 }  // namespace
 
 dvSliceTiles::dvSliceTiles(const dvKernelTable& kernels, std::size_t channels,
@@ -28,7 +41,8 @@ dvSliceTiles::dvSliceTiles(const dvKernelTable& kernels, std::size_t channels,
       sources_(sources),
       kernels_(kernels.largestRadius(), rows.padding(), rows.greatestShift()),
       across_(tilesAlong(sources.width())),
-      units_(channels + 1, 1.0F) {
+      units_(channels + 1, 1.0F),
+      perUnit_(channels, 1.0F) {
   // In a transform a value that is not finite would spread over the whole tile.
   for (int radius = 0; radius <= kernels.largestRadius(); ++radius) {
     if (!kernels.isFinite(radius)) kernels_.bar(radius);
@@ -91,25 +105,51 @@ bool dvSliceTiles::isLight(const Tile& tile, const dvSplatRecord& record, const 
   return light;
 }
 
-dvTileCensus dvSliceTiles::census(const Tile& tile) const {
+template <typename Visit>
+bool dvSliceTiles::forEachRun(const Tile& tile, const Visit& visit) const {
+  bool lights = false;
+  for (const Part& part : tile.parts) {
+    const dvSplatRow& row = part.row->splats->row;
+    const std::size_t stride = row.stride();
+    Run run{part.row, part.records.begin, part.records.begin};
+    const auto end = [&](std::size_t next) {
+      if (run.begin < run.end) visit(run);
+      run.begin = run.end = next;
+    };
+    for (std::size_t r = part.records.begin; r < part.records.end; ++r) {
+      const dvSplatRecord& record = row.records[r];
+      if (isLight(tile, record, row.values.data() + r * stride)) {
+        lights = true;
+        end(r + 1);
+        continue;
+      }
+      if (run.begin < run.end && !isAlike(row.records[run.begin], record)) end(r);
+      run.end = r + 1;
+    }
+    end(part.records.end);
+  }
+  return lights;
+}
+
+void dvSliceTiles::plan(Tile& tile, const dvRowCost& cost, dvTileChoice choice) const {
   dvTileCensus census(kernels_);
-  forEachRecord(
-      tile, [&](const dvGroupRows::Row& from, const dvSplatRecord& record, const float* values) {
-        if (!isLight(tile, record, values)) census.add(kernels_, record, from.shift());
-      });
-  return census;
+  const bool lights = forEachRun(tile, [&](const Run& run) {
+    census.add(kernels_, run.row->splats->row.records[run.begin], run.row->shift(),
+               static_cast<int>(run.end - run.begin));
+  });
+  tile.plan = planTile(census, kernels_, dvTileSide, static_cast<int>(units_.size()), cost, choice);
+  tile.isWhole = tile.plan.largest >= 0 && !lights && census.isWholeBy(tile.plan);
 }
 
 void dvSliceTiles::choose(dvTileChoice choice, const dvRowCost& cost, dvParallel& parallel) {
   if (choice == dvTileChoice::Nothing) return;
   if (choice == dvTileChoice::ByCost && rows_.largestRadius(slice_) < dvLeastTransformed) return;
-  const int planes = static_cast<int>(units_.size());
   parallel.forEach(static_cast<int>(tiles_.size()), [&](int /*worker*/, int item) {
     Tile& tile = tiles_[static_cast<std::size_t>(item)];
     findParts(tile);
     if (tile.parts.empty()) return;
     findLights(tile);
-    tile.plan = planTile(census(tile), kernels_, dvTileSide, planes, cost, choice);
+    plan(tile, cost, choice);
   });
   findUnits();
   findOrder();
@@ -132,6 +172,7 @@ void dvSliceTiles::findUnits() {
     }
     // Smaller ones would overflow the values.
     if (mean > 1e-30F) units_[c] = std::ldexp(1.0F, std::ilogb(mean));
+    perUnit_[c] = 1.0F / units_[c];
   }
 }
 
@@ -163,47 +204,59 @@ void dvSliceTiles::collectImpulses(const Tile& tile, Impulses& impulses) const {
   for (auto& kernel : impulses.byKernel)
     kernel.clear();
   impulses.byKernel.resize(static_cast<std::size_t>(kernels_.count()));
-  const auto add = [&](int radius, float share, const dvGroupRows::Row& from, int place,
-                       const float* values) {
-    const int kernel = share > 0.0F ? kernels_.place(radius, from.shift()) : -1;
-    if (tile.plan.takes(kernel))
-      impulses.byKernel[static_cast<std::size_t>(kernel)].push_back({place, share, values});
-  };
-  forEachRecord(tile, [&](const dvGroupRows::Row& from, const dvSplatRecord& record,
-                          const float* values) {
-    if (isLight(tile, record, values)) return;
-    const int place = (from.splats->centreY - tile.bottom) * dvTileSide + (record.x - tile.left);
-    add(record.radius, record.near, from, place, values);
-    add(record.radius + 1, record.far, from, place, values);
+  forEachRun(tile, [&](const Run& run) {
+    const dvSplatRow& splats = run.row->splats->row;
+    const dvSplatRecord& first = splats.records[run.begin];
+    const std::ptrdiff_t row = run.row->splats->centreY - tile.bottom;
+    const std::ptrdiff_t rowPlace = row * dvTileSide - tile.left;
+    const auto add = [&](int radius, float dvSplatRecord::*share) {
+      const int kernel = first.*share > 0.0F ? kernels_.place(radius, run.row->shift()) : -1;
+      if (!tile.plan.takes(kernel)) return;
+      impulses.byKernel[static_cast<std::size_t>(kernel)].push_back(
+          {&splats, run.begin, run.end, rowPlace, share});
+    };
+    add(first.radius, &dvSplatRecord::near);
+    add(first.radius + 1, &dvSplatRecord::far);
   });
 }
 
-void dvSliceTiles::addToPlanes(const ImpulseList& splats, double kernelSquare,
-                               Impulses& impulses) const {
-  for (std::size_t p = 0; p < units_.size(); ++p) {
-    float* plane = impulses.planes.data() + p * planeSize;
-    const bool isWeight = p == channels_;
-    const float perUnit = 1.0F / units_[p];
-    double squares = 0.0;
-    for (const Impulse& splat : splats) {
-      const float value = isWeight ? splat.share : splat.share * (splat.values[p] * perUnit);
-      const float before = plane[splat.place];
-      plane[splat.place] = before + value;
-      // The difference of the squares after and before.
-      squares += static_cast<double>(value) * static_cast<double>(2.0F * before + value);
-    }
-    impulses.squares[p] += kernelSquare * squares;
+void dvSliceTiles::addToPlanes(const Impulse& impulse, float* planes, double* squares) const {
+  const std::size_t stride = impulse.splats->stride();
+  const float* values = impulse.splats->values.data() + impulse.begin * stride;
+  for (std::size_t r = impulse.begin; r < impulse.end; ++r, values += stride) {
+    const dvSplatRecord& record = impulse.splats->records[r];
+    const float share = record.*impulse.share;
+    float* target = planes + (impulse.rowPlace + record.x);
+    for (std::size_t c = 0; c < channels_; ++c, target += planeSize)
+      squares[c] += squareAdded(share * (values[c] * perUnit_[c]), *target);
+    squares[channels_] += squareAdded(share, *target);
   }
 }
 
-void dvSliceTiles::clearPlanes(const ImpulseList& splats, Impulses& impulses) const {
-  if (splats.size() > planeSize / 8) {
+void dvSliceTiles::addToPlanes(const ImpulseList& kernel, double kernelSquare,
+                               Impulses& impulses) const {
+  std::vector<double>& squares = impulses.kernelSquares;
+  squares.assign(units_.size(), 0.0);
+  for (const Impulse& impulse : kernel)
+    addToPlanes(impulse, impulses.planes.data(), squares.data());
+  for (std::size_t plane = 0; plane < units_.size(); ++plane)
+    impulses.squares[plane] += kernelSquare * squares[plane];
+}
+
+void dvSliceTiles::clearPlanes(const ImpulseList& kernel, Impulses& impulses) const {
+  std::size_t count = 0;
+  for (const Impulse& impulse : kernel)
+    count += impulse.end - impulse.begin;
+  if (count > planeSize / 8) {
     std::fill(impulses.planes.begin(), impulses.planes.end(), 0.0F);
     return;
   }
-  for (std::size_t p = 0; p < units_.size(); ++p) {
-    for (const Impulse& splat : splats)
-      impulses.planes[p * planeSize + static_cast<std::size_t>(splat.place)] = 0.0F;
+  for (std::size_t plane = 0; plane < units_.size(); ++plane) {
+    float* first = impulses.planes.data() + plane * planeSize;
+    for (const Impulse& impulse : kernel) {
+      for (std::size_t r = impulse.begin; r < impulse.end; ++r)
+        first[impulse.rowPlace + impulse.splats->records[r].x] = 0.0F;
+    }
   }
 }
 
@@ -302,22 +355,59 @@ dvSplatRow dvSliceTiles::directRow(std::size_t place) const {
   dvSplatRow direct;
   const dvGroupRows::Row& from = rows_[place];
   const dvSplatRow& row = from.splats->row;
-  const std::size_t stride = row.stride();
   direct.hasGreat = row.hasGreat;
-  for (std::size_t r = row.begin(slice_); r < row.end(slice_); ++r) {
+  for (std::size_t r = row.begin(slice_); r < row.end(slice_);) {
+    const Tile* tile = tileOf(row.records[r].x, from.splats->centreY);
+    std::size_t end = r + 1;
+    if (tile != nullptr) {
+      const auto left = static_cast<std::int64_t>(tile->left);
+      end = row.within(slice_, left, left + dvTileSide).end;
+    }
+    if (tile == nullptr || tile->plan.largest < 0) {
+      append(row, r, end, direct);
+    } else if (!tile->isWhole) {
+      appendLeft(*tile, from, {r, end}, direct);
+    }
+    r = end;
+  }
+  direct.sliceBegin = {0, static_cast<std::uint32_t>(direct.records.size())};
+  return direct;
+}
+
+void dvSliceTiles::append(const dvSplatRow& row, std::size_t begin, std::size_t end,
+                          dvSplatRow& direct) const {
+  const std::size_t stride = row.stride();
+  const dvSplatRecord* records = row.records.data();
+  direct.records.insert(direct.records.end(), records + begin, records + end);
+  for (std::size_t r = begin; r < end; ++r) {
+    const float* values = row.values.data() + r * stride;
+    direct.values.insert(direct.values.end(), values, values + channels_);
+  }
+}
+
+void dvSliceTiles::appendLeft(const Tile& tile, const dvGroupRows::Row& from,
+                              const dvRecordRange& range, dvSplatRow& direct) const {
+  const dvSplatRow& row = from.splats->row;
+  const std::size_t stride = row.stride();
+  int radius = -1;
+  bool takesNear = false;
+  bool takesFar = false;
+  for (std::size_t r = range.begin; r < range.end; ++r) {
     dvSplatRecord record = row.records[r];
     const float* values = row.values.data() + r * stride;
-    const Tile* tile = tileOf(record.x, from.splats->centreY);
-    if (tile != nullptr && tile->plan.largest >= 0 && !isLight(*tile, record, values)) {
-      if (tile->plan.takes(kernels_.place(record.radius, from.shift()))) record.near = 0.0F;
-      if (tile->plan.takes(kernels_.place(record.radius + 1, from.shift()))) record.far = 0.0F;
+    if (record.radius != radius) {
+      radius = record.radius;
+      takesNear = tile.plan.takes(kernels_.place(radius, from.shift()));
+      takesFar = tile.plan.takes(kernels_.place(radius + 1, from.shift()));
+    }
+    if (!isLight(tile, record, values)) {
+      if (takesNear) record.near = 0.0F;
+      if (takesFar) record.far = 0.0F;
     }
     if (record.near == 0.0F && record.far == 0.0F) continue;
     direct.records.push_back(record);
     direct.values.insert(direct.values.end(), values, values + channels_);
   }
-  direct.sliceBegin = {0, static_cast<std::uint32_t>(direct.records.size())};
-  return direct;
 }
 
 }  // namespace drevin

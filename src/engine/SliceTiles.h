@@ -69,33 +69,47 @@ class dvSliceTiles {
     std::vector<Part> parts;  ///< its splats
     dvTilePlan plan;
     std::vector<float> light;  ///< by channel, then of the share: what is above is direct
+    bool isWhole = false;      ///< nothing is left to the rows
   };
-  /// A splat's share of one kernel, by its place in the tile.
+  /// Neighbours in a row with shares of the same kernels, none of them a light.
+  struct Run {
+    const dvGroupRows::Row* row;
+    std::size_t begin;  ///< of the row's records
+    std::size_t end;
+  };
+  /// What a run adds to one kernel.
   struct Impulse {
-    int place;
-    float share;
-    const float* values;
+    const dvSplatRow* splats;
+    std::size_t begin;
+    std::size_t end;
+    std::ptrdiff_t rowPlace;  ///< in the tile, of column 0 of the picture
+    float dvSplatRecord::*share;
   };
   using ImpulseList = std::vector<Impulse>;
   /// A tile being summed, and what that needs.
   struct Impulses {
     std::unique_ptr<dvTileSum> sum;
     std::vector<ImpulseList> byKernel;
-    std::vector<float> planes;    ///< of one kernel; zeros in between
-    std::vector<double> squares;  ///< of all kernels by plane, times that of the kernels
+    std::vector<float> planes;          ///< of one kernel; zeros in between
+    std::vector<double> squares;        ///< of all kernels by plane, times that of the kernels
+    std::vector<double> kernelSquares;  ///< of the splats of one kernel
   };
 
   void findParts(Tile& tile) const;
   template <typename Visit>
   void forEachRecord(const Tile& tile, const Visit& visit) const;
+  /// Returns whether there are lights, which are in no run.
+  template <typename Visit>
+  bool forEachRun(const Tile& tile, const Visit& visit) const;
   void findLights(Tile& tile) const;
-  dvTileCensus census(const Tile& tile) const;
+  void plan(Tile& tile, const dvRowCost& cost, dvTileChoice choice) const;
   void findUnits();
   void findOrder();
   void collectImpulses(const Tile& tile, Impulses& impulses) const;
-  /// Adds the splats to the planes, and their squares to those of all.
-  void addToPlanes(const ImpulseList& splats, double kernelSquare, Impulses& impulses) const;
-  void clearPlanes(const ImpulseList& splats, Impulses& impulses) const;
+  /// Adds the splats of a kernel to the planes, and their squares to those of all.
+  void addToPlanes(const ImpulseList& kernel, double kernelSquare, Impulses& impulses) const;
+  void addToPlanes(const Impulse& impulse, float* planes, double* squares) const;
+  void clearPlanes(const ImpulseList& kernel, Impulses& impulses) const;
   void sumTile(const Tile& tile, const dvParallel& parallel, Impulses& impulses,
                dvSpectrumCache& spectra, const dvTransformRounding& rounding) const;
   void addRounding(const Tile& tile, const Impulses& impulses, dvTransformRounding& rounding) const;
@@ -104,6 +118,10 @@ class dvSliceTiles {
                dvTransformRounding& rounding) const;
   static dvFrameBox reachOf(const Tile& tile);
   static bool isLight(const Tile& tile, const dvSplatRecord& record, const float* values);
+  void append(const dvSplatRow& row, std::size_t begin, std::size_t end, dvSplatRow& direct) const;
+  /// Appends what the tile's plan leaves of records of a row.
+  void appendLeft(const Tile& tile, const dvGroupRows::Row& from, const dvRecordRange& range,
+                  dvSplatRow& direct) const;
   /// Null outside the tiles.
   const Tile* tileOf(int x, int y) const;
 
@@ -115,6 +133,7 @@ class dvSliceTiles {
   int across_;
   std::vector<Tile> tiles_;
   std::vector<float> units_;        ///< by plane
+  std::vector<float> perUnit_;      ///< by channel, 1 / unit
   std::vector<const Tile*> order_;  ///< in which those with transforms are added
 };
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 #include <utility>
 
 #include "defocus/KernelPair.h"
@@ -10,6 +11,9 @@
 namespace drevin {
 
 namespace {
+
+/// Room that a row of records begins with where nothing is expected.
+constexpr std::size_t leastRecords = 16;
 
 /// The two kernels as neighbouring radii: a pair that the end of the bank has made one size counts
 /// as the nearer.
@@ -76,11 +80,7 @@ dvSplatLineMaker::Centred& dvSplatLineMaker::otherRowAt(int y, std::size_t chann
   if (place == rows.end() || place->y != y) {
     place = rows.emplace(place, y);
     // Only what is not shifted stays on one row.
-    if (rows.size() == 1) {
-      place->slices.reserve(expected_);
-      place->records.reserve(expected_);
-      place->values.reserve(expected_ * channels);
-    }
+    if (rows.size() == 1) makeRoom(expected_, channels, *place);
   }
   group.last = static_cast<std::size_t>(place - rows.begin());
   return *place;
@@ -118,35 +118,52 @@ bool dvSplatLineMaker::addNotFinite(const dvSplatGroup& group, std::uint32_t sli
   return true;
 }
 
-inline void dvSplatLineMaker::addRecord(const dvSplatGroup& group, std::uint32_t slice, int x,
-                                        const Kernels& kernels, Centred& centred) const {
-  if (!centred.slices.empty() && slice < centred.slices.back()) centred.inOrder = false;
-  centred.slices.push_back(slice);
-  centred.records.push_back(recordOf(kernels.radius, kernels.share, x));
-  float greatest = 0.0F;
+void dvSplatLineMaker::makeRoom(std::size_t records, std::size_t channels, Centred& centred) {
+  centred.slices.resize(records);
+  centred.records.resize(records);
+  centred.values.resize(records * channels);
+}
+
+inline bool dvSplatLineMaker::takeValues(const dvSplatGroup& group, Centred& centred,
+                                         float& greatest) const {
+  const std::size_t channels = group.places.size();
+  if (centred.count == centred.records.size())
+    makeRoom(std::max(2 * centred.count, leastRecords), channels, centred);
+  float* values = centred.values.data() + centred.count * channels;
+  bool finite = true;
   for (const std::size_t place : group.places) {
-    const float value = std::isfinite(values_[place]) ? values_[place] : 0.0F;
-    greatest = std::fmax(greatest, std::fabs(value));
-    centred.values.push_back(value);
+    const float size = std::fabs(values_[place]);
+    const bool usable = size <= std::numeric_limits<float>::max();
+    finite = finite && usable;
+    greatest = usable && size > greatest ? size : greatest;
+    *values++ = usable ? values_[place] : 0.0F;
   }
-  const float share = centred.records.back().near + centred.records.back().far;
-  centred.hasGreat = centred.hasGreat || greatest * share > dvGreatValue || share > dvGreatValue;
+  return finite;
 }
 
 inline void dvSplatLineMaker::addToGroup(const dvSplatGroup& group, const dvSplatSource& source,
                                          const Kernels& kernels, Group& made) const {
+  const bool moves = group.shift != 0.0F;
   const float distance =
-      group.shift == 0.0F ? 0.0F : shiftDistance(group.shift, source.coc, source.chromaticMatte);
-  const int x = shiftedPlace(source.x, distance);
-  Centred& centred = rowAt(shiftedPlace(source.y, distance), group.places.size(), made);
-  bool finite = std::isfinite(kernels.share[0]) && std::isfinite(kernels.share[1]);
+      moves ? shiftDistance(group.shift, source.coc, source.chromaticMatte) : 0.0F;
+  const int x = moves ? shiftedPlace(source.x, distance) : source.x;
+  const int y = moves ? shiftedPlace(source.y, distance) : source.y;
+  Centred& centred = rowAt(y, group.places.size(), made);
+  float greatest = 0.0F;
+  const bool valuesFinite = takeValues(group, centred, greatest);
+  const bool sharesFinite = std::isfinite(kernels.share[0]) && std::isfinite(kernels.share[1]);
   // A value of 1 times an infinite share is not its own weight: that one is spread as a number.
-  centred.lastIsOne = centred.lastIsOne && finite && values_[group.places.back()] == 1.0F;
-  for (const std::size_t place : group.places)
-    finite = finite && std::isfinite(values_[place]);
+  centred.lastIsOne = centred.lastIsOne && sharesFinite && values_[group.places.back()] == 1.0F;
   const auto slice = static_cast<std::uint32_t>(source.slice);
-  if (finite || addNotFinite(group, slice, x, kernels, centred))
-    addRecord(group, slice, x, kernels, centred);
+  const bool finite = valuesFinite && sharesFinite;
+  if (!finite && !addNotFinite(group, slice, x, kernels, centred)) return;
+  const std::size_t place = centred.count++;
+  centred.inOrder = centred.inOrder && (place == 0 || centred.slices[place - 1] <= slice);
+  centred.slices[place] = slice;
+  const dvSplatRecord record = recordOf(kernels.radius, kernels.share, x);
+  centred.records[place] = record;
+  const float share = record.near + record.far;
+  centred.hasGreat = centred.hasGreat || greatest * share > dvGreatValue || share > dvGreatValue;
 }
 
 void dvSplatLineMaker::splat(const dvSplatSource& source) {
@@ -158,7 +175,8 @@ void dvSplatLineMaker::splat(const dvSplatSource& source) {
     addToGroup(settings_.groups[g], source, kernels, groups_[g]);
 }
 
-dvSplatRow dvSplatLineMaker::sorted(Centred& centred, std::size_t slices) {
+dvSplatRow dvSplatLineMaker::sorted(Centred& centred, std::size_t channels, std::size_t slices) {
+  makeRoom(centred.count, channels, centred);
   dvSplatRow row;
   row.hasGreat = centred.hasGreat;
   row.sliceBegin.assign(slices + 1, 0);
@@ -174,7 +192,6 @@ dvSplatRow dvSplatLineMaker::sorted(Centred& centred, std::size_t slices) {
   std::vector<std::uint32_t> next(row.sliceBegin.begin(), row.sliceBegin.end() - 1);
   row.records.resize(centred.records.size());
   row.values.resize(centred.values.size());
-  const std::size_t channels = centred.values.size() / centred.records.size();
   for (std::size_t i = 0; i < centred.records.size(); ++i) {
     const std::size_t place = next[centred.slices[i]]++;
     row.records[place] = centred.records[i];
@@ -188,12 +205,14 @@ dvSplatLine dvSplatLineMaker::line() {
   dvSplatLine line;
   line.sourceY = sourceY_;
   for (Group& group : groups_) {
+    const dvSplatGroup& settings = settings_.groups[line.groups.size()];
     std::vector<dvCentredSplats> centred;
     for (Centred& splats : group.rows) {
-      centred.push_back({splats.y, sorted(splats, settings_.slices), std::move(splats.specials),
-                         std::move(splats.notFinite), splats.lastIsOne});
+      centred.push_back({splats.y, sorted(splats, settings.places.size(), settings_.slices),
+                         std::move(splats.specials), std::move(splats.notFinite),
+                         splats.lastIsOne});
       // Blurs move by shifts of their own, past one another.
-      if (settings_.groups[line.groups.size()].shift != 0.0F) centred.back().row.sortByColumn();
+      if (settings.shift != 0.0F) centred.back().row.sortByColumn();
     }
     line.groups.push_back(std::move(centred));
     group = {};

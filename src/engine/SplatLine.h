@@ -76,6 +76,7 @@ class dvSplatLineMaker {
     bool inOrder = true;  ///< no slice is followed by a smaller one
     bool lastIsOne = true;
     bool hasGreat = false;
+    std::size_t count = 0;              ///< of records; the lists have room for more
     std::vector<std::uint32_t> slices;  ///< by record
     std::vector<dvSplatRecord> records;
     std::vector<float> values;
@@ -97,14 +98,16 @@ class dvSplatLineMaker {
   /// 0 for such values.
   bool addNotFinite(const dvSplatGroup& group, std::uint32_t slice, int x, const Kernels& kernels,
                     Centred& centred) const;
-  void addRecord(const dvSplatGroup& group, std::uint32_t slice, int x, const Kernels& kernels,
-                 Centred& centred) const;
+  static void makeRoom(std::size_t records, std::size_t channels, Centred& centred);
+  /// Puts the group's values, 0 for those that are not finite, behind those of all records; whether
+  /// all are finite.
+  bool takeValues(const dvSplatGroup& group, Centred& centred, float& greatest) const;
   void addToGroup(const dvSplatGroup& group, const dvSplatSource& source, const Kernels& kernels,
                   Group& made) const;
   Centred& rowAt(int y, std::size_t channels, Group& group) const;
   Centred& otherRowAt(int y, std::size_t channels, Group& group) const;
   void fillValues(const dvSplatSource& source);
-  static dvSplatRow sorted(Centred& centred, std::size_t slices);
+  static dvSplatRow sorted(Centred& centred, std::size_t channels, std::size_t slices);
 
   const dvLineSettings& settings_;
   int sourceY_;

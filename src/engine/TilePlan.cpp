@@ -31,22 +31,33 @@ dvTileCensus::dvTileCensus(const dvCutKernels& kernels)
     : uses_(static_cast<std::size_t>(kernels.count())),
       splats_(static_cast<std::size_t>(kernels.largestRadius()) + 1) {}
 
-void dvTileCensus::add(const dvCutKernels& kernels, const dvSplatRecord& record, int shift) {
-  ++splats_[static_cast<std::size_t>(record.radius)];
+void dvTileCensus::add(const dvCutKernels& kernels, const dvSplatRecord& record, int shift,
+                       int count) {
+  splats_[static_cast<std::size_t>(record.radius)] += count;
   const int near = record.near > 0.0F ? kernels.place(record.radius, shift) : -1;
   const int far = record.far > 0.0F ? kernels.place(record.radius + 1, shift) : -1;
   const bool both = record.near > 0.0F && record.far > 0.0F;
-  if (near >= 0)
-    ++(both ? uses_[static_cast<std::size_t>(near)].near
-            : uses_[static_cast<std::size_t>(near)].alone);
-  if (far >= 0)
-    ++(both ? uses_[static_cast<std::size_t>(far)].far
-            : uses_[static_cast<std::size_t>(far)].alone);
+  hasOthers_ = hasOthers_ || (record.near > 0.0F && near < 0) || (record.far > 0.0F && far < 0);
+  if (near >= 0) {
+    Uses& uses = uses_[static_cast<std::size_t>(near)];
+    (both ? uses.near : uses.alone) += count;
+  }
+  if (far >= 0) {
+    Uses& uses = uses_[static_cast<std::size_t>(far)];
+    (both ? uses.far : uses.alone) += count;
+  }
 }
 
 bool dvTileCensus::has(int place) const {
   const Uses& uses = uses_[static_cast<std::size_t>(place)];
   return uses.alone > 0 || uses.near > 0 || uses.far > 0;
+}
+
+bool dvTileCensus::isWholeBy(const dvTilePlan& plan) const {
+  if (hasOthers_) return false;
+  for (int place = 0; place < static_cast<int>(uses_.size()); ++place)
+    if (has(place) && !plan.takes(place)) return false;
+  return true;
 }
 
 double dvTileCensus::spacing(int radius, int side) const {

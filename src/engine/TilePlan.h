@@ -15,18 +15,23 @@ namespace drevin {
 /// How a tile's kernels are chosen.
 enum class dvTileChoice { ByCost, Nothing, Everything };
 
+struct dvTilePlan;
+
 /// How many splats of a tile take each kernel.
 class dvTileCensus {
  public:
   explicit dvTileCensus(const dvCutKernels& kernels);
 
-  /// Counts a splat centred `shift` rows above its source row.
-  void add(const dvCutKernels& kernels, const dvSplatRecord& record, int shift);
+  /// Counts splats like `record`, of the same radius and with shares of the same kernels, centred
+  /// `shift` rows above their source row.
+  void add(const dvCutKernels& kernels, const dvSplatRecord& record, int shift, int count = 1);
 
   /// Time that the splats of a kernel take when they are added row by row, ns; 0 if there are none.
   /// A splat's two kernels are added together: each is half of its cost.
   double directTime(const dvCutKernels& kernels, int place, int side, const dvRowCost& cost) const;
   bool has(int place) const;
+  /// Whether a plan leaves nothing of the splats to the rows.
+  bool isWholeBy(const dvTilePlan& plan) const;
 
  private:
   struct Uses {
@@ -38,6 +43,7 @@ class dvTileCensus {
   /// Of the splats of a nearer size, in columns on a row.
   double spacing(int radius, int side) const;
 
+  bool hasOthers_ = false;   ///< splats of kernels that are not among these
   std::vector<Uses> uses_;   ///< by place among the kernels
   std::vector<int> splats_;  ///< by radius of the nearer size
 };
