@@ -32,6 +32,8 @@ struct dvCompositeCode {
   ///   > absolute * coverage + relative * |colour|,  of coverages above 0.
   bool (*anyInDoubt)(const float* colours, const double* coverage, const dvDoubtLimits& limits,
                      int count);
+  /// Whether any colour is not zero, but no further from it than `limit`.
+  bool (*anyNearZero)(const float* colours, float limit, int count);
 };
 
 /// For the instruction set of simdLevel().

@@ -55,10 +55,19 @@ bool anyInDoubt(const float* __restrict colours, const double* __restrict covera
   return doubtful != 0;
 }
 
+bool anyNearZero(const float* colours, float limit, int count) {
+  int near = 0;
+  for (int i = 0; i < count; ++i)
+    near |= static_cast<int>(colours[i] != 0.0F) & static_cast<int>(colours[i] <= limit) &
+            static_cast<int>(colours[i] >= -limit);
+  return near != 0;
+}
+
 }  // namespace
 
 extern const dvCompositeCode compositeCode;
-const dvCompositeCode compositeCode{takeRoom, layUnder, divide, moveScaled, anyBelow, anyInDoubt};
+const dvCompositeCode compositeCode{takeRoom, layUnder,   divide,     moveScaled,
+                                    anyBelow, anyInDoubt, anyNearZero};
 
 }  // namespace DREVIN_SIMD_LEVEL
 }  // namespace drevin

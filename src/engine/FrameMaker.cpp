@@ -6,6 +6,7 @@
 #include "engine/Composite.h"
 #include "engine/CompositeCode.h"
 #include "engine/DirectSums.h"
+#include "engine/NonZeroReach.h"
 #include "engine/Repair.h"
 
 namespace drevin {
@@ -62,9 +63,7 @@ void dvFrameMaker::makeGroup(std::size_t place, const dvSplatLines& lines, dvFra
     if (!group.rows.isEmpty(slice)) makeSlice(group, slice, planes);
     progress(static_cast<double>(slice + 1) / static_cast<double>(settings_.slices));
   }
-  parallel_.forEach(box_.height(), [&](int worker, int item) {
-    finishRow(group, box_.bottom + item, planes, group.scratches[static_cast<std::size_t>(worker)]);
-  });
+  finish(group, planes);
 }
 
 void dvFrameMaker::makeSlice(Group& group, std::size_t slice, dvFramePlanes& planes) {
@@ -168,17 +167,68 @@ void dvFrameMaker::pointAt(const Group& group, int x, int y, dvFramePlanes& plan
     colours[i] = planes[places[i]].row(y) + (x - planes[places[i]].box().left);
 }
 
-void dvFrameMaker::finishRow(Group& group, int y, dvFramePlanes& planes, Scratch& scratch) const {
-  for (int left = box_.left; left < box_.right && group.rounding != nullptr;
-       left += dvRepairColumns) {
-    const int right = std::min(left + dvRepairColumns, box_.right);
-    double* coverage = group.coverage.row(y) + (left - box_.left);
+void dvFrameMaker::finish(Group& group, dvFramePlanes& planes) {
+  const auto height = static_cast<std::size_t>(box_.height());
+  std::vector<std::uint8_t> later(height, 0);
+  parallel_.forEach(box_.height(), [&](int worker, int item) {
+    Scratch& scratch = group.scratches[static_cast<std::size_t>(worker)];
+    const int y = box_.bottom + item;
+    if (group.rounding != nullptr && mayBeNothing(group, y, planes, scratch)) {
+      later[static_cast<std::size_t>(item)] = 1;
+    } else {
+      finishRow(group, y, nullptr, planes, scratch);
+    }
+  });
+  if (parallel_.aborted() || std::count(later.begin(), later.end(), 1) == 0) return;
+  const dvNonZeroReach reach(group.rows, group.kernels, group.channels, parallel_);
+  parallel_.forEach(box_.height(), [&](int worker, int item) {
+    if (later[static_cast<std::size_t>(item)] == 0) return;
+    Scratch& scratch = group.scratches[static_cast<std::size_t>(worker)];
+    const int y = box_.bottom + item;
+    pointAt(group, box_.left, y, planes, scratch.colours);
+    const std::vector<std::uint8_t> covered =
+        clearUnreached(reach, y, box_.left, box_.right, scratch.colours, group.coverage.row(y));
+    finishRow(group, y, covered.data(), planes, scratch);
+  });
+}
+
+template <typename Visit>
+void dvFrameMaker::forEachCell(Group& group, int y, dvFramePlanes& planes, Scratch& scratch,
+                               const Visit& visit) const {
+  for (int left = box_.left; left < box_.right; left += dvRepairColumns) {
     pointAt(group, left, y, planes, scratch.colours);
-    if (isInDoubt(scratch.colours, coverage, right - left, *group.rounding, left, y)) {
+    if (!visit(left, std::min(left + dvRepairColumns, box_.right))) return;
+  }
+}
+
+bool dvFrameMaker::mayBeNothing(Group& group, int y, dvFramePlanes& planes,
+                                Scratch& scratch) const {
+  bool may = false;
+  forEachCell(group, y, planes, scratch, [&](int left, int right) {
+    may = drevin::mayBeNothing(scratch.colours, group.coverage.row(y) + (left - box_.left),
+                               right - left, *group.rounding, left, y);
+    return !may;
+  });
+  return may;
+}
+
+void dvFrameMaker::repairRow(Group& group, int y, const std::uint8_t* covered,
+                             dvFramePlanes& planes, Scratch& scratch) const {
+  forEachCell(group, y, planes, scratch, [&](int left, int right) {
+    const int column = left - box_.left;
+    double* coverage = group.coverage.row(y) + column;
+    const std::uint8_t* coveredHere = covered == nullptr ? nullptr : covered + column;
+    if (isInDoubt(scratch.colours, coverage, coveredHere, right - left, *group.rounding, left, y)) {
       repairSpan(group.rows, group.kernels, group.signs.get(), settings_.slices, y, left, right,
                  scratch.colours, coverage);
     }
-  }
+    return true;
+  });
+}
+
+void dvFrameMaker::finishRow(Group& group, int y, const std::uint8_t* covered,
+                             dvFramePlanes& planes, Scratch& scratch) const {
+  if (group.rounding != nullptr) repairRow(group, y, covered, planes, scratch);
   const double* coverage = group.coverage.row(y);
   pointAt(group, box_.left, y, planes, scratch.colours);
   divideByCoverage(scratch.colours, coverage, box_.width());

@@ -3,6 +3,7 @@
 /// The defocus of a box at once: slices from the nearest to the farthest, each summed and laid
 /// under what is there.
 
+#include <cstdint>
 #include <functional>
 #include <map>
 #include <memory>
@@ -28,7 +29,8 @@ constexpr std::size_t dvKeptSpectra = std::size_t{64} << 20;
 ///
 /// What goes through a transform has its rounding, which where nearly nothing covers a pixel, or
 /// beside what is far brighter, is more than the pixel itself. So stretches in doubt (Repair.h) are
-/// made anew from splats alone, and what nothing covers stays exactly 0.
+/// made anew from splats alone; what nothing covers, or nothing but zeros is added to, is exactly 0
+/// (NonZeroReach.h).
 class dvFrameMaker {
  public:
   /// `padding`: how far a source row reaches, px. All must outlive this.
@@ -95,7 +97,19 @@ class dvFrameMaker {
   /// The row's places of the channels that are summed, from column x on.
   static void pointAt(const Group& group, int x, int y, dvFramePlanes& planes,
                       std::vector<float*>& colours);
-  void finishRow(Group& group, int y, dvFramePlanes& planes, Scratch& scratch) const;
+  /// Repairs and divides all rows.
+  void finish(Group& group, dvFramePlanes& planes);
+  /// Calls visit(left, right) for the cells of row y, the scratch's colours at their first columns,
+  /// for as long as it returns true.
+  template <typename Visit>
+  void forEachCell(Group& group, int y, dvFramePlanes& planes, Scratch& scratch,
+                   const Visit& visit) const;
+  bool mayBeNothing(Group& group, int y, dvFramePlanes& planes, Scratch& scratch) const;
+  /// `covered` as isInDoubt takes it, of the whole row.
+  void repairRow(Group& group, int y, const std::uint8_t* covered, dvFramePlanes& planes,
+                 Scratch& scratch) const;
+  void finishRow(Group& group, int y, const std::uint8_t* covered, dvFramePlanes& planes,
+                 Scratch& scratch) const;
 
   const dvLineSettings& settings_;
   int padding_;

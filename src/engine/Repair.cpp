@@ -8,10 +8,47 @@
 
 namespace drevin {
 
-bool isInDoubt(const std::vector<float*>& colours, const double* coverage, int count,
-               const dvTransformRounding& rounding, int x, int y) {
+namespace {
+
+bool anyThin(const double* coverage, const std::uint8_t* covered, int count) {
+  if (!compositeCode().anyBelow(coverage, dvRepairCoverage, count)) return false;
+  if (covered == nullptr) return true;
+  for (int i = 0; i < count; ++i)
+    if (covered[i] != 0 && coverage[i] < dvRepairCoverage) return true;
+  return false;
+}
+
+}  // namespace
+
+bool mayBeNothing(const std::vector<float*>& colours, const double* coverage, int count,
+                  const dvTransformRounding& rounding, int x, int y) {
+  if (anyThin(coverage, nullptr, count)) return true;
+  for (std::size_t c = 0; c < colours.size(); ++c) {
+    const double noise = dvRepairNoise * rounding.error(static_cast<int>(c), x, y);
+    if (compositeCode().anyNearZero(colours[c], static_cast<float>(noise), count)) return true;
+  }
+  return false;
+}
+
+std::vector<std::uint8_t> clearUnreached(const dvNonZeroReach& reach, int y, int left, int right,
+                                         const std::vector<float*>& colours, double* coverage) {
+  const auto width = static_cast<std::size_t>(right - left);
+  std::vector<std::uint8_t> covered = reach.row(colours.size(), y, left, right);
+  for (std::size_t c = 0; c < colours.size(); ++c) {
+    const std::vector<std::uint8_t> reached = reach.row(c, y, left, right);
+    for (std::size_t i = 0; i < width; ++i)
+      if (reached[i] == 0) colours[c][i] = 0.0F;
+  }
+  for (std::size_t i = 0; i < width; ++i)
+    if (covered[i] == 0) coverage[i] = 0.0;
+  return covered;
+}
+
+bool isInDoubt(const std::vector<float*>& colours, const double* coverage,
+               const std::uint8_t* covered, int count, const dvTransformRounding& rounding, int x,
+               int y) {
   const dvCompositeCode& code = compositeCode();
-  if (code.anyBelow(coverage, dvRepairCoverage, count)) return true;
+  if (anyThin(coverage, covered, count)) return true;
   const double weightError = rounding.error(static_cast<int>(colours.size()), x, y);
   for (std::size_t c = 0; c < colours.size(); ++c) {
     const double error = rounding.error(static_cast<int>(c), x, y);

@@ -3,10 +3,12 @@
 /// Where the rounding of transforms might show, pixels are made anew without them.
 
 #include <cstddef>
+#include <cstdint>
 #include <vector>
 
 #include "engine/GroupRows.h"
 #include "engine/KernelTable.h"
+#include "engine/NonZeroReach.h"
 #include "engine/TransformRounding.h"
 
 namespace drevin {
@@ -18,6 +20,22 @@ constexpr double dvRepairCoverage = 1e-2;
 constexpr double dvRepairAbsolute = 2.5e-6;
 constexpr double dvRepairRelative = 2.5e-5;
 
+/// Sums this many times what rounding may put them off by, or less, may be nothing but rounding.
+constexpr double dvRepairNoise = 2.0;
+
+/// Whether the columns from x on of row y, all in one cell of `rounding`, have a pixel that may
+/// hold nothing but rounding: a coverage below dvRepairCoverage, or
+///
+///   0 < |colour[c]| <= dvRepairNoise * e[c]
+bool mayBeNothing(const std::vector<float*>& colours, const double* coverage, int count,
+                  const dvTransformRounding& rounding, int x, int y);
+
+/// Puts exact zeros where nothing but zeros is added to the columns [left, right) of row y: in a
+/// colour, or where nothing covers a pixel in all of it. `colours` and `coverage` begin at column
+/// `left`. Gives the columns that something covers, 1 or 0 for each.
+std::vector<std::uint8_t> clearUnreached(const dvNonZeroReach& reach, int y, int left, int right,
+                                         const std::vector<float*>& colours, double* coverage);
+
 /// Whether the columns from x on of row y, all in one cell of `rounding`, have a pixel for which
 ///
 ///   coverage < dvRepairCoverage   or
@@ -25,8 +43,11 @@ constexpr double dvRepairRelative = 2.5e-5;
 ///   |colour[c]|
 ///
 ///   colour[c], coverage  sums of all slices, from x on     e[c], e_w  what they may be off by
-bool isInDoubt(const std::vector<float*>& colours, const double* coverage, int count,
-               const dvTransformRounding& rounding, int x, int y);
+///
+/// `covered`: 0 for columns that nothing covers, of which there is no doubt; null: all are covered.
+bool isInDoubt(const std::vector<float*>& colours, const double* coverage,
+               const std::uint8_t* covered, int count, const dvTransformRounding& rounding, int x,
+               int y);
 
 /// The columns [left, right) of row y from splats alone, slices from the nearest to the farthest:
 /// sums of colours and coverage as compositeSlice leaves them. `colours` and `coverage` begin at

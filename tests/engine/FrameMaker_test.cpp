@@ -155,8 +155,60 @@ TEST(FrameMaker, oneLightOnBlack_isThatOfTheRowCode) {
   const EngineFrame frame(scene);
   const dvFramePlanes planes = frame.make(frame.lines(formatBox(scene)), dvTileChoice::Everything);
   EXPECT_GT(planes[0].row(150)[130], 10.0F);
-  // Black is covered by black: no more than rounding.
-  EXPECT_NEAR(planes[0].row(20)[300], 0.0F, 1e-5F);
+  // Black is covered by black.
+  EXPECT_EQ(planes[0].row(20)[300], 0.0F);
+}
+
+/// How many pixels of the format a test of a plane is true for.
+template <typename Test>
+int pixelsThat(const LiteralScene& scene, const dvFramePlane<float>& plane, const Test& test) {
+  int count = 0;
+  for (int y = 0; y < scene.image.formatHeight; ++y) {
+    for (int x = 0; x < scene.image.formatWidth; ++x)
+      count += test(plane.row(y)[x], x, y) ? 1 : 0;
+  }
+  return count;
+}
+
+bool isNotZero(float value, int /*x*/, int /*y*/) {
+  return value != 0.0F;
+}
+
+TEST(FrameMaker, channelsOfZeros_stayExactlyZero) {
+  LiteralScene scene = farScene(50.0F);
+  scene.image.planes[2] = constantPlane(scene.image.box, 0.0F);
+  expectSceneOfTheRowCode(scene);
+  scene.image.planes[4] = constantPlane(scene.image.box, 0.0F);
+  const EngineFrame frame(scene);
+  const EngineLines lines = frame.lines(formatBox(scene));
+  const dvFramePlanes planes = frame.make(lines, dvTileChoice::Everything);
+  expectAgreement(planes, frame.make(lines, dvTileChoice::Nothing));
+  EXPECT_EQ(pixelsThat(scene, planes[1], isNotZero), 0);
+  EXPECT_EQ(pixelsThat(scene, planes[3], isNotZero), 0);
+  EXPECT_GT(pixelsThat(scene, planes[0], isNotZero), 400 * 290);
+}
+
+// A premultiplied element before nothing, as a renderer gives it: depth everywhere, alpha not.
+TEST(FrameMaker, elementOnNothing_isExactlyZeroBeyondItsReach) {
+  LiteralScene scene = farScene(50.0F);
+  const auto distance = [](int x, int y) { return std::hypot(x - 200, y - 150); };
+  for (int channel = 1; channel <= 4; ++channel) {
+    for (int y = 0; y < scene.image.formatHeight; ++y) {
+      for (int x = 0; x < scene.image.formatWidth; ++x)
+        if (distance(x, y) > 40.0) pixelAt(scene.image, channel, x, y) = 0.0F;
+    }
+  }
+  const EngineFrame frame(scene);
+  const EngineLines lines = frame.lines(formatBox(scene));
+  const dvFramePlanes planes = frame.make(lines, dvTileChoice::Everything);
+  expectAgreement(planes, frame.make(lines, dvTileChoice::Nothing));
+  // A disc spread by a disc of 53 px and its soft rim.
+  const auto isLeftBeyond = [&](float value, int x, int y) {
+    return distance(x, y) > 40.0 + 26.5 + 1.0 && value != 0.0F;
+  };
+  for (const dvFramePlane<float>& plane : planes)
+    EXPECT_EQ(pixelsThat(scene, plane, isLeftBeyond), 0);
+  EXPECT_GT(planes[3].row(150)[200], 0.9F);
 }
 
 TEST(FrameMaker, fewLightsBesideShadows_areThoseOfTheRowCode) {

@@ -19,7 +19,9 @@ class Stretch {
     rounding_.add(1, box_, squares);
     return *this;
   }
-  bool inDoubt() { return isInDoubt({colour.data()}, coverage.data(), count, rounding_, 0, 0); }
+  bool inDoubt() {
+    return isInDoubt({colour.data()}, coverage.data(), nullptr, count, rounding_, 0, 0);
+  }
 
   std::vector<float> colour = std::vector<float>(count, 1.0F);
   std::vector<double> coverage = std::vector<double>(count, 1.0);

@@ -133,7 +133,7 @@ TEST(WholeFrames, deepHoles_areBlackAndTransparentWhereNothingReaches) {
   for (int y = 31 + reach; y < 125 - reach; ++y) {
     for (int x = 61 + reach; x < 140 - reach; ++x) {
       for (int channel = 1; channel <= 4; ++channel)
-        EXPECT_NEAR(renderedAt(result.image, channel, x, y), 0.0F, 1e-6F) << x << ", " << y;
+        EXPECT_EQ(renderedAt(result.image, channel, x, y), 0.0F) << x << ", " << y;
     }
   }
 }
