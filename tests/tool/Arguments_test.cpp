@@ -187,6 +187,16 @@ TEST(Arguments, unknownSubcommand_namesTheNearest) {
   EXPECT_NE(failureOf({}).find("--help"), std::string::npos);
 }
 
+// "--input" is nearer to "inspect" than to most, but no word.
+TEST(Arguments, optionsWithoutASubcommand_arePointedToTheHelp) {
+  for (const std::vector<const char*>& arguments :
+       {std::vector<const char*>{"--input", "a.exr"}, {"--inspect"}, {"-"}}) {
+    const std::string line = failureOf(arguments);
+    EXPECT_NE(line.find("; see drevin --help"), std::string::npos) << line;
+  }
+  EXPECT_NE(failureOf({"--versoin"}).find("did you mean --version?"), std::string::npos);
+}
+
 TEST(Arguments, optionGivenTwice_isRefused) {
   EXPECT_NE(renderFailure({"--input", "other.exr"}).find("--input"), std::string::npos);
 }

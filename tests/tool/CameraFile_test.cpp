@@ -65,6 +65,14 @@ TEST_F(CameraFile, objectsAndArrays_areKeysByFrame) {
   EXPECT_EQ(curves.at("fStop").at(0), 3.0);
 }
 
+TEST_F(CameraFile, folderInItsPlace_saysWhatIsWanted) {
+  const ScratchFolder folder;
+  writeExrFixture(folder.file("in.exr"), rgbazPart(8, 6, 1.0));
+  expectRefused(renderArguments(folder.file("in.exr"), folder.file("out.exr"),
+                                {"--camera", folder.path() + "/"}),
+                3, {folder.path(), "is a directory, not a JSON file of a camera's values"});
+}
+
 TEST_F(CameraFile, unknownKey_namesTheNearest) {
   EXPECT_NE(faultOf("{\"focalLenght\": 50}").find("did you mean focalLength?"), std::string::npos);
 }

@@ -40,6 +40,52 @@ TEST_F(NearestFile, otherFrames_areNotMeant) {
   EXPECT_EQ(hint("street.0008.exr"), "");
 }
 
+// Another sequence beside it, whole or not, has nothing to do with a frame that is missing.
+TEST_F(NearestFile, framesOfOtherSequences_areNotMeant) {
+  writeBytes(folder_.file("a.0001.exr"), "x");
+  for (const char* name : {"b.0001.exr", "b.0002.exr", "b.0003.exr"})
+    writeBytes(folder_.file(name), "x");
+  EXPECT_EQ(hint("a.0003.exr"), "");
+  EXPECT_EQ(hint("c.0003.exr"), "");
+  EXPECT_EQ(hint("c.0004.exr"), "");
+}
+
+TEST_F(NearestFile, sameFrameOfANameThatIsNear_isMeantUnlessItsOwnSequenceIsThere) {
+  EXPECT_EQ(hint("steret.0007.exr"), meant("street.0007.exr"));
+  EXPECT_EQ(hint("steret.0008.exr"), "");
+  writeBytes(folder_.file("steret.0001.exr"), "x");
+  EXPECT_EQ(hint("steret.0007.exr"), "");
+}
+
+TEST_F(NearestFile, sequences_areMeantByTheirPattern) {
+  const auto sequenceHint = [&](const char* name) {
+    return nearestSequenceHint(folder_.file(name));
+  };
+  writeBytes(folder_.file("v2_shot.12.exr"), "x");
+  EXPECT_EQ(sequenceHint("steret.0001.exr"), meant("street.####.exr"));
+  EXPECT_EQ(sequenceHint("street.1.exr"), meant("street.####.exr")) << "other padding";
+  EXPECT_EQ(sequenceHint("v2_shoot.01.exr"), meant("v2_shot.##.exr"));
+  EXPECT_EQ(sequenceHint("street.0001.exr"), "") << "is there, with other frames";
+  EXPECT_EQ(sequenceHint("garden.0001.exr"), "");
+  EXPECT_EQ(sequenceHint("steret.0001.png"), "");
+  EXPECT_EQ(nearestSequenceHint("/no/such/folder/street.0001.exr"), "");
+}
+
+TEST_F(NearestFile, missingFrames_nameANearPatternOnlyIfNoneIsThere) {
+  for (const char* name : {"beauty.0001.exr", "beauty.0002.exr"})
+    writeExrFixture(folder_.file(name), rgbazPart(8, 8, 1.0));
+  const auto errorOf = [&](const char* input, const char* frames) {
+    const RunResult result = runCommand(
+        renderArguments(folder_.file(input), folder_.file("out.#.exr"), {"--frames", frames}));
+    EXPECT_EQ(result.exitCode, 2) << result.error;
+    return result.error;
+  };
+  EXPECT_NE(errorOf("beuaty.####.exr", "1-2").find(meant("beauty.####.exr")), std::string::npos);
+  EXPECT_EQ(errorOf("beauty.####.exr", "1-3").find("did you mean"), std::string::npos);
+  EXPECT_EQ(errorOf("beauty.####.exr", "7-9").find("did you mean"), std::string::npos);
+  EXPECT_EQ(errorOf("smoke.####.exr", "1-2").find("did you mean"), std::string::npos);
+}
+
 TEST_F(NearestFile, otherNames_areNotMeant) {
   EXPECT_EQ(hint("garden.exr"), "");
   EXPECT_EQ(hint("s.exr"), "");

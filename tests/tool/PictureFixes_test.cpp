@@ -360,6 +360,29 @@ TEST_F(ClampFireflies, deepSamples_areDimmedAsTheyAreStored) {
   EXPECT_EQ(one.channels.at("R").bits, wanted.channels.at("R").bits);
 }
 
+TEST_F(ClampFireflies, pictureWithoutColours_staysAndIsToldOf) {
+  PartFixture part = lights(twoPlanes);
+  part.channels.erase(part.channels.begin());
+  const Arguments note = {
+      "--clamp-fireflies 3: nothing was changed, for the picture has no colours R, G and B"};
+  render(part, {"--clamp-fireflies", "3"});
+  EXPECT_EQ(mended(), note);
+  Arguments loud = renderArguments(input_, output_, {"--clamp-fireflies", "3"});
+  loud.erase(loud.begin() + 1);  // --quiet
+  EXPECT_EQ(linesStarting(runCommand(loud).error, "drevin: --clamp"),
+            Arguments{"drevin: " + note.front()});
+}
+
+TEST_F(ClampFireflies, deepPictureWithoutColours_staysAndIsToldOf) {
+  DeepPartFixture part = deepPart(20.0, 20.0);
+  part.channels.resize(1);  // alpha
+  part.channels.push_back({"Z", Imf::FLOAT});
+  part.samples = [](int, int) { return DeepPixelFixture{{1.0, 20.0}}; };
+  renderDeep(part, {"--clamp-fireflies", "3"});
+  EXPECT_EQ(mended(), Arguments{"--clamp-fireflies 3: nothing was changed, for the deep picture "
+                                "has no colours R, G and B"});
+}
+
 TEST_F(ClampFireflies, whatIsNoBrightness_isRefused) {
   for (const char* text : {"", "0", "-1", "bright", "1e-60"}) {
     const RunResult result =

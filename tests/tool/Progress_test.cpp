@@ -7,6 +7,7 @@
 #include "CommandRun.h"
 #include "ExrFixture.h"
 #include "ScratchFolder.h"
+#include "TerminalRun.h"
 #include "terminal/NumberText.h"
 #include "terminal/Progress.h"
 
@@ -18,12 +19,15 @@ class Progress : public ::testing::Test {
  protected:
   Progress() { writeExrFixture(input_, rgbazPart(240, 180, 160.0)); }
 
+  std::vector<std::string> arguments(const std::vector<std::string>& more = {}) const {
+    std::vector<std::string> all = {"render", "--plugin", builtPlugin(),          "--input",
+                                    input_,   "--set",    "multiplier=60",        "--threads",
+                                    "1",      "--output", folder_.file("out.exr")};
+    all.insert(all.end(), more.begin(), more.end());
+    return all;
+  }
   RunResult render(const std::vector<std::string>& more) const {
-    std::vector<std::string> arguments = {"render", "--plugin", builtPlugin(),          "--input",
-                                          input_,   "--set",    "multiplier=60",        "--threads",
-                                          "1",      "--output", folder_.file("out.exr")};
-    arguments.insert(arguments.end(), more.begin(), more.end());
-    return runCommand(arguments);
+    return runCommand(arguments(more));
   }
 
   ScratchFolder folder_;
@@ -70,6 +74,43 @@ TEST(ProgressDisplay, stagesThatTellHowFarTheyAre_areShownAndTheNumberNeverFalls
 
 TEST_F(Progress, quiet_saysNothing) {
   EXPECT_EQ(render({"--quiet"}).error, "");
+}
+
+TEST_F(Progress, onATerminal_isABarThatIsClearedAtTheEnd) {
+  const std::string text = onTerminal(arguments(), {{"TERM", "xterm"}});
+  if (text.empty()) GTEST_SKIP() << "no terminal to be had here";
+  EXPECT_NE(text.find("\r\033[K"), std::string::npos);
+  EXPECT_EQ(text.find("Progress: "), std::string::npos) << text;
+}
+
+TEST_F(Progress, terminalThatCannotBeDrawnOn_getsLines) {
+  for (const char* term : {"dumb", ""}) {
+    const std::string text = onTerminal(arguments(), {{"TERM", term}});
+    if (text.empty()) GTEST_SKIP() << "no terminal to be had here";
+    EXPECT_EQ(text.find('\033'), std::string::npos) << text;
+    EXPECT_NE(text.find("Progress: 100%\r\n"), std::string::npos) << text;
+  }
+}
+
+TEST_F(Progress, sequenceOnATerminalThatCannotBeDrawnOn_getsLines) {
+  const std::string input = folder_.file("small.exr");
+  writeExrFixture(input, rgbazPart(12, 10, 5.0));
+  const std::vector<std::string> sequence = {"render",
+                                             "--plugin",
+                                             builtPlugin(),
+                                             "--input",
+                                             input,
+                                             "--frames",
+                                             "1-3",
+                                             "--output",
+                                             folder_.file("o.#.exr"),
+                                             "--set",
+                                             "kernelType=Input",
+                                             "--skip-bad-frames"};
+  const std::string text = onTerminal(sequence, {{"TERM", "dumb"}});
+  if (text.empty()) GTEST_SKIP() << "no terminal to be had here";
+  EXPECT_EQ(text.find('\033'), std::string::npos) << text;
+  EXPECT_NE(text.find("drevin: error: frame 1: "), std::string::npos) << text;
 }
 
 TEST_F(Progress, failedRender_doesNotSay100) {

@@ -218,6 +218,19 @@ TEST(SequencePlan, outputInThePlaceOfWhatItIsMadeOf_isRefused) {
   }
 }
 
+TEST(SequencePlan, outputInThePlaceOfTheCamera_isRefused) {
+  const ScratchFolder folder;
+  writeBytes(folder.file("cam.json"), "{}");
+  std::filesystem::create_symlink(folder.file("cam.json"), folder.file("o.2.exr"));
+  RenderArguments arguments = sequence(folder.file("in.#.exr"), folder.file("o.#.exr"));
+  arguments.camera = folder.file("cam.json");
+  const std::string line = failureOf(arguments);
+  EXPECT_EQ(line.rfind("2 --output", 0), 0U) << line;
+  EXPECT_NE(line.find("the file of --camera"), std::string::npos) << line;
+  arguments.camera = "focalLength=50";
+  EXPECT_NO_THROW(SequencePlan{arguments});
+}
+
 TEST(SequencePlan, outputInThePlaceOfItsInput_isWhatOneMayWantUnlessItIsSkipped) {
   const ScratchFolder folder;
   RenderArguments arguments = sequence(folder.file("in.#.exr"), folder.file("in.#.exr"));

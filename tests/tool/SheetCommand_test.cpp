@@ -239,6 +239,32 @@ TEST_F(SheetCommand, warningOfAllPictures_isPrintedOnce) {
       << one.error;
 }
 
+TEST_F(SheetCommand, pointToFocusOn_isRefusedBesideAVariedFocus) {
+  expectRefused(arguments({"--vary", "focalPlane=100,139", "--focus-at", "4,4"}), 2,
+                {"--vary focalPlane", "--focus-at sets the focus too"});
+  EXPECT_EQ(run({"--vary", "multiplier=1,9", "--focus-at", "4,4"}).exitCode, 0);
+}
+
+TEST_F(SheetCommand, kernelThatOnePictureUses_isNotCalledUnused) {
+  const std::string kernel = folder_.file("kernel.exr");
+  writeExrFixture(kernel, rgbazPart(9, 9, 1.0));
+  EXPECT_EQ(
+      run({"--kernel", kernel, "--set", "multiplier=9", "--vary", "kernelType=Input,Circular"})
+          .error,
+      "");
+  const RunResult none = run({"--kernel", kernel, "--set", "multiplier=9", "--vary",
+                              "kernelType=Aperture Blades,Circular"});
+  EXPECT_EQ(linesStarting(none.error, "drevin: warning: --kernel " + kernel).size(), 1U)
+      << none.error;
+}
+
+TEST_F(SheetCommand, report_hasTheBytesOfTheSheetAndNoneOfItsPictures) {
+  const json report = reportOf({"--vary", "multiplier=1,9"});
+  EXPECT_EQ(report["bytesWritten"], bytesOfFile(output_).size());
+  for (const json& picture : report["pictures"])
+    EXPECT_TRUE(picture["render"]["stats"]["bytesWritten"].is_null());
+}
+
 TEST_F(SheetCommand, progress_endsWithTheWholeSheet) {
   Texts loud = arguments({"--vary", "focalPlane=100,139", "--set", "multiplier=9"});
   loud.erase(loud.begin() + 1);

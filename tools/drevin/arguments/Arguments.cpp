@@ -24,9 +24,12 @@ std::string hintFor(const CLI::App& app, int count, const char* const* texts) {
   const std::vector<CLI::App*> begun = app.get_subcommands();
   const CLI::App& active = begun.empty() ? app : *begun.front();
   std::vector<std::string> names;
-  if (begun.empty()) names = subcommandNames(app);
-  for (const CLI::Option* option : active.get_options())
-    names.push_back(option->get_name());
+  // In the place of a subcommand a word is one, and nothing with a dash is.
+  const bool word = begun.empty() && count > 1 && texts[1][0] != '-';
+  if (word) names = subcommandNames(app);
+  for (const CLI::Option* option : active.get_options()) {
+    if (!word) names.push_back(option->get_name());
+  }
   for (int i = 1; i < count; ++i) {
     const std::string text = std::string(texts[i]).substr(0, std::string(texts[i]).find('='));
     const bool known = std::find(names.begin(), names.end(), text) != names.end();

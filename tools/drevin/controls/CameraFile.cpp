@@ -173,7 +173,7 @@ class CameraEvents : public nlohmann::json_sax<Json> {
 }  // namespace
 
 std::map<std::string, ControlCurve> readCameraFile(const std::string& file) {
-  FileBytes bytes(file);
+  FileBytes bytes(file, "JSON file of a camera's values");
   std::string text;
   CameraEvents events(file, text);
   if (bytes.size() > kMostCameraBytes) events.fail("is larger than 4 MiB, the most for a camera");

@@ -34,4 +34,9 @@ std::string firefliesNote(float most, std::uint64_t count, std::uint64_t all,
          " were brighter and were dimmed";
 }
 
+std::string noColoursNote(float most, const std::string& what) {
+  return "--clamp-fireflies " + text(most) + ": nothing was changed, for " + what +
+         " has no colours R, G and B";
+}
+
 }  // namespace drevintool

@@ -18,5 +18,7 @@ std::string backgroundNote(const BackgroundFix& fix, std::optional<float> depth,
 std::string edgesNote(std::uint64_t count, std::uint64_t all);
 std::string firefliesNote(float most, std::uint64_t count, std::uint64_t all,
                           const std::string& what);
+/// Where `what` (the picture) has not all of R, G and B as numbers that can be dimmed.
+std::string noColoursNote(float most, const std::string& what);
 
 }  // namespace drevintool

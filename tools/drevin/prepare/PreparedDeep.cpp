@@ -134,6 +134,8 @@ std::vector<std::string> PreparedDeep::notes() const {
   }
   if (colours_) {
     notes.push_back(firefliesNote(*fixes_.mostColour, counts_.bright, counts_.samples, "samples"));
+  } else if (fixes_.mostColour) {
+    notes.push_back(noColoursNote(*fixes_.mostColour, "the deep picture"));
   }
   return notes;
 }

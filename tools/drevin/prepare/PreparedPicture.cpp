@@ -52,7 +52,10 @@ void dimColours(Picture& picture, float most, Notes& notes) {
   const std::array<PictureChannel*, 3> channels = {channelNamed(picture, "rgba.red"),
                                                    channelNamed(picture, "rgba.green"),
                                                    channelNamed(picture, "rgba.blue")};
-  if (std::count(channels.begin(), channels.end(), nullptr) > 0) return;
+  if (std::count(channels.begin(), channels.end(), nullptr) > 0) {
+    notes.push_back(noColoursNote(most, "the picture"));
+    return;
+  }
   std::array<std::shared_ptr<Values>, 3> colours;
   for (std::size_t c = 0; c < channels.size(); ++c)
     colours[c] = std::make_shared<Values>(*floatSamples(channels[c]->samples));

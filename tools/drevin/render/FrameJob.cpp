@@ -10,6 +10,7 @@
 #include "deep/DeepWarnings.h"
 #include "prepare/PreparedInputs.h"
 #include "render/HostPicture.h"
+#include "render/MatteControls.h"
 #include "render/NotFinite.h"
 #include "render/ResultPicture.h"
 #include "render/UnusedPictures.h"
@@ -23,11 +24,6 @@ namespace drevintool {
 namespace {
 
 using DD::Image::Knob;
-
-// The kernel's stand-in channel is listed with the mattes, but taken from the aperture image.
-int sourceInput(const Knob& knob) {
-  return knob.name() == "missingKernelChannel" ? kKernelInput : knob.channelInput();
-}
 
 const char* optionFor(int input) {
   return input == kKernelInput ? "--kernel" : "--mattes";
@@ -170,10 +166,23 @@ void FrameJob::warnOnce(const std::string& text) {
   warnings_.push_back(text);
 }
 
+bool FrameJob::isOfAll(int input) const {
+  return share_.files != nullptr && share_.files->has(pictures_->fileOf(input));
+}
+
 // The same, of the file on that input.
 void FrameJob::warnOf(int input, const std::string& text) {
-  const bool ofAll = share_.files != nullptr && share_.files->has(pictures_->fileOf(input));
-  ofAll ? warnOnce(text) : warn(text);
+  isOfAll(input) ? warnOnce(text) : warn(text);
+}
+
+// The same, of a file that is not used.
+void FrameJob::warnUnused(int input, const std::string& text) {
+  if (isOfAll(input)) {
+    warnOnce(text);
+  } else if (!text.empty()) {
+    tellUnused(text);
+    warnings_.push_back(text);
+  }
 }
 
 void FrameJob::applyChannels(Node& node) {
@@ -231,8 +240,8 @@ std::vector<PlannedChannel> FrameJob::planFor(const Node& node) {
   if (const Picture* kernel = pictures_->at(kKernelInput)) {
     warnOf(kKernelInput, missingKernelWarning(*kernel, node, plan));
   }
-  warnOf(kKernelInput, unusedKernelWarning(*pictures_, node));
-  warnOf(kMattesInput, unusedMattesWarning(*pictures_, node));
+  warnUnused(kKernelInput, unusedKernelWarning(*pictures_, node));
+  warnUnused(kMattesInput, unusedMattesWarning(*pictures_, node));
   if (const DeepExrSource* deep = pictures_->deep()) warn(opaqueWarning(*deep));
   const Picture& seen = mended_ ? *mended_ : pictures_->image();
   notFinite_ = notFinitePixels(seen, plan);
@@ -274,16 +283,20 @@ void FrameJob::tellNote(const std::string& text) {
   printNote(withFrameName(task_, text));
 }
 
-std::uint64_t FrameJob::deliver(const OutputPicture& result) {
+void FrameJob::tellUnused(const std::string& text) {
+  tellWarning(text);
+}
+
+std::optional<std::uint64_t> FrameJob::deliver(const OutputPicture& result) {
   writePicture(result, arguments_.output);
   std::error_code error;
   const std::uintmax_t bytes = std::filesystem::file_size(arguments_.output, error);
-  return error ? 0 : bytes;
+  return error ? std::nullopt : std::optional<std::uint64_t>(bytes);
 }
 
 FrameStats FrameJob::statsOfResult(const OutputPicture& output,
                                    const std::vector<PlannedChannel>& plan,
-                                   std::uint64_t bytes) const {
+                                   std::optional<std::uint64_t> bytes) const {
   FrameStats stats = statsOf(output, plan);
   stats.bytesWritten = bytes;
   stats.notFinite = notFinite_;
@@ -307,7 +320,7 @@ void FrameJob::write(const Node& node, const std::vector<PlannedChannel>& plan,
   const Stopwatch writing;
   const OutputPicture output = composeOutput(pictures_->image(), plan, result, arguments_.format);
   if (sourcesAreFinite()) warn(notFiniteResultWarning(output, plan));
-  const std::uint64_t bytes = deliver(output);
+  const std::optional<std::uint64_t> bytes = deliver(output);
   times_.write = writing.seconds();
   times_.total = times_.read + total_.seconds();
   if (!share_.wantsReport && !arguments_.stats) return;

@@ -51,18 +51,22 @@ class FrameJob : public FrameWork {
   FrameOutcome finish() override;
 
  protected:
-  /// Writes the result to the output that the arguments name. Returns the bytes of the file, or 0
-  /// if there is none.
-  virtual std::uint64_t deliver(const OutputPicture& result);
+  /// Writes the result to the output that the arguments name. Returns the bytes of the file;
+  /// nothing if it becomes none of its own.
+  virtual std::optional<std::uint64_t> deliver(const OutputPicture& result);
   /// Warnings and notes, as they come, to standard error, with the frame's name before them.
   virtual void tellWarning(const std::string& text);
   virtual void tellNote(const std::string& text);
+  /// The same for a warning that a picture was given and is not used.
+  virtual void tellUnused(const std::string& text);
 
  private:
   embedded::RenderResult render(Node& node, const std::vector<PlannedChannel>& plan) const;
   void warn(const std::string& text);
   void warnOnce(const std::string& text);
   void warnOf(int input, const std::string& text);
+  void warnUnused(int input, const std::string& text);
+  bool isOfAll(int input) const;
   void applyChannels(Node& node);
   void applyFocus(Node& node);
   void applyFixes(Node& node, ConnectedInputs& inputs);
@@ -75,7 +79,7 @@ class FrameJob : public FrameWork {
   void write(const Node& node, const std::vector<PlannedChannel>& plan,
              const embedded::RenderResult& result, FrameOutcome& outcome);
   FrameStats statsOfResult(const OutputPicture& output, const std::vector<PlannedChannel>& plan,
-                           std::uint64_t bytes) const;
+                           std::optional<std::uint64_t> bytes) const;
 
   FrameShare share_;
   FrameTask task_;

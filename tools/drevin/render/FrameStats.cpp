@@ -53,7 +53,7 @@ Json statsJson(const FrameStats& stats) {
   json["pixels"] = stats.pixels;
   json["samples"] = stats.samples ? Json(*stats.samples) : Json();
   json["notFinite"] = stats.notFinite;
-  json["bytesWritten"] = stats.bytesWritten;
+  json["bytesWritten"] = stats.bytesWritten ? Json(*stats.bytesWritten) : Json();
   json["channels"] = Json::object();
   for (const ChannelStats& channel : stats.channels)
     json["channels"][channel.name] = rangeJson(channel.range);
@@ -70,7 +70,7 @@ std::string statsLine(const FrameTask& task, const FrameStats& stats, const Comm
   line += fmt::format(" peakMemory={} pixels={}", peakMemoryBytes(), stats.pixels);
   if (stats.samples) line += fmt::format(" samples={}", *stats.samples);
   line += fmt::format(" notFinite={} notFiniteOut={} bytes={}", stats.notFinite,
-                      notFiniteOut(stats), stats.bytesWritten);
+                      notFiniteOut(stats), stats.bytesWritten.value_or(0));
   for (const ChannelStats& channel : stats.channels)
     line += " " + word(channel.name) + "=" + rangeText(channel.range);
   return line;

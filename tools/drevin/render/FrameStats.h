@@ -23,10 +23,10 @@ struct ChannelStats {
 
 struct FrameStats {
   std::uint64_t pixels = 0;
-  std::uint64_t notFinite = 0;           ///< pixels of the input, or deep samples
-  std::optional<std::uint64_t> samples;  ///< of a deep picture that were read
-  std::uint64_t bytesWritten = 0;        ///< 0 for what became no file of its own
-  std::vector<ChannelStats> channels;    ///< those that the node made
+  std::uint64_t notFinite = 0;                ///< pixels of the input, or deep samples
+  std::optional<std::uint64_t> samples;       ///< of a deep picture that were read
+  std::optional<std::uint64_t> bytesWritten;  ///< none for what became no file of its own
+  std::vector<ChannelStats> channels;         ///< those that the node made
 };
 
 /// The ranges of the rendered channels of a result; bytes, samples and what is not finite are left
@@ -34,7 +34,8 @@ struct FrameStats {
 FrameStats statsOf(const OutputPicture& output, const std::vector<PlannedChannel>& plan);
 
 /// {"pixels", "samples", "notFinite", "bytesWritten", "channels": {NAME: {"min", "max", "nan",
-/// "infinite"}}}; "samples" is null for a flat picture.
+/// "infinite"}}}; "samples" is null for a flat picture, "bytesWritten" for one that became
+/// no file of its own.
 nlohmann::ordered_json statsJson(const FrameStats& stats);
 
 /// "frame=12 view=left read=0.1 render=1.2 write=0.1 total=1.4 peakMemory=123456789 pixels=1555200

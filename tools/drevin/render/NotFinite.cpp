@@ -7,7 +7,7 @@
 #include <variant>
 
 #include "picture/ChannelNames.h"
-#include "render/InputPictures.h"
+#include "render/MatteControls.h"
 #include "terminal/OneLine.h"
 
 namespace drevintool {
@@ -59,10 +59,6 @@ std::string pixelsText(const Picture& picture, std::size_t count) {
          oneLine(picture.path) + (count == 1 ? " is" : " are") + " not finite (NaN or infinite)";
 }
 
-bool isChosen(const DD::Image::Knob* knob) {
-  return knob != nullptr && knob->channel() != DD::Image::Chan_Black;
-}
-
 // The channels of the aperture image that rendered ones are blurred by.
 std::vector<std::string> kernelChannels(const Picture& kernel, const Node& node,
                                         const std::vector<PlannedChannel>& plan) {
@@ -81,10 +77,8 @@ std::vector<std::string> kernelChannels(const Picture& kernel, const Node& node,
 
 std::vector<std::string> chosenMattes(const Node& node) {
   std::vector<std::string> names;
-  for (const auto& knob : node.knobs()) {
-    const bool matte =
-        knob->channelInput() == kMattesInput && knob->name() != "missingKernelChannel";
-    if (matte && isChosen(knob.get())) names.emplace_back(DD::Image::getName(knob->channel()));
+  for (const DD::Image::Knob* control : matteControls(node)) {
+    if (isChosen(control)) names.emplace_back(DD::Image::getName(control->channel()));
   }
   return names;
 }

@@ -1,17 +1,9 @@
 #include "render/UnusedPictures.h"
 
-#include <array>
-
+#include "render/MatteControls.h"
 #include "terminal/OneLine.h"
 
 namespace drevintool {
-namespace {
-
-constexpr std::array<const char*, 3> kMatteControls = {"defocusMatteChannel", "bloomMatteChannel",
-                                                       "chromicAberrationMatteChannel"};
-
-}  // namespace
-
 std::string unusedKernelWarning(const InputPictures& pictures, const Node& node) {
   constexpr double kInput = 0.0;
   const DD::Image::Knob* type = node.knob("kernelType");
@@ -25,10 +17,9 @@ std::string unusedMattesWarning(const InputPictures& pictures, const Node& node)
   const Picture* mattes = pictures.at(kMattesInput);
   if (mattes == nullptr) return {};
   std::string remedy;
-  for (const char* control : kMatteControls) {
-    const DD::Image::Knob* knob = node.knob(control);
-    if (knob != nullptr && knob->channel() != DD::Image::Chan_Black) return {};
-    remedy += (remedy.empty() ? "" : ", ") + std::string(control);
+  for (const DD::Image::Knob* control : matteControls(node)) {
+    if (isChosen(control)) return {};
+    remedy += (remedy.empty() ? "" : ", ") + control->name();
   }
   return oneLine("--mattes " + mattes->path +
                  ": has no effect, for no control picks a channel of it; --set one of " + remedy +

@@ -138,7 +138,7 @@ void SequencePlan::refuseOutput(const char* option, const char* reason) const {
 
 // A picture may be blurred in its place; what else is read would be lost.
 void SequencePlan::checkTakenPlaces() const {
-  for (const char* option : {"--deep", "--kernel", "--mattes"})
+  for (const char* option : {"--deep", "--kernel", "--mattes", "--camera"})
     refuseOutput(option, "");
   if (arguments_.skipExisting) refuseOutput("--input", ", and be skipped as there already");
 }
@@ -201,7 +201,8 @@ void SequencePlan::failMissing(const Path& path, const std::vector<FrameTask>& t
   const std::string file = filled(path, tasks.front());
   if (tasks.size() == tasks_.size()) {
     fail(start + "there is no such file for any of " + std::to_string(tasks.size()) +
-         " pictures, the first would be " + file + nearestFileHint(file));
+         " pictures, the first would be " + file +
+         (path.pattern.hasFrame() ? nearestSequenceHint(file) : nearestFileHint(file)));
   }
   const std::string option = arguments_.frames.empty() ? "views" : "frames";
   fail(start + "there is no such file for " +

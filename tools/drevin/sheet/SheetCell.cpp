@@ -32,7 +32,7 @@ SheetCell::SheetCell(const SheetShare& sheet, const FrameShare& share, std::size
       messages_(messages),
       keep_(std::move(keep)) {}
 
-std::uint64_t SheetCell::deliver(const OutputPicture& result) {
+std::optional<std::uint64_t> SheetCell::deliver(const OutputPicture& result) {
   constexpr std::array<const char*, 3> kNames = {"rgba.red", "rgba.green", "rgba.blue"};
   const PixelSize from{static_cast<int>(result.box.width()), static_cast<int>(result.box.height())};
   SmallPicture small;
@@ -46,11 +46,15 @@ std::uint64_t SheetCell::deliver(const OutputPicture& result) {
                           : areaFiltered(*floatSamples(channel->samples), from, small.size);
   }
   keep_(std::move(small));
-  return 0;
+  return std::nullopt;
 }
 
 void SheetCell::tellWarning(const std::string& text) {
   messages_.addWarning(picture_, text);
+}
+
+void SheetCell::tellUnused(const std::string& text) {
+  messages_.addUnused(picture_, text);
 }
 
 void SheetCell::tellNote(const std::string& text) {

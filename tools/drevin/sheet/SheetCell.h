@@ -28,9 +28,10 @@ class SheetCell : public FrameJob {
             std::function<void(SmallPicture)> keep);
 
  protected:
-  std::uint64_t deliver(const OutputPicture& result) override;
+  std::optional<std::uint64_t> deliver(const OutputPicture& result) override;
   void tellWarning(const std::string& text) override;
   void tellNote(const std::string& text) override;
+  void tellUnused(const std::string& text) override;
 
  private:
   const SheetShare& sheet_;

@@ -1,9 +1,12 @@
 #include "sheet/SheetCommand.h"
 
 #include <algorithm>
+#include <filesystem>
+#include <system_error>
 #include <utility>
 
 #include "controls/CameraOption.h"
+#include "controls/FocusControl.h"
 #include "controls/PluginSearch.h"
 #include "controls/PluginSimd.h"
 #include "render/RenderSetup.h"
@@ -39,6 +42,13 @@ void checkCameraLeaves(const std::string& text, const SheetPlan& sheet) {
     failUsage(std::string("--vary ") + key.control + ": --camera gives " + key.name +
               ", which wins over it; leave that out of the camera");
   }
+}
+
+// A point wins over the control, so that varying it would show nothing.
+void checkFocusLeaves(const SheetArguments& arguments, const SheetPlan& sheet) {
+  if (!arguments.focus || sheet.names().count(kFocusControl) == 0) return;
+  failUsage(std::string("--vary ") + kFocusControl +
+            ": --focus-at sets the focus too; give one or the other");
 }
 
 std::vector<ControlChanges> changesOf(const ControlChanges& base, const SheetPlan& sheet) {
@@ -141,6 +151,9 @@ Json sheetReport(const RenderArguments& arguments, const SheetPlan& sheet,
   Json report;
   report["command"] = "drevin " DREVIN_VERSION;
   report["output"] = arguments.output;
+  std::error_code error;
+  const std::uintmax_t bytes = std::filesystem::file_size(arguments.output, error);
+  report["bytesWritten"] = error ? Json() : Json(bytes);
   report["size"] = {layout.size().width, layout.size().height};
   report["columns"] = sheet.gridColumns();
   report["rows"] = sheet.gridRows();
@@ -180,6 +193,7 @@ void writeSheet(const SheetArguments& arguments, const SheetPlan& sheet, const S
 int runSheet(const SheetArguments& arguments) {
   const SheetPlan sheet(arguments);
   checkOneFrame(arguments);
+  checkFocusLeaves(arguments, sheet);
   const SequencePlan plan(arguments);
   plan.checkInputsStay();
   const FrameTask& task = plan.tasks().front();

@@ -7,19 +7,23 @@
 namespace drevintool {
 
 void SheetMessages::addWarning(std::size_t picture, const std::string& text) {
-  add(true, picture, text);
+  add(Kind::Warning, picture, text);
 }
 
 void SheetMessages::addNote(std::size_t picture, const std::string& text) {
-  add(false, picture, text);
+  add(Kind::Note, picture, text);
 }
 
-void SheetMessages::add(bool warning, std::size_t picture, const std::string& text) {
+void SheetMessages::addUnused(std::size_t picture, const std::string& text) {
+  add(Kind::Unused, picture, text);
+}
+
+void SheetMessages::add(Kind kind, std::size_t picture, const std::string& text) {
   const std::lock_guard<std::mutex> lock(mutex_);
-  const auto same = [&](const Message& m) { return m.warning == warning && m.text == text; };
+  const auto same = [&](const Message& m) { return m.kind == kind && m.text == text; };
   auto found = std::find_if(messages_.begin(), messages_.end(), same);
   if (found == messages_.end()) {
-    found = messages_.insert(messages_.end(), {warning, text, {}});
+    found = messages_.insert(messages_.end(), {kind, text, {}});
   }
   found->pictures.insert(picture);
 }
@@ -31,11 +35,13 @@ void SheetMessages::print(const SheetPlan& plan) const {
   });
   for (const Message& message : ordered) {
     const std::size_t count = message.pictures.size();
+    const bool ofAll = count >= plan.pictures();
+    if (message.kind == Kind::Unused && !ofAll) continue;
     const std::string others = count > 1 ? " and " + std::to_string(count - 1) + " more" : "";
     const std::string line = count >= plan.pictures() ? message.text
                                                       : plan.nameOf(*message.pictures.begin()) +
                                                             others + ": " + message.text;
-    message.warning ? printWarning(line) : printNote(line);
+    message.kind == Kind::Note ? printNote(line) : printWarning(line);
   }
 }
 

@@ -8,6 +8,7 @@
 #include "terminal/OneLine.h"
 #include "terminal/ProgressBar.h"
 #include "terminal/StandardError.h"
+#include "terminal/Terminal.h"
 
 namespace drevintool {
 namespace {
@@ -19,7 +20,7 @@ bool isTerminal() {
 // In one piece, so that lines of several processes do not mix; on a terminal over a bar of
 // progress, if there is one.
 void print(const std::string& line) {
-  writeStandardError((isTerminal() ? kClearLine : "") + line);
+  writeStandardError((drawsOnError() ? kClearLine : "") + line);
 }
 
 std::string beginning(const std::string& kind, const char* colour) {

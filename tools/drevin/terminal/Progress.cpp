@@ -1,13 +1,13 @@
 #include "terminal/Progress.h"
 
 #include <fmt/format.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <string>
 
 #include "terminal/ProgressBar.h"
 #include "terminal/StandardError.h"
+#include "terminal/Terminal.h"
 
 namespace drevintool {
 namespace {
@@ -19,7 +19,7 @@ double secondsSince(std::chrono::steady_clock::time_point start) {
 }  // namespace
 
 ProgressDisplay::ProgressDisplay(bool quiet)
-    : quiet_(quiet), terminal_(isatty(STDERR_FILENO) == 1), lastLine_(Clock::now()) {}
+    : quiet_(quiet), terminal_(drawsOnError()), lastLine_(Clock::now()) {}
 
 ProgressDisplay::~ProgressDisplay() {
   if (drawn_) writeStandardError(kClearLine);

@@ -9,9 +9,9 @@
 
 namespace drevintool {
 
-/// On a terminal one line that is drawn over itself, with the stage, how far it is and the time
-/// left; elsewhere lines "Progress: 42%", at most one a second, of the stages that tell how far
-/// they are; the number never falls. Clears its line when destroyed.
+/// On a terminal that can be drawn on one line that is drawn over itself, with the stage, how far
+/// it is and the time left; elsewhere lines "Progress: 42%", at most one a second, of the stages
+/// that tell how far they are; the number never falls. Clears its line when destroyed.
 class ProgressDisplay {
  public:
   explicit ProgressDisplay(bool quiet);

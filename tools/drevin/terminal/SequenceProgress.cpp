@@ -1,13 +1,13 @@
 #include "terminal/SequenceProgress.h"
 
 #include <fmt/format.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <utility>
 
 #include "terminal/ProgressBar.h"
 #include "terminal/StandardError.h"
+#include "terminal/Terminal.h"
 
 namespace drevintool {
 namespace {
@@ -20,7 +20,7 @@ double secondsSince(std::chrono::steady_clock::time_point start) {
 
 SequenceProgress::SequenceProgress(bool quiet, std::size_t frames, std::string noun)
     : quiet_(quiet),
-      terminal_(isatty(STDERR_FILENO) == 1),
+      terminal_(drawsOnError()),
       noun_(std::move(noun)),
       shares_(frames),
       start_(Clock::now()),

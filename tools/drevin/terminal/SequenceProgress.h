@@ -12,9 +12,9 @@
 
 namespace drevintool {
 
-/// On a terminal "Frame: 12/100 [====   ] 12%, 40 s left", drawn over itself; elsewhere lines
-/// "Progress: 12%" of the whole sequence, at most one a second; the number never falls. Frames may
-/// be shown from several threads.
+/// On a terminal that can be drawn on "Frame: 12/100 [====   ] 12%, 40 s left", drawn over itself;
+/// elsewhere lines "Progress: 12%" of the whole sequence, at most one a second; the number never
+/// falls. Frames may be shown from several threads.
 class SequenceProgress {
  public:
   /// `noun` is what the bar calls a frame.
