@@ -67,6 +67,27 @@ TEST(ExrReader, dataWindow_becomesTheBox) {
   EXPECT_EQ(sampleAt(picture, "Z", -2, -3), -2 + 100 * 12);
 }
 
+// Pictures are read some hundred rows at a time.
+TEST(ExrReader, tallParts_haveEveryRowInItsPlaceAndZerosAround) {
+  const ScratchFolder folder;
+  PartFixture first = floatPart({{0, 0}, {4, 899}}, {{0, 100}, {4, 869}}, {"A"});
+  PartFixture second = floatPart({{0, 0}, {4, 899}}, {{1, 3}, {6, 620}}, {"Z"});
+  first.name = "one";
+  second.name = "two";
+  testing::writeMultiPartFixture(folder.file("a.exr"), {first, second});
+  const Picture picture = readExr(folder.file("a.exr"));
+  EXPECT_EQ(picture.box.area(), 7U * 867U);
+  for (int y = picture.box.y; y < picture.box.t; ++y) {
+    const int row = 899 - y;
+    for (int x = 0; x < 7; ++x) {
+      const bool inFirst = x < 5 && row >= 100 && row <= 869;
+      const bool inSecond = x > 0 && row >= 3 && row <= 620;
+      ASSERT_EQ(sampleAt(picture, "A", x, y), inFirst ? position(x, row) : 0.0) << x << "," << y;
+      ASSERT_EQ(sampleAt(picture, "Z", x, y), inSecond ? position(x, row) : 0.0) << x << "," << y;
+    }
+  }
+}
+
 TEST(ExrReader, tiledFile_readsAsTheScanlineOne) {
   const ScratchFolder folder;
   PartFixture part = floatPart({{0, 0}, {40, 30}}, {{0, 0}, {40, 30}}, {"Z"});

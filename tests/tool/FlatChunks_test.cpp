@@ -128,19 +128,55 @@ TEST_F(FlatChunks, noiseThatClaimsAGiantPicture_isRefusedCheaply) {
   expectCheapRefusal({"block 1 of 6", "outside the file"});
 }
 
-TEST_F(FlatChunks, wellMadeBlocksOfNoise_areRefusedCheaply) {
-  constexpr std::size_t kRows = 16;
-  constexpr std::size_t kBlocks = kClaimedHeight / kRows;
-  constexpr std::size_t kSize = 1200;
-  std::string table;
-  std::string blocks;
-  const std::string header = claimingHeader(Imf::ZIP_COMPRESSION);
-  const std::string content = noise(kSize);
-  for (std::size_t block = 0; block < kBlocks; ++block) {
-    table += littleEndian(header.size() + 8 * kBlocks + blocks.size(), 8);
-    blocks += littleEndian(block * kRows, 4) + littleEndian(kSize, 4) + content;
+// A giant picture in blocks of 16 rows: the first and the last ones whole, noise between them.
+class NoiseBlocks : public FlatChunks {
+ protected:
+  static constexpr std::size_t kRows = 16;
+  static constexpr std::size_t kBlocks = kClaimedHeight / kRows;
+
+  // The packed content of a block of zeros.
+  std::string wholeBlock() const {
+    PartFixture part = rgbazPart(kClaimedWidth, kRows, 1.0);
+    part.channels = {{"R", Imf::HALF, [](int, int) { return 0.0; }},
+                     {"Z", Imf::FLOAT, [](int, int) { return 0.0; }}};
+    part.compression = Imf::ZIP_COMPRESSION;
+    writeExrFixture(file_, part);
+    const std::string bytes = bytesOfFile(file_);
+    return bytes.substr(scanExrHeader(file_).headersEnd + 8 + 8);
   }
-  writeBytes(file_, header + table + blocks);
+
+  void write(std::size_t wholeAtTop, std::size_t wholeAtBottom) const {
+    std::string table;
+    std::string blocks;
+    const std::string whole = wholeBlock();
+    const std::string header = claimingHeader(Imf::ZIP_COMPRESSION);
+    const std::string spoilt = noise(1200);
+    for (std::size_t block = 0; block < kBlocks; ++block) {
+      const bool good = block < wholeAtTop || block >= kBlocks - wholeAtBottom;
+      const std::string& content = good ? whole : spoilt;
+      table += littleEndian(header.size() + 8 * kBlocks + blocks.size(), 8);
+      blocks += littleEndian(block * kRows, 4) + littleEndian(content.size(), 4) + content;
+    }
+    writeBytes(file_, header + table + blocks);
+  }
+};
+
+TEST_F(NoiseBlocks, noiseAlone_isRefusedCheaply) {
+  write(0, 0);
+  expectCheapRefusal({});
+}
+
+TEST_F(NoiseBlocks, wholeBlocksAtTheTop_costNoMemoryForTheRest) {
+  for (const std::size_t whole : {1, 100}) {
+    write(whole, 0);
+    expectCheapRefusal({});
+  }
+}
+
+TEST_F(NoiseBlocks, wholeBlocksAtBothEnds_costNoMemoryForTheRest) {
+  write(1, 1);
+  expectCheapRefusal({});
+  write(16, 16);
   expectCheapRefusal({});
 }
 

@@ -11,6 +11,7 @@
 #include <algorithm>
 #include <cstring>
 #include <exception>
+#include <functional>
 #include <new>
 #include <set>
 
@@ -27,12 +28,15 @@
 namespace drevintool {
 namespace {
 
-// A channel of one part and the place of its samples in the picture.
+// Makes samples up to that number, zeros at first, and gives the place of the first.
+using Extend = std::function<char*(std::size_t count)>;
+
+// A channel of one part and its samples in the picture.
 struct PartChannel {
   std::string nameInPart;
   Imf::PixelType type;
-  std::size_t target;     // index into Picture::channels
-  char* bytes = nullptr;  // of its samples there
+  std::size_t target;  // index into Picture::channels
+  Extend extend;
 };
 
 struct FlatPart {
@@ -96,7 +100,7 @@ FlatPart planPart(int number, const Imf::Header& header, std::set<std::string>& 
     const std::string hostName = hostChannelName(name);
     taken.insert(name);
     taken.insert(hostName);
-    part.channels.push_back({it.name(), it.channel().type, picture.channels.size(), nullptr});
+    part.channels.push_back({it.name(), it.channel().type, picture.channels.size(), {}});
     picture.channels.push_back({name, hostName, {}});
   }
   grow(picture.box, boxOf(part.window, picture.display));
@@ -119,17 +123,22 @@ std::vector<FlatPart> planParts(const Imf::MultiPartInputFile& file, Picture& pi
   return parts;
 }
 
+// Room for `count` samples: memory that none of them has come into yet costs nothing.
 template <typename Sample>
-char* allocate(std::size_t count, Samples& samples) {
-  auto zeros = std::make_shared<std::vector<Sample>>(count);
-  samples = zeros;
-  return reinterpret_cast<char*>(zeros->data());
+Extend reserve(std::size_t count, Samples& samples) {
+  auto values = std::make_shared<std::vector<Sample>>();
+  values->reserve(count);
+  samples = values;
+  return [values](std::size_t size) {
+    if (size > values->size()) values->resize(size);
+    return reinterpret_cast<char*>(values->data());
+  };
 }
 
-char* allocate(Imf::PixelType type, std::size_t count, Samples& samples) {
-  if (type == Imf::HALF) return allocate<std::uint16_t>(count, samples);
-  if (type == Imf::FLOAT) return allocate<float>(count, samples);
-  return allocate<std::uint32_t>(count, samples);
+Extend reserve(Imf::PixelType type, std::size_t count, Samples& samples) {
+  if (type == Imf::HALF) return reserve<std::uint16_t>(count, samples);
+  if (type == Imf::FLOAT) return reserve<float>(count, samples);
+  return reserve<std::uint32_t>(count, samples);
 }
 
 // Rows of one part on their way from the file (downward) into the picture (upward).
@@ -161,10 +170,19 @@ class Band {
     input.readPixels(first, last);
   }
 
-  // Into the picture's samples, for which there is memory now.
+  // Into the picture's samples.
   void copy(int first, int last) const {
-    for (int y = first; y <= last; ++y)
-      copyRow(y, first);
+    std::size_t offset = 0;
+    for (const PartChannel& channel : part_.channels) {
+      const std::size_t rowBytes = sampleSize(channel.type) * width();
+      char* samples = channel.extend((rowOf(first) + 1) * picture_.box.width());
+      for (int y = first; y <= last; ++y) {
+        const std::size_t from = offset + rowBytes * static_cast<std::size_t>(y - first);
+        std::memcpy(samples + placeOf(y) * sampleSize(channel.type), bytes_.data() + from,
+                    rowBytes);
+      }
+      offset += rowBytes * static_cast<std::size_t>(rows_);
+    }
   }
 
  private:
@@ -172,19 +190,15 @@ class Band {
     return static_cast<std::size_t>(part_.window.max.x - part_.window.min.x) + 1;
   }
 
-  void copyRow(int fileRow, int first) const {
-    const PixelBox& box = picture_.box;
-    const auto row = static_cast<std::size_t>(picture_.display.maxY - fileRow - box.y);
-    const auto column =
-        static_cast<std::size_t>(part_.window.min.x - picture_.display.minX - box.x);
-    std::size_t offset = 0;
-    for (const PartChannel& channel : part_.channels) {
-      const std::size_t size = sampleSize(channel.type);
-      const std::size_t from = offset + size * width() * static_cast<std::size_t>(fileRow - first);
-      std::memcpy(channel.bytes + (row * box.width() + column) * size, bytes_.data() + from,
-                  size * width());
-      offset += size * width() * static_cast<std::size_t>(rows_);
-    }
+  // From the bottom of the picture's box.
+  std::size_t rowOf(int fileRow) const {
+    return static_cast<std::size_t>(picture_.display.maxY - fileRow - picture_.box.y);
+  }
+
+  // Of the row's first sample.
+  std::size_t placeOf(int fileRow) const {
+    const int column = part_.window.min.x - picture_.display.minX - picture_.box.x;
+    return rowOf(fileRow) * picture_.box.width() + static_cast<std::size_t>(column);
   }
 
   const FlatPart& part_;
@@ -200,16 +214,22 @@ void tryPart(Imf::MultiPartInputFile& file, const FlatPart& part, const Picture&
   Band(part, picture, 1).read(input, part.window.min.y, part.window.min.y);
 }
 
+// From the bottom up, as the picture's rows lie: samples come to be as their rows are unpacked, and
+// what fails on the way has cost no more than that.
 void readPart(Imf::MultiPartInputFile& file, const FlatPart& part, const Picture& picture) {
   Imf::InputPart input(file, part.number);
   constexpr std::size_t kMostRows = 256;
   Band band(part, picture, kMostRows);
-  for (int first = part.window.min.y; first <= part.window.max.y; first += band.rows()) {
+  const int top = part.window.min.y;
+  for (int number = (part.window.max.y - top) / band.rows(); number >= 0; --number) {
     throwIfInterrupted();
+    const int first = top + number * band.rows();
     const int last = std::min(first + band.rows() - 1, part.window.max.y);
     band.read(input, first, last);
     band.copy(first, last);
   }
+  for (const PartChannel& channel : part.channels)
+    channel.extend(picture.box.area());
 }
 
 Picture readParts(const std::string& path) {
@@ -225,7 +245,7 @@ Picture readParts(const std::string& path) {
   for (FlatPart& part : parts) {
     for (PartChannel& channel : part.channels) {
       Samples& samples = picture.channels[channel.target].samples;
-      channel.bytes = allocate(channel.type, picture.box.area(), samples);
+      channel.extend = reserve(channel.type, picture.box.area(), samples);
     }
   }
   for (const FlatPart& part : parts)
