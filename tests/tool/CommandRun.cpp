@@ -73,15 +73,28 @@ struct End {
   double secondsAfterSignal = 0.0;
 };
 
+// Whether the process has begun to handle that signal by itself; SIGKILL needs no handler.
+bool handles(pid_t process, int signal) {
+  if (signal == SIGKILL) return true;
+  const std::string status = bytesOfFile("/proc/" + std::to_string(process) + "/status");
+  const std::string name = "\nSigCgt:";
+  const std::size_t at = status.find(name);
+  if (at == std::string::npos) return true;
+  const auto caught = std::strtoull(status.c_str() + at + name.size(), nullptr, 16);
+  return (caught >> (signal - 1) & 1U) != 0;
+}
+
 // Waits for the end, sending the signal that was asked for, and SIGKILL when time is out.
 End waitFor(pid_t process, const RunOptions& options) {
   const auto start = Clock::now();
+  std::optional<Clock::time_point> handled;
   std::optional<Clock::time_point> signalled;
   End end;
   while (wait4(process, &end.status, WNOHANG, &end.usage) == 0) {
-    const bool due = secondsSince(start) >= options.signalAfterSeconds &&
+    if (options.signal != 0 && !handled && handles(process, options.signal)) handled = Clock::now();
+    const bool due = handled && secondsSince(*handled) >= options.signalAfterSeconds &&
                      (!options.signalWhen || options.signalWhen());
-    if (options.signal != 0 && !signalled && due) {
+    if (!signalled && due) {
       kill(process, options.signal);
       signalled = Clock::now();
     }

@@ -16,7 +16,7 @@ struct RunOptions {
   std::size_t fileSize = 0;                        ///< bytes; 0: no limit
   std::size_t openFiles = 0;                       ///< descriptors; 0: no limit
   int signal = 0;                                  ///< sent after signalAfterSeconds, if not 0
-  double signalAfterSeconds = 0.0;
+  double signalAfterSeconds = 0.0;   ///< from when it handles the signal, which takes it a moment
   std::function<bool()> signalWhen;  ///< and when it holds, if it is given
   bool unprivileged = false;         ///< as the user nobody, where the test may become that
   std::function<void()> inChild;     ///< called before it becomes the command

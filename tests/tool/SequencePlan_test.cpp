@@ -240,6 +240,71 @@ TEST(SequencePlan, outputInThePlaceOfItsInput_isWhatOneMayWantUnlessItIsSkipped)
   EXPECT_NE(failureOf(arguments).find("be skipped as there already"), std::string::npos);
 }
 
+TEST(SequencePlan, outputInThePlaceOfAnotherFramesInput_isRefused) {
+  const ScratchFolder folder;
+  RenderArguments arguments = sequence(folder.file("o.2.exr"), folder.file("o.#.exr"));
+  const std::string line = failureOf(arguments);
+  EXPECT_EQ(line.rfind("2 --output", 0), 0U) << line;
+  EXPECT_NE(line.find("the file of --input that frame 1 is made of too"), std::string::npos)
+      << line;
+  arguments.frames = {2};
+  EXPECT_NO_THROW(SequencePlan{arguments}) << "one picture may be blurred in its place";
+  arguments.frames = {1, 3};
+  EXPECT_NO_THROW(SequencePlan{arguments}) << "that frame is not written";
+}
+
+TEST(SequencePlan, outputInThePlaceOfAnotherViewsInput_isRefused) {
+  const ScratchFolder folder;
+  RenderArguments arguments = sequence(folder.file("a.left.#.exr"), folder.file("a.%V.#.exr"));
+  arguments.views = {"left", "right"};
+  EXPECT_NE(failureOf(arguments).find("that frame 1 right is made of too"), std::string::npos);
+  arguments.frames.clear();
+  arguments.input = folder.file("a.right.exr");
+  arguments.output = folder.file("a.%V.exr");
+  EXPECT_NE(failureOf(arguments).find("that view left is made of too"), std::string::npos);
+}
+
+TEST(SequencePlan, inputThatIsALinkToAnotherFramesOutput_isRefused) {
+  const ScratchFolder folder;
+  writeBytes(folder.file("o.2.exr"), "x");
+  std::filesystem::create_symlink(folder.file("o.2.exr"), folder.file("in.exr"));
+  const std::string line = failureOf(sequence(folder.file("in.exr"), folder.file("o.#.exr")));
+  EXPECT_EQ(line.rfind("2 --output", 0), 0U) << line;
+}
+
+TEST(SequencePlan, cameraFileInThePlaceOfAnOutput_isRefused) {
+  const ScratchFolder folder;
+  RenderArguments arguments = sequence(folder.file("in.#.exr"), folder.file("o.#.exr"));
+  arguments.camera = folder.file("o.1.exr");
+  EXPECT_NE(failureOf(arguments).find("the file of --camera"), std::string::npos);
+  for (const char* camera : {"header", "focalLength=50"}) {
+    arguments.camera = camera;
+    EXPECT_NO_THROW(SequencePlan{arguments}) << camera;
+  }
+}
+
+TEST(SequencePlan, outputsThatLinksLeadToOnePlace_areRefused) {
+  const ScratchFolder folder;
+  std::filesystem::create_directory(folder.file("left"));
+  std::filesystem::create_directory_symlink("left", folder.file("right"));
+  RenderArguments arguments = sequence(folder.file("in.exr"), folder.file("%V/o.#.exr"));
+  arguments.views = {"left", "right"};
+  EXPECT_NE(failureOf(arguments).find("frame 1 right would overwrite"), std::string::npos);
+  std::filesystem::create_symlink("p.1.exr", folder.file("p.2.exr"));
+  writeBytes(folder.file("p.1.exr"), "x");
+  EXPECT_NE(failureOf(sequence(folder.file("in.exr"), folder.file("p.#.exr")))
+                .find("frame 2 would overwrite"),
+            std::string::npos);
+}
+
+TEST(SequencePlan, namesOfTheSameBytes_areOutputsOfTheirOwn) {
+  const ScratchFolder folder;
+  writeBytes(folder.file("o.1.exr"), "x");
+  std::filesystem::create_hard_link(folder.file("o.1.exr"), folder.file("o.2.exr"));
+  EXPECT_NO_THROW(SequencePlan(sequence(folder.file("in.exr"), folder.file("o.#.exr"))))
+      << "each is replaced by a file of its own";
+}
+
 TEST(SequencePlan, framesTimesViews_areLimited) {
   RenderArguments arguments = sequence("in.exr", "%V.#.exr");
   arguments.frames.assign(400000, 1);

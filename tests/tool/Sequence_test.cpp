@@ -99,6 +99,47 @@ TEST_F(Sequence, missingFrames_endWith2AndTheirNamesBeforeAnyIsRendered) {
   EXPECT_EQ(outputs(), Texts{});
 }
 
+TEST_F(Sequence, pictureOfAllFramesThatOneWouldReplace_isRefusedAndStays) {
+  const std::string before = bytesOfFile(frameFile(1));
+  const RunResult result = runCommand(renderArguments(
+      frameFile(1), folder_.file("in.####.exr"), {"--frames", "1-3", "--set", "multiplier=20"}));
+  EXPECT_EQ(result.exitCode, 2);
+  EXPECT_TRUE(isOneErrorLine(result.error)) << result.error;
+  EXPECT_NE(result.error.find("frame 2"), std::string::npos) << result.error;
+  EXPECT_TRUE(bytesOfFile(frameFile(1)) == before);
+  const RunResult inPlace = runCommand(renderArguments(
+      folder_.file("in.####.exr"), folder_.file("in.####.exr"), {"--frames", "1-6"}));
+  EXPECT_EQ(inPlace.exitCode, 0) << inPlace.error;
+}
+
+TEST_F(Sequence, wrongNameOfManyFrames_isToldSoon) {
+  for (int file = 0; file < 300; ++file)
+    writeBytes(folder_.file("other." + std::to_string(file) + ".exr"), "x");
+  RunOptions options;
+  options.timeoutSeconds = 110.0;
+  const RunResult result =
+      runCommand(renderArguments(folder_.file("nothere.####.exr"), folder_.file("out.#.exr"),
+                                 {"--frames", "1-100000"}),
+                 options);
+  EXPECT_EQ(result.exitCode, 2);
+  EXPECT_TRUE(isOneErrorLine(result.error)) << result.error;
+  EXPECT_LT(result.processorSeconds, DREVIN_SANITIZED != 0 ? 60.0 : 10.0);
+}
+
+TEST_F(Sequence, signalWhileItIsPlanned_endsItSoon) {
+  for (const double moment : {0.0, 0.3, 1.0}) {
+    RunOptions options;
+    options.signal = SIGTERM;
+    options.signalAfterSeconds = moment;
+    const RunResult result =
+        runCommand(renderArguments(frameFile(1), folder_.file("out.#.exr"),
+                                   {"--frames", "1-1000000", "--kernel", folder_.file("k.#.exr")}),
+                   options);
+    EXPECT_EQ(result.exitCode, 143) << moment << " " << result.error;
+    EXPECT_LT(result.secondsAfterSignal, DREVIN_SANITIZED != 0 ? 60.0 : 10.0) << moment;
+  }
+}
+
 TEST_F(Sequence, badFrame_endsWith3AndItsName) {
   writeBytes(frameFile(3), "no picture");
   const RunResult result = render({"--frames", "1-6", "--frames-in-flight", "1"});

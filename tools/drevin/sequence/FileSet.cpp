@@ -28,7 +28,11 @@ std::string FileSet::place(const std::string& file) {
         std::filesystem::weakly_canonical(std::filesystem::absolute(folder, error), error);
     known->second = error ? std::filesystem::path(folder) : whole;
   }
-  return (known->second / path.filename()).string();
+  const std::filesystem::path whole = known->second / path.filename();
+  std::error_code error;
+  if (!std::filesystem::is_symlink(whole, error)) return whole.string();
+  const std::filesystem::path target = std::filesystem::weakly_canonical(whole, error);
+  return (error ? whole : target).string();
 }
 
 void FileSet::add(const std::string& file) {

@@ -17,11 +17,11 @@ class FileSet {
   void add(const std::string& file);
   /// Whether one of the files is this one, by any of its names or links.
   bool has(const std::string& file);
-
- private:
-  /// The folder without links and dots, and the name in it.
+  /// Where the file would be written: the folder without links and dots, and the name in it, or
+  /// what that is a link to.
   std::string place(const std::string& file);
 
+ private:
   std::unordered_map<std::string, std::filesystem::path> folders_;
   std::unordered_set<std::string> places_;
   std::set<std::pair<unsigned long long, unsigned long long>> nodes_;  ///< of those that are there

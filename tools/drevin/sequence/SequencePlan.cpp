@@ -10,10 +10,10 @@
 
 #include "picture/AtomicFile.h"
 #include "picture/NearestFile.h"
-#include "sequence/FileSet.h"
 #include "sequence/FrameList.h"
 #include "terminal/ExitCode.h"
 #include "terminal/OneLine.h"
+#include "terminal/Signals.h"
 
 namespace drevintool {
 namespace {
@@ -43,10 +43,23 @@ bool exists(const std::string& path) {
   return std::filesystem::exists(path, error);
 }
 
+bool isSameFile(const std::string& one, const std::string& other) {
+  FileSet file;
+  file.add(one);
+  return file.has(other);
+}
+
+RenderArguments withoutLists(RenderArguments arguments) {
+  arguments.frames.clear();
+  arguments.views.clear();
+  return arguments;
+}
+
 }  // namespace
 
 SequencePlan::SequencePlan(const RenderArguments& arguments)
     : arguments_(arguments),
+      picture_(withoutLists(arguments)),
       sequence_(!arguments.frames.empty() || !arguments.views.empty()),
       tasks_(tasksOf(arguments)) {
   addPath("--input", &RenderArguments::input);
@@ -101,10 +114,12 @@ void SequencePlan::checkOutputsDiffer() const {
     const Path& path = pathOf(option);
     const bool each = path.pattern.hasFrame() || path.pattern.hasView();
     if (option == std::string("--report") && !each) continue;
-    std::unordered_set<std::string> files;
+    FileSet names;
+    std::unordered_set<std::string> places;
     for (const FrameTask& task : tasks_) {
+      throwIfInterrupted();
       const std::string file = filled(path, task);
-      if (files.insert(file).second) continue;
+      if (places.insert(names.place(file)).second) continue;
       fail(std::string(option) + " " + arguments_.*path.text + ": " + task.name() +
            " would overwrite " + file + ", which another has written; put #### for the frame" +
            (arguments_.views.empty() ? "" : " and %V for the view") + " into the name");
@@ -126,9 +141,13 @@ void SequencePlan::checkReports() const {
   check("--script", arguments_.script);
 }
 
-void SequencePlan::refuseOutput(const char* option, const char* reason) const {
+FileSet SequencePlan::outputFiles() const {
   FileSet outputs;
   forEachFile("--output", [&](const std::string& file) { outputs.add(file); });
+  return outputs;
+}
+
+void SequencePlan::refuseOutput(const char* option, FileSet& outputs, const char* reason) const {
   forEachFile(option, [&](const std::string& file) {
     if (file.empty() || !outputs.has(file)) return;
     fail("--output " + arguments_.output + ": would take the place of " + file + ", the file of " +
@@ -136,23 +155,44 @@ void SequencePlan::refuseOutput(const char* option, const char* reason) const {
   });
 }
 
-// A picture may be blurred in its place; what else is read would be lost.
+// A picture may be blurred in its place, but none may be made of what another one has left there.
+void SequencePlan::refuseOutputOfOthers(FileSet& outputs) const {
+  const Path& input = pathOf("--input");
+  const Path& output = pathOf("--output");
+  if (tasks_.size() < 2 || arguments_.input.empty()) return;
+  for (const FrameTask& task : tasks_) {
+    throwIfInterrupted();
+    const std::string file = filled(input, task);
+    const std::string own = filled(output, task);
+    if (file == own || !outputs.has(file) || isSameFile(file, own)) continue;
+    fail("--output " + arguments_.output + ": would take the place of " + file +
+         ", the file of --input that " + task.name() + " is made of too; name another file");
+  }
+}
+
 void SequencePlan::checkTakenPlaces() const {
+  FileSet outputs = outputFiles();
   for (const char* option : {"--deep", "--kernel", "--mattes", "--camera"})
-    refuseOutput(option, "");
-  if (arguments_.skipExisting) refuseOutput("--input", ", and be skipped as there already");
+    refuseOutput(option, outputs, "");
+  if (arguments_.skipExisting) {
+    refuseOutput("--input", outputs, ", and be skipped as there already");
+  }
+  refuseOutputOfOthers(outputs);
 }
 
 void SequencePlan::checkInputsStay() const {
-  refuseOutput("--input", "");
+  FileSet outputs = outputFiles();
+  refuseOutput("--input", outputs, "");
 }
 
 template <typename Visit>
 void SequencePlan::forEachFile(const char* option, const Visit& visit) const {
   const Path& path = pathOf(option);
   const bool each = path.pattern.hasFrame() || path.pattern.hasView();
-  for (std::size_t i = 0; i < (each ? tasks_.size() : 1); ++i)
+  for (std::size_t i = 0; i < (each ? tasks_.size() : 1); ++i) {
+    throwIfInterrupted();
     visit(filled(path, tasks_[i]));
+  }
 }
 
 const SequencePlan::Path& SequencePlan::pathOf(const char* option) const {
@@ -177,9 +217,7 @@ std::set<std::string> SequencePlan::sharedFiles() const {
 }
 
 RenderArguments SequencePlan::argumentsOf(const FrameTask& task) const {
-  RenderArguments arguments = arguments_;
-  arguments.frames.clear();
-  arguments.views.clear();
+  RenderArguments arguments = picture_;
   for (const Path& path : paths_)
     arguments.*path.text = filled(path, task);
   if (!reportsEach_) arguments.report.clear();
@@ -190,6 +228,7 @@ std::vector<FrameTask> SequencePlan::missing(const Path& path) const {
   const Path& output = pathOf("--output");
   std::vector<FrameTask> tasks;
   std::copy_if(tasks_.begin(), tasks_.end(), std::back_inserter(tasks), [&](const FrameTask& task) {
+    throwIfInterrupted();
     const bool stays = arguments_.skipExisting && exists(filled(output, task));
     return !stays && !exists(filled(path, task));
   });
@@ -240,6 +279,7 @@ void SequencePlan::checkOutputs() const {
     const Path& path = pathOf(option);
     if ((arguments_.*path.text).empty()) continue;
     for (const FrameTask& task : tasks_) {
+      throwIfInterrupted();
       const std::string file = filled(path, task);
       const std::string folder = std::filesystem::path(file).parent_path().string();
       if (folders.insert(option + folder).second) AtomicFile::checkPlace(file);

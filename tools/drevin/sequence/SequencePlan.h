@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "arguments/RenderArguments.h"
+#include "sequence/FileSet.h"
 #include "sequence/FramePattern.h"
 #include "sequence/FrameTask.h"
 
@@ -16,8 +17,9 @@ namespace drevintool {
 class SequencePlan {
  public:
   /// Throws ToolError (Usage) if a path has a place for a frame or a view and none is asked for, if
-  /// two pictures would be written to one file, or if a report would take the place of a picture or
-  /// of another file that is read.
+  /// two pictures would be written to one file, if one would take the place of a file that another
+  /// picture is made of, or if a report would take the place of a picture or of another file that
+  /// is read.
   explicit SequencePlan(const RenderArguments& arguments);
 
   /// Whether frames or views were asked for.
@@ -28,13 +30,15 @@ class SequencePlan {
   const std::vector<FrameTask>& tasks() const { return tasks_; }
   /// Files that all pictures read, none if there is but one.
   std::set<std::string> sharedFiles() const;
-  /// The arguments of one picture: paths with its frame and view in their places.
+  /// The arguments of one picture: paths with its frame and view in their places, and no frames or
+  /// views themselves.
   RenderArguments argumentsOf(const FrameTask& task) const;
 
   /// Throws ToolError (Usage) if an input that has a place for the frame or the view is missing for
   /// some pictures, before hours are spent on the others; where bad frames are skipped, only if it
   /// is there for none. Throws ToolError (InputUnreadable) if an input of all pictures is missing.
-  /// A picture whose output is there, and may stay, needs no input.
+  /// A picture whose output is there, and may stay, needs no input. This and all below, and the
+  /// constructor, throw ToolError (Interrupted or Terminated) soon after a signal.
   void checkInputs() const;
   /// Throws ToolError (Usage) if a result would take the place of a picture that it is made of.
   void checkInputsStay() const;
@@ -54,7 +58,9 @@ class SequencePlan {
   void checkOutputsDiffer() const;
   void checkTakenPlaces() const;
   void checkReports() const;
-  void refuseOutput(const char* option, const char* reason) const;
+  FileSet outputFiles() const;
+  void refuseOutput(const char* option, FileSet& outputs, const char* reason) const;
+  void refuseOutputOfOthers(FileSet& outputs) const;
   template <typename Visit>
   void forEachFile(const char* option, const Visit& visit) const;
   const Path& pathOf(const char* option) const;
@@ -64,6 +70,7 @@ class SequencePlan {
   static std::string filled(const Path& path, const FrameTask& task);
 
   RenderArguments arguments_;
+  RenderArguments picture_;  // the same without the lists of frames and views, which may be long
   bool sequence_;
   bool reportsEach_ = false;
   std::vector<Path> paths_;

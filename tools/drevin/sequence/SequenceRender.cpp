@@ -1,8 +1,10 @@
 #include "sequence/SequenceRender.h"
 
+#include <filesystem>
 #include <map>
 #include <nlohmann/json.hpp>
 #include <optional>
+#include <system_error>
 #include <utility>
 
 #include "EmbeddedHost/Render.h"
@@ -26,11 +28,16 @@ std::int64_t pixelsOf(const std::string& path) {
 // Of the first picture that is there; 0 if none is.
 std::int64_t pixelsOf(const SequencePlan& plan) {
   for (const FrameTask& task : plan.tasks()) {
+    throwIfInterrupted();
     const RenderArguments arguments = plan.argumentsOf(task);
+    const std::string& file = arguments.input.empty() ? arguments.deep : arguments.input;
+    std::error_code error;
+    // What is not there would be looked for among its neighbours.
+    if (!std::filesystem::exists(file, error)) continue;
     try {
-      return pixelsOf(arguments.input.empty() ? arguments.deep : arguments.input);
+      return pixelsOf(file);
     } catch (const ToolError&) {
-      // Missing or damaged: the next one tells as much.
+      // Damaged: the next one tells as much.
     }
   }
   return 0;
@@ -49,7 +56,6 @@ class SequenceRender {
         progress_(arguments.quiet, plan.tasks().size()) {}
 
   int run() {
-    plan_.checkInputs();
     runFrames(
         plan_.tasks().size(),
         {inFlight_, arguments_.skipBadFrames, [this](std::size_t index) { tellOnceMore(index); }},
@@ -167,6 +173,7 @@ class SequenceRender {
 
 int renderSequence(const FrameShare& share, const SequencePlan& plan,
                    const RenderArguments& arguments, unsigned threads) {
+  plan.checkInputs();
   return SequenceRender(share, plan, arguments, threads).run();
 }
 
