@@ -9,10 +9,9 @@
 #include <set>
 #include <thread>
 
-#include "engine/FrameScenes.h"
 #include "node/DeepBench.h"
+#include "node/TransformedScenes.h"
 #include "support/Draw.h"
-#include "support/PlainScene.h"
 
 namespace drevin::test {
 namespace {
@@ -20,9 +19,9 @@ namespace {
 using std::chrono::microseconds;
 using std::chrono::steady_clock;
 
-constexpr int width = 170;
-constexpr int height = 140;
-constexpr int attempts = DREVIN_SANITIZED != 0 ? 3 : 12;
+constexpr int width = transformedWidth;
+constexpr int height = transformedHeight;
+constexpr int attempts = DREVIN_SANITIZED != 0 ? 10 : 15;
 
 /// Clears the abort at the end, whatever a test ends with.
 class AbortedRender : public testing::Test {
@@ -48,25 +47,6 @@ class Interrupter {
  private:
   std::thread thread_;
 };
-
-LiteralScene flatScene() {
-  return stagedScene(20.0F, 3, width, height);
-}
-
-/// Panes and things apart before a wall, with empty pixels between.
-LiteralDeepScene deepScene() {
-  LiteralDeepScene scene;
-  scene.flat = flatScene();
-  scene.deep = evenDeepImage(scene.flat.image.box, {redPoint(12.0F, 0.5F, 1.0F)});
-  for (int y = 0; y < height; ++y) {
-    for (int x = 0; x < width; ++x) {
-      LiteralDeepPixel& pixel = deepPixelAt(scene.deep, x, y);
-      if (x / 20 % 3 == 1) pixel = {redSample(8.1F, 9.4F, 0.3F, 0.6F), pixel.front()};
-      if (y / 15 % 4 == 2) pixel.clear();
-    }
-  }
-  return scene;
-}
 
 bool samePictures(const embedded::Image& a, const embedded::Image& b) {
   if (a.planes.size() != b.planes.size()) return false;
@@ -119,15 +99,21 @@ void expectAbortsWithoutHarm(NodeBench& bench, unsigned seed) {
 TEST_F(AbortedRender, flatAtAnyTime_leavesTheNextRenderRight) {
   for (const unsigned processors : {1U, 4U}) {
     embedded::setThreadCount(processors);
-    NodeBench bench(flatScene());
+    NodeBench bench(transformedScene());
     expectAbortsWithoutHarm(bench, processors);
   }
+}
+
+TEST_F(AbortedRender, mattesAndShiftAtAnyTime_leaveTheNextRenderRight) {
+  embedded::setThreadCount(3);
+  NodeBench bench(transformedEffects());
+  expectAbortsWithoutHarm(bench, 7);
 }
 
 TEST_F(AbortedRender, deepAtAnyTime_leavesTheNextRenderRight) {
   for (const bool apart : {false, true}) {
     embedded::setThreadCount(3);
-    DeepBench bench(deepScene());
+    DeepBench bench(transformedDeepScene());
     bench.node().set("integrateFrontAndBackSeperately", apart ? 1.0 : 0.0);
     expectAbortsWithoutHarm(bench.node(), apart ? 5 : 6);
   }
@@ -162,17 +148,17 @@ void expectNoStageAfterAnAbort(NodeBench& bench) {
 }
 
 TEST_F(AbortedRender, flatInAnyStage_beginsNoFurther) {
-  NodeBench bench(flatScene());
+  NodeBench bench(transformedScene());
   expectNoStageAfterAnAbort(bench);
 }
 
 TEST_F(AbortedRender, deepInAnyStage_beginsNoFurther) {
-  DeepBench bench(deepScene());
+  DeepBench bench(transformedDeepScene());
   expectNoStageAfterAnAbort(bench.node());
 }
 
 TEST_F(AbortedRender, inTheOpening_leavesNoPictureAndNoRow) {
-  NodeBench bench(flatScene());
+  NodeBench bench(transformedScene());
   bench.options.progress = [](const embedded::Progress& progress) {
     if (progress.stage == "Defocus") embedded::requestAbort();
   };
@@ -210,12 +196,12 @@ void expectRowsToEnd(NodeBench& bench, int pauses) {
 }
 
 TEST_F(AbortedRender, flatRowsOnManyThreads_end) {
-  NodeBench bench(flatScene());
+  NodeBench bench(transformedScene());
   expectRowsToEnd(bench, 6);
 }
 
 TEST_F(AbortedRender, deepRowsOnManyThreads_end) {
-  DeepBench bench(deepScene());
+  DeepBench bench(transformedDeepScene());
   expectRowsToEnd(bench.node(), 6);
 }
 

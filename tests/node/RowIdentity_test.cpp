@@ -5,7 +5,9 @@
 #include <cstring>
 #include <thread>
 
-#include "node/NodeBench.h"
+#include "DDImage/Thread.h"
+#include "node/DeepBench.h"
+#include "node/TransformedScenes.h"
 #include "support/RandomScene.h"
 
 namespace drevin::test {
@@ -49,18 +51,42 @@ Bits imageBits(const embedded::Image& image) {
   return bits;
 }
 
+/// The picture as `threads` processors make it, when the node opens and in the rows.
+Bits madeBy(NodeBench& bench, unsigned threads) {
+  const unsigned before = DD::Image::Thread::numCPUs;
+  embedded::setThreadCount(threads);
+  bench.options.threads = threads;
+  const embedded::RenderResult result = bench.render();
+  embedded::setThreadCount(before);
+  EXPECT_EQ(result.status, embedded::RenderStatus::Done);
+  return imageBits(result.image);
+}
+
+void expectSameBitsByAnyThreads(NodeBench& bench) {
+  const Bits alone = madeBy(bench, 1);
+  ASSERT_FALSE(alone.empty());
+  for (const unsigned threads : {2U, 3U, 7U})
+    EXPECT_TRUE(madeBy(bench, threads) == alone) << "on " << threads;
+}
+
 TEST(RenderedNode, anyThreadCount_isBitIdentical) {
   for (unsigned seed = 500; seed < 530; ++seed) {
-    const LiteralScene scene = randomScene(seed);
-    NodeBench bench(scene);
-    bench.options.threads = 1;
-    const Bits alone = imageBits(bench.render().image);
-    ASSERT_FALSE(alone.empty());
-    for (const unsigned threads : {2U, 3U, 8U}) {
-      bench.options.threads = threads;
-      EXPECT_EQ(imageBits(bench.render().image), alone) << "seed " << seed << " on " << threads;
-    }
+    SCOPED_TRACE(seed);
+    NodeBench bench(randomScene(seed));
+    expectSameBitsByAnyThreads(bench);
   }
+}
+
+// Several tiles are summed at once, and end in any order.
+TEST(RenderedNode, anyThreadCountWithTransforms_isBitIdentical) {
+  NodeBench flat(transformedScene());
+  expectSameBitsByAnyThreads(flat);
+  NodeBench effects(transformedEffects());
+  expectSameBitsByAnyThreads(effects);
+  DeepBench deep(transformedDeepScene());
+  expectSameBitsByAnyThreads(deep.node());
+  deep.node().set("integrateFrontAndBackSeperately", 1.0);
+  expectSameBitsByAnyThreads(deep.node());
 }
 
 Bits rowBits(RenderSession& session, const DD::Image::ChannelSet& channels, int y, int x, int r) {
