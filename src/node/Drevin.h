@@ -3,6 +3,7 @@
 /// The node: a lens defocus from a depth channel, as an operator of the compositing host.
 
 #include <atomic>
+#include <cstddef>
 #include <cstdint>
 #include <vector>
 
@@ -109,6 +110,8 @@ class Drevin : public DD::Image::Iop {
   const dvPreparedPicture& picture() const { return picture_; }
   /// Deep pixels that went through the merge for the picture.
   std::uint64_t mergedPixels() const { return mergedPixels_; }
+  /// Sets the memory of the splats that the next picture may hold at a time, bytes.
+  void setBandBytes(std::size_t bytes) { bandBytes_ = bytes; }
 
  protected:
   void _validate(bool for_real) override;
@@ -173,6 +176,7 @@ class Drevin : public DD::Image::Iop {
   DD::Image::ChannelSet requestedChannels_;  ///< as requestedBox_
   dvPreparedPicture picture_;
   std::atomic<std::uint64_t> mergedPixels_{0};
+  std::size_t bandBytes_ = dvBandBytes;
 };
 
 /// Thread body: builds the pairs of bank entries threadIndex, threadIndex + threadCount, ... of a

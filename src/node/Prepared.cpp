@@ -90,11 +90,11 @@ void Drevin::makePicture() {
     const dvDeepPlan plan = deepPlan(box.x(), box.r(), processed, deepModes());
     if (plan.deep == nullptr) return;
     const dvLineSource source = linesOf(plan, settings, mergedPixels_);
-    picture_.make(settings, source, padding_, box, parallel, progress);
+    picture_.make(settings, source, padding_, box, parallel, progress, bandBytes_);
   } else {
     const dvFlatPlan plan = flatPlan(box.x(), box.r(), processed);
     const dvLineSource source = linesOf(plan, settings);
-    picture_.make(settings, source, padding_, box, parallel, progress);
+    picture_.make(settings, source, padding_, box, parallel, progress, bandBytes_);
   }
 }
 

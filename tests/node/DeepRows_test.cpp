@@ -352,6 +352,8 @@ TEST(DeepPicture, tallPictures_areMergedOnceAcrossBands) {
   scene.flat.image = plainScene(7, 150, 10.0F).image;
   scene.deep = evenDeepImage({0, 0, 7, 150}, {redPoint(12.0F, 0.5F, 0.5F)});
   DeepBench bench(scene);
+  // No memory at all: bands of the fewest rows, 32.
+  bench.drevin().setBandBytes(0);
   bench.render();
   EXPECT_EQ(bench.drevin().mergedPixels(), 6U * 150U);
 }
@@ -362,7 +364,7 @@ TEST(DeepPicture, anyThreadCount_isBitIdentical) {
     embedded::setThreadCount(1);
     DeepBench alone(scene);
     const RenderResult expected = alone.render();
-    for (const unsigned threads : {2U, 5U}) {
+    for (const unsigned threads : {2U, 3U, 7U}) {
       embedded::setThreadCount(threads);
       DeepBench bench(scene);
       const RenderResult result = bench.render();
