@@ -1,10 +1,23 @@
 #include "ThreadPool.h"
 
 #include <algorithm>
+#include <atomic>
 #include <new>
 #include <system_error>
 
+#include "EmbeddedHost/Render.h"
+
 namespace embedded {
+
+namespace {
+
+std::atomic<std::uint64_t> calls{0};
+
+}  // namespace
+
+std::uint64_t spawnCalls() noexcept {
+  return calls;
+}
 
 ThreadPool& ThreadPool::instance() {
   static ThreadPool pool;
@@ -107,6 +120,7 @@ namespace DD {
 namespace Image {
 
 bool Thread::spawn(ThreadFunction function, unsigned nThreads, void* userData) {
+  ++embedded::calls;
   if (nThreads == 0) return false;
   embedded::ThreadPool::instance().spawn(function, nThreads, userData);
   return true;

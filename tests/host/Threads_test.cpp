@@ -147,6 +147,16 @@ TEST(Thread, exceptionOfATask_leavesWaitAfterAllHaveEnded) {
   Thread::wait(&ran);
 }
 
+TEST(Thread, spawnCalls_areCounted) {
+  const std::uint64_t before = embedded::spawnCalls();
+  Counts counts;
+  for (int i = 0; i < 3; ++i) {
+    EXPECT_TRUE(Thread::spawn(countIndex, 2, &counts));
+    Thread::wait(&counts);
+  }
+  EXPECT_EQ(embedded::spawnCalls(), before + 3);
+}
+
 TEST(Thread, numCPUs_isWhatMayBeUsedOrWhatWasSet) {
   const unsigned before = Thread::numCPUs;
   EXPECT_GE(before, 1U);

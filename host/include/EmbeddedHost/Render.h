@@ -3,6 +3,7 @@
 /// Rendering a node: the host's sequence store, append, validate, request, open, rows, close.
 
 #include <atomic>
+#include <cstdint>
 #include <functional>
 #include <map>
 #include <memory>
@@ -117,5 +118,7 @@ DD_EXPORT unsigned usableProcessors();
 /// Sets Thread::numCPUs, by which renders and operators choose their threads (0:
 /// usableProcessors()).
 DD_EXPORT void setThreadCount(unsigned threads);
+/// How often Thread::spawn has been called since the program began.
+DD_EXPORT std::uint64_t spawnCalls() noexcept;
 
 }  // namespace embedded
