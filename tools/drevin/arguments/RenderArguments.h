@@ -9,6 +9,7 @@
 
 #include "EmbeddedHost/DeepOrder.h"
 #include "arguments/NodeArguments.h"
+#include "depth/FocusKey.h"
 #include "depth/FocusPoint.h"
 #include "picture/OutputFormat.h"
 #include "picture/Picture.h"
@@ -27,6 +28,7 @@ struct RenderArguments : NodeArguments {
   std::string report;
   std::string output;
   std::optional<FocusPoint> focus;  ///< what to focus on; none: as the controls say
+  std::vector<FocusKey> focusKeys;  ///< between which it is pulled, by their frames; empty: none
   PictureFixes fixes;
   std::optional<PixelBox> region;
   std::vector<std::string> channels;  ///< empty: the default set

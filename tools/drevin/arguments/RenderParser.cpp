@@ -229,6 +229,15 @@ void RenderParser::checkSequence(RenderArguments& arguments) const {
   }
 }
 
+void RenderParser::checkFocusKeys(const RenderArguments& arguments) const {
+  if (arguments.focusKeys.empty()) return;
+  const std::string start = "--focus-at " + arguments.focusKeys.front().point.text + ": is a key; ";
+  if (scope_ == RenderScope::Sheet) failUsage(start + "a sheet shows one frame, so give x,y alone");
+  if (arguments.frames.empty()) {
+    failUsage(start + "name the frames to render with --frames, such as --frames 12");
+  }
+}
+
 bool RenderParser::parsed() const {
   return app_.parsed();
 }
@@ -244,6 +253,7 @@ RenderArguments RenderParser::checked() const {
   checkOutput(arguments.output);
   arguments.fixes = fixes_.checked(app_);
   arguments.focus = focus_.checked(app_, arguments);
+  arguments.focusKeys = focus_.keys();
   if (given(app_, "--deep-order")) arguments.deepOrder = parseDeepOrder(deepOrder_);
   if (given(app_, "--region")) arguments.region = parseRegion(region_);
   const bool sheet = scope_ == RenderScope::Sheet;
@@ -254,6 +264,7 @@ RenderArguments RenderParser::checked() const {
   checkFormatFits(app_, arguments.output);
   if (given(app_, "--proxy")) arguments.proxy = parseProxy(proxy_);
   checkSequence(arguments);
+  checkFocusKeys(arguments);
   return arguments;
 }
 

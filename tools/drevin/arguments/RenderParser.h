@@ -41,6 +41,7 @@ class RenderParser {
   void addSequence();
   void addSkipping();
   void checkSequence(RenderArguments& arguments) const;
+  void checkFocusKeys(const RenderArguments& arguments) const;
 
   CLI::App& app_;
   const RenderScope scope_;

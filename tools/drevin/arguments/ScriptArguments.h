@@ -6,6 +6,7 @@
 #include <string>
 
 #include "arguments/NodeArguments.h"
+#include "depth/FocusKey.h"
 #include "depth/FocusPoint.h"
 
 namespace drevintool {
@@ -13,8 +14,9 @@ namespace drevintool {
 struct ScriptArguments : NodeArguments {
   std::string name;  ///< of the node; empty: that of the script's, else Drevin1
   std::optional<FocusPoint> focus;
-  std::string input;  ///< the picture to focus in; empty: none
-  std::string deep;   ///< the same for a deep one
+  std::vector<FocusKey> focusKeys;  ///< by their frames; empty: none
+  std::string input;                ///< the picture to focus in; empty: none
+  std::string deep;                 ///< the same for a deep one
 };
 
 }  // namespace drevintool

@@ -61,6 +61,7 @@ ScriptArguments ScriptParser::checked() const {
   checkFocus();
   ScriptArguments arguments = arguments_;
   arguments.focus = focus_.checked(app_, arguments);
+  arguments.focusKeys = focus_.keys();
   return arguments;
 }
 

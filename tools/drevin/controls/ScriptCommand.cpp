@@ -2,13 +2,18 @@
 
 #include <cstdio>
 #include <memory>
+#include <optional>
+#include <utility>
+#include <vector>
 
 #include "controls/CameraOption.h"
 #include "controls/ControlChanges.h"
 #include "controls/FocusControl.h"
 #include "controls/PluginSearch.h"
 #include "controls/ScriptText.h"
+#include "render/FrameJob.h"
 #include "render/InputPictures.h"
+#include "sequence/FramePattern.h"
 #include "terminal/Messages.h"
 
 namespace drevintool {
@@ -31,13 +36,22 @@ void takeCamera(const std::string& text, Node& node, ControlCurves& curves) {
   }
 }
 
-// The pictures to focus in, if there is a point to focus on.
-std::unique_ptr<InputPictures> picturesOf(const ScriptArguments& arguments) {
-  if (!arguments.focus) return nullptr;
+// The pictures to focus in, if there is a point to focus on; of keys, those of the frame.
+std::unique_ptr<InputPictures> picturesOf(const ScriptArguments& arguments,
+                                          std::optional<int> frame) {
+  if (!arguments.focus && !frame) return nullptr;
+  const auto file = [&](const std::string& text) {
+    return frame ? FramePattern(text).path(*frame) : text;
+  };
   RenderArguments files;
-  files.input = arguments.input;
-  files.deep = arguments.deep;
+  files.input = file(arguments.input);
+  files.deep = file(arguments.deep);
   return std::make_unique<InputPictures>(files);
+}
+
+std::optional<int> firstKey(const ScriptArguments& arguments) {
+  if (arguments.focusKeys.empty()) return std::nullopt;
+  return arguments.focusKeys.front().frame;
 }
 
 void takeFocus(const InputPictures& pictures, const FocusPoint& point, Node& node,
@@ -46,6 +60,22 @@ void takeFocus(const InputPictures& pictures, const FocusPoint& point, Node& nod
   setFocus(node, distance);
   curves.erase(kFocusControl);
   printNote(focusLine(distance, point));
+}
+
+// The focus as a curve, which is what keys are in the host too.
+void takeFocusKeys(const ScriptArguments& arguments, Node& node, ControlCurves& curves) {
+  std::vector<CurveKey> keys;
+  for (const FocusKey& key : arguments.focusKeys) {
+    const std::unique_ptr<InputPictures> pictures = picturesOf(arguments, key.frame);
+    const float distance = pictures->focusDistance(node, key.point);
+    keys.push_back({static_cast<double>(key.frame), static_cast<double>(distance), false});
+    printNote(withFrameName({key.frame, ""}, focusLine(distance, key.point)));
+  }
+  setFocus(node, static_cast<float>(keys.front().value));
+  curves.erase(kFocusControl);
+  if (keys.size() > 1) {
+    curves.emplace(kFocusControl, std::vector<ControlCurve>{ControlCurve(std::move(keys))});
+  }
 }
 
 std::string nameOf(const ScriptArguments& arguments, const ControlChanges& changes) {
@@ -62,14 +92,15 @@ int runScript(const ScriptArguments& arguments) {
   for (const std::string& warning : changes.warnings())
     printWarning(warning);
   changes.applyValues(node, kAnyFrame);
-  const std::unique_ptr<InputPictures> pictures = picturesOf(arguments);
+  const std::unique_ptr<InputPictures> pictures = picturesOf(arguments, firstKey(arguments));
   changes.applyChannels(node, [&](const Knob& knob, const ControlSetting&) -> const Picture* {
     const bool flat = pictures && pictures->deep() == nullptr;
     return flat && knob.name() == "depthChannel" ? &pictures->image() : nullptr;
   });
   ControlCurves curves = changes.curves(node);
   if (!arguments.camera.empty()) takeCamera(arguments.camera, node, curves);
-  if (pictures) takeFocus(*pictures, *arguments.focus, node, curves);
+  if (arguments.focus) takeFocus(*pictures, *arguments.focus, node, curves);
+  if (!arguments.focusKeys.empty()) takeFocusKeys(arguments, node, curves);
   std::fputs(nodeScript(node, curves, nameOf(arguments, changes)).c_str(), stdout);
   return 0;
 }

@@ -14,6 +14,7 @@
 #include "render/NotFinite.h"
 #include "render/ResultPicture.h"
 #include "render/UnusedPictures.h"
+#include "sequence/FocusPull.h"
 #include "sequence/WholeFile.h"
 #include "terminal/ExitCode.h"
 #include "terminal/Messages.h"
@@ -202,7 +203,21 @@ void FrameJob::applyChannels(Node& node) {
   share_.changes.applyChannels(node, source);
 }
 
+float FrameJob::focusDistance(const FocusPoint& point) {
+  read();
+  Node node(share_.description);
+  const ConnectedInputs inputs = pictures_->connectTo(node);
+  share_.changes.applyValues(node, task_.frame);
+  applyChannels(node);
+  return pictures_->focusDistance(node, point);
+}
+
 void FrameJob::applyFocus(Node& node) {
+  if (share_.focus != nullptr) {
+    const double distance = share_.focus->at(task_);
+    setFocus(node, static_cast<float>(distance));
+    if (camera_) camera_->setFocus(distance, "--focus-at");
+  }
   if (!arguments_.focus) return;
   const FocusPoint& point = *arguments_.focus;
   const float distance = pictures_->focusDistance(node, point);

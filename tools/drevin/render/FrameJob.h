@@ -27,12 +27,15 @@
 
 namespace drevintool {
 
+class FocusPull;
+
 /// What all frames of a command share.
 struct FrameShare {
   const DD::Image::Op::Description& description;
   const ControlChanges& changes;
-  bool wantsReport = false;      ///< also where a frame has no report file of its own
-  SharedFiles* files = nullptr;  ///< that all frames read; null: none
+  bool wantsReport = false;          ///< also where a frame has no report file of its own
+  SharedFiles* files = nullptr;      ///< that all frames read; null: none
+  const FocusPull* focus = nullptr;  ///< null: the arguments say what to focus on
 };
 
 /// Told how far a frame is, on the thread that renders it.
@@ -49,6 +52,10 @@ class FrameJob : public FrameWork {
   void read() override;
   /// Renders and delivers. The node's errors are the outcome's. Throws ToolError for all else.
   FrameOutcome finish() override;
+
+  /// In the place of both: reads the pictures and returns the distance at a point of them, with the
+  /// controls of this frame. Throws ToolError.
+  float focusDistance(const FocusPoint& point);
 
  protected:
   /// Writes the result to the output that the arguments name. Returns the bytes of the file;

@@ -9,6 +9,7 @@
 
 #include "EmbeddedHost/Render.h"
 #include "picture/ExrHeaderScan.h"
+#include "sequence/FocusPull.h"
 #include "sequence/FramesInFlight.h"
 #include "terminal/Messages.h"
 #include "terminal/SequenceProgress.h"
@@ -56,6 +57,7 @@ class SequenceRender {
         progress_(arguments.quiet, plan.tasks().size()) {}
 
   int run() {
+    findFocus();
     runFrames(
         plan_.tasks().size(),
         {inFlight_, arguments_.skipBadFrames, [this](std::size_t index) { tellOnceMore(index); }},
@@ -70,6 +72,13 @@ class SequenceRender {
   }
 
  private:
+  // Before the first frame, for each depends on all points.
+  void findFocus() {
+    if (arguments_.focusKeys.empty()) return;
+    focus_.emplace(share_, plan_, arguments_.focusKeys, arguments_.quiet);
+    share_.focus = &*focus_;
+  }
+
   std::unique_ptr<FrameWork> makeJob(std::size_t index) {
     const FrameTask& task = plan_.tasks()[index];
     RenderArguments arguments = plan_.argumentsOf(task);
@@ -158,7 +167,8 @@ class SequenceRender {
   }
 
   SharedFiles files_;
-  const FrameShare share_;
+  FrameShare share_;
+  std::optional<FocusPull> focus_;
   const SequencePlan& plan_;
   const RenderArguments& arguments_;
   const unsigned inFlight_;
