@@ -264,7 +264,7 @@ class SharedInputs : public Sequence {
   // Of a run whose file is gone when its first frame is there.
   RunResult renderWhileGone(const std::string& file, const Texts& more) const {
     RunOptions options;
-    options.signal = SIGCONT;  // never sent
+    options.signal = SIGTERM;  // never sent
     options.signalWhen = [&] {
       if (std::filesystem::exists(folder_.file("out.1.exr"))) std::filesystem::remove(file);
       return false;
