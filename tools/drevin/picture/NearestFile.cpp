@@ -117,7 +117,8 @@ std::string nearestSequenceHint(const std::string& path) {
   std::vector<std::string> patterns;
   for (const fs::path& file : filesIn(folderOf(wanted))) {
     const std::string other = patternOf(file);
-    const bool sameKind = lowered(wanted.extension().string()) == lowered(file.extension().string());
+    const bool sameKind =
+        lowered(wanted.extension().string()) == lowered(file.extension().string());
     if (other == pattern) return {};
     if (!other.empty() && sameKind && sequencesAreNear(wanted.filename(), file))
       patterns.push_back(other);
