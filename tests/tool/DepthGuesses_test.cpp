@@ -26,9 +26,11 @@ TEST(DepthCodes, valuesThatAreNoDistances_areBackground) {
     EXPECT_FALSE(real.isBackground(depth)) << depth;
 }
 
-TEST(DepthCodes, zeroIn1OverZ_isInfinitelyFarAndNoCode) {
+TEST(DepthCodes, zeroIn1OverZ_isInfinitelyFarAndBackground) {
   const DepthCodes reciprocal{DepthStyle::Reciprocal, false};
-  EXPECT_FALSE(reciprocal.isBackground(0.0F));
+  EXPECT_TRUE(reciprocal.isBackground(0.0F));
+  EXPECT_TRUE(reciprocal.isBackground(1e-40F));  // its distance is beyond all floats
+  EXPECT_FALSE(reciprocal.isBackground(1e-30F));
   EXPECT_TRUE(std::isinf(reciprocal.distance(0.0F)));
   EXPECT_FLOAT_EQ(reciprocal.distance(0.25F), 4.0F);
 }
@@ -91,45 +93,69 @@ TEST(StyleGuess, codesAlone_areRealWithoutAFault) {
   EXPECT_EQ(guessStyle(rowOf({})).style, DepthStyle::Real);
 }
 
+BackgroundFinding foundIn(const DepthPlane& depth, const DepthPlane* alpha = nullptr,
+                          DepthStyle style = DepthStyle::Real) {
+  return findBackground(depth, alpha, style);
+}
+
 TEST(BackgroundFinding, depthOfPixelsWithoutAlpha_isIt) {
-  const DepthPlane depth = rowOf({0, 0, 0, 9, 9.5F, 10});
   const DepthPlane alpha = rowOf({0, 0, 0, 0.5F, 1, 1});
-  const auto found = findBackground(depth, &alpha);
-  ASSERT_TRUE(found);
-  EXPECT_EQ(found->value, 0.0F);
-  EXPECT_EQ(found->pixels, 3U);
+  const BackgroundFinding zero = foundIn(rowOf({0, 0, 0, 9, 9.5F, 10}), &alpha);
+  EXPECT_EQ(zero.value, 0.0F);
+  EXPECT_EQ(zero.pixels, 3U);
+  EXPECT_FALSE(zero.isOrdinary());
+  const BackgroundFinding behind = foundIn(rowOf({11, 11, 11, 9, 9.5F, 10}), &alpha);
+  EXPECT_EQ(behind.value, 11.0F);
+  EXPECT_TRUE(behind.isOrdinary());
+  EXPECT_TRUE(behind.contains(11.0F));
+  EXPECT_FALSE(behind.contains(10.0F));
 }
 
 TEST(BackgroundFinding, depthOfPixelsWithoutAlphaAmongTheOthers_isNot) {
-  const DepthPlane depth = rowOf({9.5F, 9.5F, 9, 9.5F, 10, 10});
   const DepthPlane alpha = rowOf({0, 0, 1, 1, 1, 1});
-  EXPECT_FALSE(findBackground(depth, &alpha));
+  EXPECT_FALSE(foundIn(rowOf({9.5F, 9.5F, 9, 9.5F, 10, 10}), &alpha).value);
 }
 
-TEST(BackgroundFinding, mostFrequentCode_isIt) {
-  const auto found = findBackground(rowOf({1e10F, kInfinity, kInfinity, 3, 4, 5}), nullptr);
-  ASSERT_TRUE(found);
-  EXPECT_EQ(found->value, kInfinity);
-  EXPECT_EQ(found->pixels, 2U);
+TEST(BackgroundFinding, mostFrequentCode_isItAndOthersAreCounted) {
+  const BackgroundFinding found = foundIn(rowOf({1e10F, kInfinity, kInfinity, 3, 4, 5}));
+  EXPECT_EQ(found.value, kInfinity);
+  EXPECT_EQ(found.pixels, 2U);
+  EXPECT_EQ(found.others, 1U);
+  EXPECT_TRUE(found.contains(1e10F));
 }
 
 TEST(BackgroundFinding, nan_isFoundAsOneValue) {
-  const auto found = findBackground(rowOf({kNan, -kNan, 3, 4, 5}), nullptr);
-  ASSERT_TRUE(found);
-  EXPECT_TRUE(std::isnan(found->value));
-  EXPECT_EQ(found->pixels, 2U);
+  const BackgroundFinding found = foundIn(rowOf({kNan, -kNan, 3, 4, 5}));
+  ASSERT_TRUE(found.value);
+  EXPECT_TRUE(std::isnan(*found.value));
+  EXPECT_EQ(found.pixels, 2U);
+  EXPECT_EQ(found.others, 0U);
 }
 
-TEST(BackgroundFinding, planeFarBehindAllThings_isIt) {
-  const auto found = findBackground(rowOf({5, 20, 10000, 10000}), nullptr);
-  ASSERT_TRUE(found);
-  EXPECT_EQ(found->value, 10000.0F);
+TEST(BackgroundFinding, planeFarBehindAllThings_isItBeforeFewerCodes) {
+  EXPECT_EQ(foundIn(rowOf({5, 20, 10000, 10000})).value, 10000.0F);
+  const BackgroundFinding few = foundIn(rowOf({5, 20, kNan, 10000, 10000}));
+  EXPECT_EQ(few.value, 10000.0F);
+  EXPECT_EQ(few.others, 1U);
+  const BackgroundFinding many = foundIn(rowOf({5, 20, kInfinity, kInfinity, 10000, 10000}));
+  EXPECT_EQ(many.value, kInfinity) << "with codes for the sky the plane is a thing";
+  EXPECT_FALSE(many.contains(10000.0F));
+}
+
+TEST(BackgroundFinding, planeFarBehindAllThingsIn1OverZ_isTheSmallest) {
+  const DepthPlane plane = rowOf({0.2F, 0.05F, 0.0001F, 0.0001F});
+  EXPECT_EQ(foundIn(plane, nullptr, DepthStyle::Reciprocal).value, 0.0001F);
+  EXPECT_FALSE(foundIn(plane).value);
 }
 
 TEST(BackgroundFinding, ordinaryDepths_haveNone) {
-  EXPECT_FALSE(findBackground(rowOf({5, 6, 7, 20}), nullptr));
-  EXPECT_FALSE(findBackground(rowOf({5, 5, 5}), nullptr));
-  EXPECT_FALSE(findBackground(rowOf({}), nullptr));
+  for (const DepthPlane& plane : {rowOf({5, 6, 7, 20}), rowOf({5, 5, 5}), rowOf({})}) {
+    const BackgroundFinding found = foundIn(plane);
+    EXPECT_FALSE(found.value);
+    EXPECT_FALSE(found.isOrdinary());
+    EXPECT_TRUE(found.contains(kNan));
+    EXPECT_FALSE(found.contains(5.0F));
+  }
 }
 
 TEST(UnitGuess, medianDistance_namesTheUnit) {

@@ -125,7 +125,55 @@ TEST_F(FocusAt, depthStyle1OverZ_givesTheDistance) {
 
 TEST_F(FocusAt, backgroundAlone_isRefusedWithTheRemedy) {
   writeDepth([](int x, int) { return x < 10 ? 0.0 : 30.0; });
-  expectRefused({"--focus-at", "3,6"}, 2, "choose a point on a thing");
+  expectRefused({"--focus-at", "3,6"}, 2, "name another point");
+  expectRefused({"--focus-at", "3,6"}, 2, "--fix-background");
+}
+
+TEST_F(FocusAt, backgroundThatWasGivenADepth_isFocusedOn) {
+  writeDepth([](int x, int) { return x < 10 ? 0.0 : 30.0; });
+  EXPECT_EQ(focalPlane({"--focus-at", "3,6", "--fix-background", "70"}), 70.0);
+  EXPECT_EQ(focalPlane({"--focus-at", "3,6", "--fix-background", "far"}), 30.0);
+  EXPECT_EQ(focalPlane({"--focus-at", "15,6", "--fix-background", "70"}), 30.0);
+  EXPECT_EQ(
+      focalPlane({"--focus-at", "3,6", "--fix-background", "0.25", "--set", "depthStyle=1/z"}),
+      4.0);
+  expectRefused({"--focus-at", "3,6", "--fix-background", "-2"}, 2, "above 0");
+}
+
+// A plane far behind all things is no code, but the same finding as that of inspect.
+TEST_F(FocusAt, planeFarBehindAllThings_isLeftOut) {
+  writeDepth([](int x, int) { return x < 10 ? 10000.0 : 30.0 + x; });
+  expectRefused({"--focus-at", "3,6"}, 2, "nothing but background");
+  EXPECT_EQ(focalPlane({"--focus-at", "9,6"}), 40.0);
+}
+
+TEST_F(FocusAt, depthOfPixelsWithoutAlpha_isLeftOut) {
+  PartFixture part = rgbazPart(20, 12, 0.0);
+  for (ChannelFixture& channel : part.channels) {
+    if (channel.name == "A") channel.value = [](int x, int) { return x < 10 ? 0.0 : 1.0; };
+    if (channel.name == "Z") channel.value = [](int x, int) { return x < 10 ? 50.0 : 30.0; };
+  }
+  writeExrFixture(input_, part);
+  expectRefused({"--focus-at", "3,6"}, 2, "nothing but background");
+  EXPECT_EQ(focalPlane({"--focus-at", "9,6"}), 30.0);
+}
+
+TEST_F(FocusAt, distanceNotAboveZero_isRefusedWithTheRemedy) {
+  writeDepth([](int, int) { return -5.0; });
+  expectRefused({"--focus-at", "3,6"}, 2, "the distance there is -5");
+  expectRefused({"--focus-at", "3,6"}, 2, "name another point");
+  expectRefused({"--focus-at", "3,6", "--set", "depthStyle=1/z"}, 2, "the distance there is -0.2");
+}
+
+// 1 / 1e-40 is beyond the largest float.
+TEST_F(FocusAt, distanceThatIsNotFinite_isBackground) {
+  writeDepth([](int, int) { return 1e-40; });
+  expectRefused({"--focus-at", "3,6", "--set", "depthStyle=1/z"}, 2, "nothing but background");
+}
+
+TEST_F(FocusAt, focus_isToldThoughQuiet) {
+  writeDepth([](int, int) { return 7.5; });
+  EXPECT_EQ(linesStarting(render({"--quiet", "--focus-at", "4,6"}).error, "drevin: ").size(), 1U);
 }
 
 TEST_F(FocusAt, pointOutsideThePicture_isRefusedWithItsSpans) {

@@ -130,10 +130,12 @@ TEST_F(FixBackground, farWithoutAnyDistance_changesNothingAndSaysSo) {
             (Arguments{"--fix-background far: nothing was changed, for no depth is a distance"}));
 }
 
-TEST_F(FixBackground, zeroIn1OverZ_staysInfinitelyFar) {
+TEST_F(FixBackground, zeroIn1OverZ_isBackgroundAsInInspection) {
   const PartFixture part = lights([](int x, int) { return x < 16 ? 0.125 : 0.0; });
-  const ReadFile plain = render(part, {"--set", "depthStyle=1/z"});
-  expectSameColours(render(part, {"--set", "depthStyle=1/z", "--fix-background", "0.5"}), plain);
+  const PartFixture whole = lights([](int x, int) { return x < 16 ? 0.125 : 0.0625; });
+  const ReadFile wanted = render(whole, {"--set", "depthStyle=1/z"});
+  expectSameColours(render(part, {"--set", "depthStyle=1/z", "--fix-background", "0.0625"}),
+                    wanted);
   const PartFixture coded = lights([](int x, int) { return x < 16 ? 0.125 : kInfinity; });
   render(coded, {"--set", "depthStyle=1/z", "--fix-background", "far"});
   EXPECT_EQ(mended(),
@@ -157,13 +159,82 @@ TEST_F(FixBackground, depthChannelThatIsChosen_isTheOneThatIsMended) {
             (Arguments{"--fix-background far: 384 of 768 pixels had no depth and got 5"}));
 }
 
-TEST_F(FixBackground, notes_areToldUnlessQuiet) {
-  writeExrFixture(input_, lights(twoPlanes));
-  const RunResult loud = runCommand({"render", "--plugin", builtPlugin(), "--input", input_,
-                                     "--output", output_, "--fix-background", "far"});
-  EXPECT_EQ(linesStarting(loud.error, "drevin: --fix-background far: 0 of 768").size(), 1U);
+// What inspect tells as the background of a picture.
+json inspectedBackground(const std::string& file, const Arguments& more = {}) {
+  const RunResult result =
+      runCommand(joined({"inspect", "--json", "--plugin", builtPlugin(), file}, more));
+  EXPECT_EQ(result.exitCode, 0) << result.error;
+  return json::parse(result.out).at(0)["depth"]["background"];
+}
+
+TEST_F(FixBackground, valueThatInspectFinds_isTakenToo) {
+  const PartFixture part = lights([](int x, int y) {
+    return x < 16 ? 5.0 + 0.01 * y : x == 31 && y == 3 ? kNan : 10000.0;
+  });
+  const ReadFile wanted =
+      render(lights([](int x, int y) { return x < 16 ? 5.0 + 0.01 * y : 20.0; }), {});
+  expectSameColours(render(part, {"--fix-background", "20"}), wanted);
+  EXPECT_EQ(mended(), (Arguments{"--fix-background 20: 384 of 768 pixels had no depth, as 10000 is "
+                                 "background here, and got 20"}));
+  const json background = inspectedBackground(input_);
+  EXPECT_EQ(background["value"], 10000.0);
+  EXPECT_EQ(background["pixels"], 383);
+  EXPECT_EQ(background["others"], 1);
+}
+
+TEST_F(FixBackground, far_isNotTheBackgroundThatWasFound) {
+  render(lights([](int x, int y) { return x < 16 ? 5.0 + 0.25 * y : 10000.0; }),
+         {"--fix-background", "far"});
+  EXPECT_EQ(mended(), (Arguments{"--fix-background far: 384 of 768 pixels had no depth, as 10000 "
+                                 "is background here, and got 10.75"}));
+}
+
+TEST_F(FixBackground, depthOfPixelsWithoutAlpha_isTaken) {
+  const auto withAlpha = [](double depth) {
+    PartFixture part = lights([depth](int x, int y) { return x < 16 ? 20.0 + 0.1 * y : depth; });
+    for (ChannelFixture& channel : part.channels) {
+      if (channel.name == "A") channel.value = [](int x, int) { return x < 16 ? 1.0 : 0.0; };
+    }
+    return part;
+  };
+  const ReadFile wanted = render(withAlpha(50.0), {});
+  expectSameColours(render(withAlpha(-1.0), {"--fix-background", "50"}), wanted);
+  EXPECT_EQ(mended(), (Arguments{"--fix-background 50: 384 of 768 pixels had no depth, as -1 is "
+                                 "background here, and got 50"}));
+  EXPECT_EQ(inspectedBackground(input_)["value"], -1.0);
+}
+
+// In 1/z the farthest is the smallest.
+TEST_F(FixBackground, farPlaneIn1OverZ_isTheSmallestValue) {
+  const PartFixture part = lights([](int x, int y) { return x < 16 ? 0.5 + 0.01 * y : 0.001; });
+  render(part, {"--set", "depthStyle=1/z", "--fix-background", "far"});
+  EXPECT_EQ(mended(), (Arguments{"--fix-background far: 384 of 768 pixels had no depth, as 0.001 "
+                                 "is background here, and got 0.5"}));
+  EXPECT_EQ(inspectedBackground(input_, {"--set", "depthStyle=1/z"})["value"], 0.001);
+  EXPECT_TRUE(inspectedBackground(input_).is_null());
+}
+
+TEST_F(FixBackground, partSmallerThanThePicture_hasTheFindingOfItsOwnPixels) {
+  PartFixture colours = lights(twoPlanes);
+  colours.channels.erase(colours.channels.begin() + 4, colours.channels.end());
+  colours.name = "colours";
+  PartFixture depth = lights([](int x, int y) { return x < 16 ? 5.0 + 0.01 * y : 10000.0; });
+  depth.channels.erase(depth.channels.begin(), depth.channels.begin() + 4);
+  depth.channels.pop_back();
+  depth.data = Imath::Box2i({4, 0}, {27, 23});
+  depth.name = "depth";
+  writeMultiPartFixture(input_, {colours, depth});
+  EXPECT_EQ(inspectedBackground(input_)["pixels"], 12 * 24);
+  finish(runCommand(
+      renderArguments(input_, output_, {"--report", report_, "--fix-background", "20"})));
+  // The pixels beside the part are 0.
+  EXPECT_EQ(mended(), (Arguments{"--fix-background 20: 480 of 768 pixels had no depth, as 10000 is "
+                                 "background here, and got 20"}));
+}
+
+TEST_F(FixBackground, notes_areToldThoughQuiet) {
   render(lights(twoPlanes), {"--fix-background", "far"});
-  EXPECT_EQ(error_, "");
+  EXPECT_EQ(linesStarting(error_, "drevin: --fix-background far: 0 of 768").size(), 1U);
 }
 
 TEST_F(FixBackground, whatIsNoDepth_isRefused) {
@@ -336,7 +407,7 @@ TEST_F(ClampFireflies, infiniteColour_isDimmedAndNotWarnedOf) {
   PartFixture part = lights(twoPlanes);
   part.channels[0].value = [](int x, int y) { return x == 9 && y == 9 ? kInfinity : 0.5; };
   const ReadFile fixed = render(part, {"--clamp-fireflies", "3"});
-  EXPECT_EQ(error_, "");
+  EXPECT_TRUE(linesStarting(error_, "drevin: warning").empty()) << error_;
   for (int y = 0; y < 24; ++y) {
     for (int x = 0; x < 32; ++x)
       EXPECT_TRUE(std::isfinite(fixed.value(part.channels[0].name, x, y)));

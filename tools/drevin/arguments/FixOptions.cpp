@@ -12,8 +12,8 @@ namespace drevintool {
 void FixOptions::addTo(CLI::App& app) {
   app.add_option(
          "--fix-background", background_,
-         "Give pixels whose depth stands for nothing (0 in the style Real, not finite, 1e10 "
-         "and beyond) this depth, or that of the farthest pixel")
+         "Give pixels whose depth stands for nothing (0, not finite, 1e10 and beyond, and the "
+         "background that drevin inspect tells) this depth, or that of the farthest other pixel")
       ->type_name("VALUE|far");
   app.add_flag("--fix-edges", edges_,
                "Give pixels whose depth was averaged across an edge that of the closer side");

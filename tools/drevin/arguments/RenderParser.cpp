@@ -180,7 +180,9 @@ void RenderParser::addOutput() {
                   "A line for each picture on standard error: seconds, bytes, pixels, what is not "
                   "finite, the range of each channel");
   }
-  app_.add_flag("--quiet", arguments_.quiet, "No progress");
+  app_.add_flag("--quiet", arguments_.quiet,
+                "No progress, and no note of pictures that were there already; what was found for "
+                "--focus-at, --camera header and fixes is told all the same, as are warnings");
   app_.add_option("--output", arguments_.output, "The result, .exr or .png")->type_name("FILE");
 }
 

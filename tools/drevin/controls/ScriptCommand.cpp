@@ -56,7 +56,7 @@ std::optional<int> firstKey(const ScriptArguments& arguments) {
 
 void takeFocus(const InputPictures& pictures, const FocusPoint& point, Node& node,
                ControlCurves& curves) {
-  const float distance = pictures.focusDistance(node, point);
+  const float distance = checkedFocus(pictures.focusDistance(node, point), point);
   setFocus(node, distance);
   curves.erase(kFocusControl);
   printNote(focusLine(distance, point));
@@ -67,7 +67,7 @@ void takeFocusKeys(const ScriptArguments& arguments, Node& node, ControlCurves& 
   std::vector<CurveKey> keys;
   for (const FocusKey& key : arguments.focusKeys) {
     const std::unique_ptr<InputPictures> pictures = picturesOf(arguments, key.frame);
-    const float distance = pictures->focusDistance(node, key.point);
+    const float distance = checkedFocus(pictures->focusDistance(node, key.point), key.point);
     keys.push_back({static_cast<double>(key.frame), static_cast<double>(distance), false});
     printNote(withFrameName({key.frame, ""}, focusLine(distance, key.point)));
   }

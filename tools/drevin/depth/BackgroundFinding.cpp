@@ -5,12 +5,18 @@
 #include <limits>
 #include <vector>
 
-#include "depth/DepthCodes.h"
+#include "picture/ChannelNames.h"
 
 namespace drevintool {
 namespace {
 
 constexpr float kInfinity = std::numeric_limits<float>::infinity();
+
+struct Frequent {
+  float value = 0.0F;
+  std::size_t pixels = 0;
+  std::string why;
+};
 
 // All NaN are one value, and come last.
 bool below(float a, float b) {
@@ -22,9 +28,9 @@ bool same(float a, float b) {
 }
 
 // The most frequent of some values; of equally frequent ones the smallest.
-BackgroundFinding mostFrequent(std::vector<float> values) {
+Frequent mostFrequent(std::vector<float> values) {
   std::sort(values.begin(), values.end(), below);
-  BackgroundFinding most;
+  Frequent most;
   for (std::size_t begin = 0; begin < values.size();) {
     std::size_t end = begin;
     while (end < values.size() && same(values[end], values[begin]))
@@ -40,8 +46,8 @@ std::size_t countOf(const DepthPlane& depth, float value) {
                                                 [value](float v) { return same(v, value); }));
 }
 
-std::optional<BackgroundFinding> whereTransparent(const DepthPlane& depth,
-                                                  const DepthPlane& alpha) {
+std::optional<Frequent> whereTransparent(const DepthPlane& depth, const DepthPlane& alpha,
+                                         const DepthCodes& codes) {
   std::vector<float> empty;
   float least = kInfinity;
   float most = -kInfinity;
@@ -56,8 +62,8 @@ std::optional<BackgroundFinding> whereTransparent(const DepthPlane& depth,
   }
   if (empty.empty() || empty.size() == depth.values->size()) return std::nullopt;
   const std::size_t transparent = empty.size();
-  BackgroundFinding found = mostFrequent(std::move(empty));
-  const bool beyond = !std::isfinite(found.value) || found.value < least || found.value > most;
+  Frequent found = mostFrequent(std::move(empty));
+  const bool beyond = codes.isBackground(found.value) || found.value < least || found.value > most;
   if (10 * found.pixels < 9 * transparent || !beyond) return std::nullopt;
   found.why = std::to_string(found.pixels) + " of " + std::to_string(transparent) +
               " pixels without alpha have it";
@@ -65,44 +71,62 @@ std::optional<BackgroundFinding> whereTransparent(const DepthPlane& depth,
   return found;
 }
 
-std::optional<BackgroundFinding> amongCodes(const DepthPlane& depth) {
-  const DepthCodes codes{DepthStyle::Real, depth.half};
+std::vector<float> codesOf(const DepthPlane& depth, const DepthCodes& codes) {
   std::vector<float> found;
-  for (const float value : *depth.values) {
-    if (codes.isBackground(value)) found.push_back(value);
-  }
-  if (found.empty()) return std::nullopt;
-  BackgroundFinding most = mostFrequent(std::move(found));
-  most.why = "no thing has such a depth";
-  return most;
+  std::copy_if(depth.values->begin(), depth.values->end(), std::back_inserter(found),
+               [&](float value) { return codes.isBackground(value); });
+  return found;
 }
 
-std::optional<BackgroundFinding> farPlane(const DepthPlane& depth) {
-  float largest = -kInfinity;
+std::optional<Frequent> farPlane(const DepthPlane& depth, const DepthCodes& codes,
+                                 std::size_t codePixels) {
+  float farthest = -kInfinity;
   float next = -kInfinity;
-  std::size_t pixels = 0;
+  Frequent found;
   for (const float value : *depth.values) {
-    if (value > largest) {
-      next = largest;
-      largest = value;
-      pixels = 0;
+    if (codes.isBackground(value)) continue;
+    const float distance = codes.distance(value);
+    if (distance > farthest) {
+      next = farthest;
+      farthest = distance;
+      found = {value, 0, "all other distances are at most a tenth of it"};
     }
-    if (value == largest) ++pixels;
-    if (value < largest) next = std::max(next, value);
+    if (value == found.value) ++found.pixels;
+    if (distance < farthest) next = std::max(next, distance);
   }
-  const bool frequent = 100 * pixels >= depth.values->size();
-  const bool behindAll = std::isfinite(next) && largest > 0.0F && 10.0F * next <= largest;
-  if (!frequent || !behindAll) return std::nullopt;
-  return BackgroundFinding{largest, pixels, "all other depths are at most a tenth of it"};
+  const bool frequent = 100 * found.pixels >= depth.values->size() && found.pixels > codePixels;
+  const bool behindAll = std::isfinite(next) && farthest > 0.0F && 10.0F * next <= farthest;
+  return frequent && behindAll ? std::optional(found) : std::nullopt;
 }
 
 }  // namespace
 
-std::optional<BackgroundFinding> findBackground(const DepthPlane& depth, const DepthPlane* alpha) {
-  std::optional<BackgroundFinding> found;
-  if (alpha != nullptr) found = whereTransparent(depth, *alpha);
-  if (!found) found = amongCodes(depth);
-  return found ? found : farPlane(depth);
+BackgroundFinding findBackground(const DepthPlane& depth, const DepthPlane* alpha,
+                                 DepthStyle style) {
+  const DepthCodes codes{style, depth.half};
+  std::vector<float> coded = codesOf(depth, codes);
+  const std::size_t codePixels = coded.size();
+  std::optional<Frequent> found;
+  if (alpha != nullptr) found = whereTransparent(depth, *alpha, codes);
+  if (!found) found = farPlane(depth, codes, codePixels);
+  if (!found && codePixels > 0) {
+    found = mostFrequent(std::move(coded));
+    found->why = "no thing has such a depth";
+  }
+  if (!found) return {codes, {}, 0, 0, {}};
+  const std::size_t others =
+      codes.isBackground(found->value) ? codePixels - found->pixels : codePixels;
+  return {codes, found->value, found->pixels, others, found->why};
+}
+
+BackgroundFinding findBackground(const Picture& picture, const PictureChannel& channel,
+                                 DepthStyle style) {
+  const PixelBox& window = windowOf(picture, channel);
+  const DepthPlane depth = depthPlane(picture, channel, window);
+  const PictureChannel* alpha = findChannel(picture, "rgba.alpha");
+  if (alpha == nullptr) return findBackground(depth, nullptr, style);
+  const DepthPlane coverage = depthPlane(picture, *alpha, window);
+  return findBackground(depth, &coverage, style);
 }
 
 }  // namespace drevintool

@@ -11,9 +11,8 @@ DepthStyle depthStyleOf(const Node& node) {
 }
 
 bool DepthCodes::isBackground(float raw) const {
-  if (!std::isfinite(raw) || std::fabs(raw) >= kFarCode) return true;
-  if (half && raw == kLargestHalf) return true;
-  return style == DepthStyle::Real && raw == 0.0F;
+  if (!std::isfinite(raw) || !std::isfinite(distance(raw))) return true;
+  return raw == 0.0F || std::fabs(raw) >= kFarCode || (half && raw == kLargestHalf);
 }
 
 float DepthCodes::distance(float raw) const {

@@ -23,9 +23,9 @@ struct DepthCodes {
   DepthStyle style = DepthStyle::Real;
   bool half = false;  ///< the channel is stored in half precision
 
-  /// Whether the sample stands for nothing: it is not finite, at least kFarCode away from 0, the
-  /// largest half in a channel of halves, or 0 where the style is Real. 0 in the style 1/z is a
-  /// distance: infinitely far.
+  /// Whether the sample stands for nothing in any picture: it is 0 (at the lens, or infinitely far
+  /// in the style 1/z), at least kFarCode away from 0, the largest half in a channel of halves, or
+  /// it or its distance is not finite.
   bool isBackground(float raw) const;
 
   /// The distance in scene units: the sample, or 1 / sample in the style 1/z (infinite for 0).

@@ -12,6 +12,10 @@ bool same(const PixelBox& a, const PixelBox& b) {
 
 }  // namespace
 
+const PixelBox& windowOf(const Picture& picture, const PictureChannel& channel) {
+  return channel.window.empty() ? picture.box : channel.window;
+}
+
 DepthPlane depthPlane(const Picture& picture, const PictureChannel& channel,
                       const PixelBox& window) {
   const bool half = std::holds_alternative<HalfSamples>(channel.samples);

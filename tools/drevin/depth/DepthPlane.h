@@ -19,6 +19,9 @@ struct DepthPlane {
   }
 };
 
+/// The pixels that the channel's part has.
+const PixelBox& windowOf(const Picture& picture, const PictureChannel& channel);
+
 /// The channel's samples over `window`, which must lie in the picture's box.
 DepthPlane depthPlane(const Picture& picture, const PictureChannel& channel,
                       const PixelBox& window);

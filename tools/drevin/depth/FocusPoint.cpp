@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "DDImage/ChannelMap.h"
+#include "depth/BackgroundFinding.h"
 #include "depth/DepthChoice.h"
 #include "depth/DepthCodes.h"
 #include "depth/DepthPlane.h"
@@ -26,6 +27,8 @@ using DD::Image::ChannelMap;
 using DD::Image::ChannelSet;
 
 constexpr int kReach = 2;  // pixels to each side of the point
+// Depths of deep samples are distances in any case.
+constexpr DepthCodes kDeepCodes{DepthStyle::Real, false};
 
 [[noreturn]] void fail(const std::string& text, const std::string& reason) {
   throw ToolError(ExitCode::Usage, oneLine("--focus-at " + text + ": " + reason));
@@ -48,19 +51,11 @@ PixelBox windowAround(const FocusPoint& point, int height, const PixelBox& box) 
           std::min(point.x + kReach + 1, box.r), std::min(y + kReach + 1, box.t)};
 }
 
-float medianOf(std::vector<float> distances, const FocusPoint& point) {
-  if (distances.empty()) {
-    fail(point.text,
-         "there is nothing but background; choose a point on a thing, or give --set focalPlane");
-  }
+std::optional<float> medianOf(std::vector<float> distances) {
+  if (distances.empty()) return std::nullopt;
   const auto middle = distances.begin() + static_cast<std::ptrdiff_t>((distances.size() - 1) / 2);
   std::nth_element(distances.begin(), middle, distances.end());
   return *middle;
-}
-
-void addDistance(float raw, const DepthCodes& codes, std::vector<float>& distances) {
-  const float distance = codes.distance(raw);
-  if (!codes.isBackground(raw) && std::isfinite(distance)) distances.push_back(distance);
 }
 
 // Of a pixel whose samples lie nearest first.
@@ -94,7 +89,8 @@ FocusPoint parseFocusPoint(const std::string& text) {
   return {*x, *y, fromTop, text};
 }
 
-float focusDistance(const Picture& picture, const Node& node, const FocusPoint& point) {
+std::optional<float> focusDistance(const Picture& picture, const Node& node,
+                                   const FocusPoint& point) {
   const PictureChannel* channel = chosenDepth(picture, node);
   if (channel == nullptr) {
     throw ToolError(ExitCode::InputUnreadable,
@@ -105,14 +101,15 @@ float focusDistance(const Picture& picture, const Node& node, const FocusPoint& 
   }
   const PixelBox window = windowAround(point, picture.height, picture.box);
   const DepthPlane plane = depthPlane(picture, *channel, window);
-  const DepthCodes codes{depthStyleOf(node), plane.half};
+  const BackgroundFinding background = findBackground(picture, *channel, depthStyleOf(node));
   std::vector<float> distances;
-  for (const float raw : *plane.values)
-    addDistance(raw, codes, distances);
-  return medianOf(std::move(distances), point);
+  for (const float raw : *plane.values) {
+    if (!background.contains(raw)) distances.push_back(background.codes.distance(raw));
+  }
+  return medianOf(std::move(distances));
 }
 
-float focusDistance(DeepExrSource& deep, const Node& node, const FocusPoint& point) {
+std::optional<float> focusDistance(DeepExrSource& deep, const Node& node, const FocusPoint& point) {
   const PixelBox window = windowAround(point, deep.format().height(), pixelBox(deep.box()));
   ChannelSet channels(DD::Image::Mask_Deep);
   channels += Chan_Alpha;
@@ -124,11 +121,25 @@ float focusDistance(DeepExrSource& deep, const Node& node, const FocusPoint& poi
     const float* samples = row.values.data();
     for (const std::uint32_t count : row.counts) {
       const std::optional<float> depth = frontSurface(samples, count, map, deepDepthOf(node));
-      if (depth) addDistance(*depth, {DepthStyle::Real, false}, distances);
+      if (depth && !kDeepCodes.isBackground(*depth)) distances.push_back(*depth);
       samples += count * map.size();
     }
   }
-  return medianOf(std::move(distances), point);
+  return medianOf(std::move(distances));
+}
+
+float checkedFocus(std::optional<float> distance, const FocusPoint& point) {
+  if (!distance) {
+    fail(point.text,
+         "there is nothing but background; name another point, or give the background a depth by "
+         "--fix-background of drevin render");
+  }
+  if (!std::isfinite(*distance) || *distance <= 0.0F) {
+    fail(point.text, "the distance there is " + numberText(static_cast<double>(*distance)) +
+                         ", but focus must be finite and above 0; name another point, or give "
+                         "--set focalPlane instead");
+  }
+  return *distance;
 }
 
 std::string focusLine(float distance, const FocusPoint& point) {

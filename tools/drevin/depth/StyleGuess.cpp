@@ -50,12 +50,12 @@ struct Range {
 };
 
 Range rangeOf(const DepthPlane& plane) {
-  const DepthCodes codes{DepthStyle::Reciprocal, plane.half};
+  const DepthCodes codes{DepthStyle::Real, plane.half};
   Range range;
   for (const float value : *plane.values) {
+    range.zero = range.zero || value == 0.0F;
     if (codes.isBackground(value)) continue;
     range.belowZero = range.belowZero || value < 0.0F;
-    range.zero = range.zero || value == 0.0F;
     range.aboveOne = range.aboveOne || value > 1.0F;
   }
   return range;

@@ -1,13 +1,11 @@
 #include "inspect/DepthInspection.h"
 
 #include <algorithm>
-#include <cmath>
 #include <nlohmann/json.hpp>
-#include <optional>
 #include <vector>
 
 #include "depth/BackgroundFinding.h"
-#include "depth/DepthCodes.h"
+#include "depth/DepthPlane.h"
 #include "depth/MixedEdges.h"
 #include "depth/StyleGuess.h"
 #include "depth/UnitGuess.h"
@@ -18,25 +16,25 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 
-Json backgroundJson(const std::optional<BackgroundFinding>& background) {
-  if (!background) return nullptr;
-  return {{"value", depthJson(background->value)},
-          {"pixels", background->pixels},
-          {"why", background->why}};
+const char* nameOf(DepthStyle style) {
+  return style == DepthStyle::Real ? "Real" : "1/z";
 }
 
-bool isBackground(float raw, const DepthCodes& codes,
-                  const std::optional<BackgroundFinding>& background) {
-  if (codes.isBackground(raw) || !std::isfinite(codes.distance(raw))) return true;
-  return background && raw == background->value;
+Json backgroundJson(const BackgroundFinding& background) {
+  if (!background.value) return nullptr;
+  return {{"value", depthJson(*background.value)},
+          {"pixels", background.pixels},
+          {"others", background.others},
+          {"why", background.why}};
 }
 
 std::vector<float> distancesOf(const DepthPlane& depth, DepthStyle style,
-                               const std::optional<BackgroundFinding>& background) {
+                               const BackgroundFinding& background) {
   const DepthCodes codes{style, depth.half};
   std::vector<float> distances;
   for (const float raw : *depth.values) {
-    if (!isBackground(raw, codes, background)) distances.push_back(codes.distance(raw));
+    if (!codes.isBackground(raw) && !background.contains(raw))
+      distances.push_back(codes.distance(raw));
   }
   return distances;
 }
@@ -61,11 +59,13 @@ void addDistances(std::vector<float> distances, Json& json) {
 
 }  // namespace
 
-Json inspectDepth(const DepthPlane& depth, const DepthPlane* alpha) {
+Json inspectDepth(const Picture& picture, const PictureChannel& channel, DepthStyle control) {
+  const DepthPlane depth = depthPlane(picture, channel, windowOf(picture, channel));
   const StyleGuess style = guessStyle(depth);
-  const std::optional<BackgroundFinding> background = findBackground(depth, alpha);
+  const BackgroundFinding background = findBackground(picture, channel, control);
   Json json;
-  json["style"] = {{"guess", style.style == DepthStyle::Real ? "Real" : "1/z"}, {"why", style.why}};
+  json["style"] = {
+      {"guess", nameOf(style.style)}, {"why", style.why}, {"control", nameOf(control)}};
   json["background"] = backgroundJson(background);
   addDistances(distancesOf(depth, style.style, background), json);
   json["mixedPixels"] = findMixedPixels(depth).size();

@@ -4,15 +4,18 @@
 
 #include <nlohmann/json_fwd.hpp>
 
-#include "depth/DepthPlane.h"
+#include "depth/DepthCodes.h"
+#include "picture/Picture.h"
 
 namespace drevintool {
 
-/// Of a depth channel: the guessed "style" and "unit", each with its reason; the "background" (its
-/// value, pixels and reason), null if there is none; "near", "far" and "median" of the distances in
-/// scene units, in the guessed style, over the pixels that are no background; and "mixedPixels",
-/// the number of those whose depth was averaged across an edge (see MixedEdges.h). `alpha` is null
-/// or a plane of the same box.
-nlohmann::ordered_json inspectDepth(const DepthPlane& depth, const DepthPlane* alpha);
+/// Of a depth channel, over the pixels that its part has: the guessed "style" and "unit", each with
+/// its reason, the style also with that of the render's "control"; the "background" that a render
+/// in the control's style takes (its value, pixels and reason, and the "others" that have codes),
+/// null if there is none; "near", "far" and "median" of the distances in scene units, in the
+/// guessed style, over the pixels that are no background; and "mixedPixels", the number of those
+/// whose depth was averaged across an edge (see MixedEdges.h).
+nlohmann::ordered_json inspectDepth(const Picture& picture, const PictureChannel& channel,
+                                    DepthStyle control);
 
 }  // namespace drevintool

@@ -11,6 +11,7 @@
 #include "deep/DeepCompanion.h"
 #include "deep/DeepExrSource.h"
 #include "depth/DepthChoice.h"
+#include "depth/DepthCodes.h"
 #include "inspect/CostPrediction.h"
 #include "inspect/DeepInspection.h"
 #include "inspect/DepthInspection.h"
@@ -61,41 +62,27 @@ std::string layerOf(const std::string& hostName) {
   return hostName.substr(0, hostName.rfind('.'));
 }
 
-PixelBox boxOf(const ExrWindow& data, const DisplayWindow& display) {
-  return {data.minX - display.minX, display.maxY - data.maxY, data.maxX - display.minX + 1,
-          display.maxY - data.minY + 1};
-}
-
-// What a channel has of its part.
-struct ChannelOrigin {
-  PixelBox window;
-  std::string view;
-};
-
-// The picture's channels come part by part.
-std::vector<ChannelOrigin> originsOf(const Picture& picture, const ExrFacts& facts) {
-  std::vector<ChannelOrigin> origins;
+// The view of each channel of the picture, whose channels come part by part.
+std::vector<std::string> viewsOf(const Picture& picture, const ExrFacts& facts) {
+  std::vector<std::string> views;
   for (const ExrPartFacts& part : facts.parts) {
-    if (part.deep) continue;
-    origins.insert(origins.end(), part.channels.size(),
-                   {boxOf(part.dataWindow, picture.display), part.view});
+    if (!part.deep) views.insert(views.end(), part.channels.size(), part.view);
   }
-  origins.resize(picture.channels.size(), {picture.box, ""});
-  return origins;
+  views.resize(picture.channels.size());
+  return views;
 }
 
-const ChannelOrigin& originOf(const PictureChannel& channel, const Picture& picture,
-                              const std::vector<ChannelOrigin>& origins) {
-  return origins[static_cast<std::size_t>(&channel - picture.channels.data())];
+const std::string& viewOf(const PictureChannel& channel, const Picture& picture,
+                          const std::vector<std::string>& views) {
+  return views[static_cast<std::size_t>(&channel - picture.channels.data())];
 }
 
-Json layersJson(const Picture& picture, const std::vector<ChannelOrigin>& origins) {
+Json layersJson(const Picture& picture) {
   Json layers = Json::array();
-  for (std::size_t i = 0; i < picture.channels.size(); ++i) {
-    const PictureChannel& channel = picture.channels[i];
+  for (const PictureChannel& channel : picture.channels) {
     Json entry = {
         {"name", channel.fileName}, {"hostName", channel.hostName}, {"type", typeOf(channel)}};
-    entry.update(rangeJson(rangeOf(channel.samples, picture.box, origins[i].window)));
+    entry.update(rangeJson(rangeOf(channel.samples, picture.box, windowOf(picture, channel))));
     const std::string layer = layerOf(channel.hostName);
     const auto same = [&](const Json& l) { return l["layer"] == layer; };
     auto place = std::find_if(layers.begin(), layers.end(), same);
@@ -108,13 +95,7 @@ Json layersJson(const Picture& picture, const std::vector<ChannelOrigin>& origin
   return layers;
 }
 
-std::unique_ptr<DepthPlane> alphaPlane(const Picture& picture, const PixelBox& window) {
-  const PictureChannel* alpha = findChannel(picture, "rgba.alpha");
-  if (alpha == nullptr) return nullptr;
-  return std::make_unique<DepthPlane>(depthPlane(picture, *alpha, window));
-}
-
-Json depthOf(const Picture& picture, const std::vector<ChannelOrigin>& origins, const Node& node) {
+Json depthOf(const Picture& picture, const std::vector<std::string>& views, const Node& node) {
   const PictureChannel* chosen = chosenDepth(picture, node);
   Json json;
   json["channel"] = chosen == nullptr ? Json() : Json(chosen->fileName);
@@ -123,13 +104,10 @@ Json depthOf(const Picture& picture, const std::vector<ChannelOrigin>& origins, 
     if (other != chosen) json["others"].push_back(other->fileName);
   }
   if (chosen == nullptr) return json;
-  const ChannelOrigin& origin = originOf(*chosen, picture, origins);
   const PictureChannel* red = findChannel(picture, "rgba.red");
-  json["view"] = textOrNull(origin.view);
-  json["viewOfColours"] =
-      red == nullptr ? json["view"] : textOrNull(originOf(*red, picture, origins).view);
-  const std::unique_ptr<DepthPlane> alpha = alphaPlane(picture, origin.window);
-  json.update(inspectDepth(depthPlane(picture, *chosen, origin.window), alpha.get()));
+  json["view"] = textOrNull(viewOf(*chosen, picture, views));
+  json["viewOfColours"] = red == nullptr ? json["view"] : textOrNull(viewOf(*red, picture, views));
+  json.update(inspectDepth(picture, *chosen, depthStyleOf(node)));
   return json;
 }
 
@@ -204,10 +182,9 @@ void addFlat(const std::string& path, const ExrFacts& facts, const AskedRender& 
     return knob.name() == "depthChannel" ? &picture : nullptr;
   };
   asked.changes.applyChannels(node, source);
-  const std::vector<ChannelOrigin> origins = originsOf(picture, facts);
   addFormat(picture, node, json);
-  json["layers"] = layersJson(picture, origins);
-  json["depth"] = depthOf(picture, origins, node);
+  json["layers"] = layersJson(picture);
+  json["depth"] = depthOf(picture, viewsOf(picture, facts), node);
   if (predict) json["prediction"] = flatPrediction(picture, node, asked);
 }
 

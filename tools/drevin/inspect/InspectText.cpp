@@ -78,6 +78,15 @@ std::string guessText(const Json& guess) {
                          : text(guess["guess"]) + " (a guess: " + text(guess["why"]) + ")";
 }
 
+std::string backgroundText(const Json& background) {
+  if (background.is_null()) return "no value stands for nothing";
+  const std::string others = background["others"] == 0 ? ""
+                                                       : ", and " + text(background["others"]) +
+                                                             " pixels with other codes";
+  return fmt::format("{} in {} pixels ({}){}", text(background["value"]),
+                     text(background["pixels"]), text(background["why"]), others);
+}
+
 std::string depthLines(const Json& depth) {
   const std::string others = othersText(depth);
   if (depth["channel"].is_null()) {
@@ -98,12 +107,7 @@ std::string depthLines(const Json& depth) {
                   fmt::format("{} to {}, median {}, of {} pixels", text(depth["near"]),
                               text(depth["far"]), text(depth["median"]), text(depth["pixels"])));
   }
-  const Json& background = depth["background"];
-  lines +=
-      line("  background", background.is_null()
-                               ? "no value stands for nothing"
-                               : fmt::format("{} in {} pixels ({})", text(background["value"]),
-                                             text(background["pixels"]), text(background["why"])));
+  lines += line("  background", backgroundText(depth["background"]));
   return lines + line("  edges", text(depth["mixedPixels"]) +
                                      " pixels with a depth between two sides, as if averaged");
 }

@@ -94,6 +94,7 @@ std::string freeName(const std::string& name, const std::string& part,
 FlatPart planPart(int number, const Imf::Header& header, std::set<std::string>& taken,
                   Picture& picture) {
   FlatPart part{number, header.dataWindow(), {}};
+  const PixelBox window = boxOf(part.window, picture.display);
   const std::string partName = header.hasName() ? header.name() : std::string();
   for (auto it = header.channels().begin(); it != header.channels().end(); ++it) {
     const std::string name = freeName(it.name(), partName, taken);
@@ -101,9 +102,9 @@ FlatPart planPart(int number, const Imf::Header& header, std::set<std::string>& 
     taken.insert(name);
     taken.insert(hostName);
     part.channels.push_back({it.name(), it.channel().type, picture.channels.size(), {}});
-    picture.channels.push_back({name, hostName, {}});
+    picture.channels.push_back({name, hostName, {}, window});
   }
-  grow(picture.box, boxOf(part.window, picture.display));
+  grow(picture.box, window);
   return part;
 }
 

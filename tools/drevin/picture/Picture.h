@@ -35,6 +35,7 @@ struct PictureChannel {
   std::string fileName;  ///< the name under which it is written
   std::string hostName;  ///< the name by which the host's channel pickers know it
   Samples samples;       ///< of the picture's box
+  PixelBox window = {};  ///< the pixels that its part has; empty: all of the box
 
   bool isUint() const { return std::holds_alternative<UintSamples>(samples); }
 };

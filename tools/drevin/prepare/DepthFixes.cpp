@@ -1,15 +1,12 @@
 #include "prepare/DepthFixes.h"
 
-#include <cmath>
-
 #include "depth/MixedEdges.h"
 
 namespace drevintool {
 
 void FarthestDepth::add(float raw) {
-  const float distance = codes_.distance(raw);
-  if (codes_.isBackground(raw) || !std::isfinite(distance)) return;
-  if (!raw_ || distance > codes_.distance(*raw_)) raw_ = raw;
+  if (codes_.isBackground(raw)) return;
+  if (!raw_ || codes_.distance(raw) > codes_.distance(*raw_)) raw_ = raw;
 }
 
 std::size_t fixEdges(const DepthPlane& plane, std::vector<float>& values) {
@@ -19,10 +16,21 @@ std::size_t fixEdges(const DepthPlane& plane, std::vector<float>& values) {
   return mixed.size();
 }
 
-std::size_t fixBackground(const DepthCodes& codes, float depth, std::vector<float>& values) {
+std::optional<float> backgroundDepth(const BackgroundFix& fix, const BackgroundFinding& background,
+                                     const std::vector<float>& values) {
+  if (!fix.farthest) return fix.depth;
+  FarthestDepth farthest(background.codes);
+  for (const float value : values) {
+    if (!background.contains(value)) farthest.add(value);
+  }
+  return farthest.raw();
+}
+
+std::size_t fixBackground(const BackgroundFinding& background, float depth,
+                          std::vector<float>& values) {
   std::size_t count = 0;
   for (float& value : values) {
-    if (!codes.isBackground(value)) continue;
+    if (!background.contains(value)) continue;
     value = depth;
     ++count;
   }

@@ -16,11 +16,13 @@ std::string text(float value) {
 }  // namespace
 
 std::string backgroundNote(const BackgroundFix& fix, std::optional<float> depth,
-                           std::uint64_t count, std::uint64_t all, const std::string& what) {
+                           std::uint64_t count, std::uint64_t all, const std::string& what,
+                           std::optional<float> ordinary) {
   const std::string option =
       "--fix-background " + (fix.farthest ? std::string("far") : text(fix.depth)) + ": ";
   if (!depth) return option + "nothing was changed, for no depth is a distance";
-  return option + shareText(count, all, what) + " had no depth and got " + text(*depth);
+  const std::string why = ordinary ? ", as " + text(*ordinary) + " is background here," : "";
+  return option + shareText(count, all, what) + " had no depth" + why + " and got " + text(*depth);
 }
 
 std::string edgesNote(std::uint64_t count, std::uint64_t all) {

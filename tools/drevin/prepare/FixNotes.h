@@ -12,9 +12,11 @@
 namespace drevintool {
 
 /// A line that begins with the option, for `count` of `all` pixels, or samples (`what`). `depth` is
-/// what was given to those without depth; nothing if the picture has no depth at all.
+/// what was given to those without depth; nothing if the picture has no depth at all. `ordinary` is
+/// a depth that is background in this picture, though not in others.
 std::string backgroundNote(const BackgroundFix& fix, std::optional<float> depth,
-                           std::uint64_t count, std::uint64_t all, const std::string& what);
+                           std::uint64_t count, std::uint64_t all, const std::string& what,
+                           std::optional<float> ordinary = {});
 std::string edgesNote(std::uint64_t count, std::uint64_t all);
 std::string firefliesNote(float most, std::uint64_t count, std::uint64_t all,
                           const std::string& what);

@@ -36,6 +36,8 @@ class PreparedDeep final : public embedded::DeepSource {
 
   /// A line for each fix with the number of samples that it changes.
   std::vector<std::string> notes() const;
+  /// The depth that codes for nothing get; nothing if they get none.
+  std::optional<float> background() const { return depth_; }
 
  private:
   struct Counts {

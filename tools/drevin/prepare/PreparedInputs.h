@@ -19,6 +19,7 @@ struct PreparedInputs {
   Picture image;                               ///< for input 0
   std::shared_ptr<embedded::DeepSource> deep;  ///< null: none
   std::vector<std::string> notes;              ///< what was changed, a line for each fix
+  std::optional<float> background;             ///< the distance that background got, if any
 };
 
 /// The pictures with the fixes, in the depth channel and style that the node is set to; of the flat

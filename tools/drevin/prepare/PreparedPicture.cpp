@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <array>
 #include <memory>
-#include <optional>
 
+#include "depth/BackgroundFinding.h"
 #include "depth/DepthChoice.h"
 #include "depth/DepthCodes.h"
 #include "depth/DepthPlane.h"
@@ -19,25 +19,19 @@ namespace {
 using Values = std::vector<float>;
 using Notes = std::vector<std::string>;
 
-// The depth for what has none, among those of the plane if that is asked for.
-std::optional<float> backgroundDepth(const BackgroundFix& fix, const DepthCodes& codes,
-                                     const Values& values) {
-  if (!fix.farthest) return fix.depth;
-  FarthestDepth farthest(codes);
-  for (const float value : values)
-    farthest.add(value);
-  return farthest.raw();
-}
-
-Samples mendedDepth(const DepthPlane& plane, const Node& node, const PictureFixes& fixes,
-                    Notes& notes) {
-  const DepthCodes codes{depthStyleOf(node), plane.half};
+Samples mendedDepth(const Picture& picture, const PictureChannel& channel, const Node& node,
+                    const PictureFixes& fixes, PreparedPicture& prepared) {
+  const DepthPlane plane = depthPlane(picture, channel);
   auto values = std::make_shared<Values>(*plane.values);
-  if (fixes.edges) notes.push_back(edgesNote(fixEdges(plane, *values), values->size()));
+  if (fixes.edges) prepared.notes.push_back(edgesNote(fixEdges(plane, *values), values->size()));
   if (fixes.background) {
-    const std::optional<float> depth = backgroundDepth(*fixes.background, codes, *values);
-    const std::size_t count = depth ? fixBackground(codes, *depth, *values) : 0;
-    notes.push_back(backgroundNote(*fixes.background, depth, count, values->size(), "pixels"));
+    const BackgroundFinding background = findBackground(picture, channel, depthStyleOf(node));
+    const std::optional<float> depth = backgroundDepth(*fixes.background, background, *values);
+    const std::size_t count = depth ? fixBackground(background, *depth, *values) : 0;
+    prepared.notes.push_back(
+        backgroundNote(*fixes.background, depth, count, values->size(), "pixels",
+                       background.isOrdinary() ? background.value : std::nullopt));
+    if (depth) prepared.background = background.codes.distance(*depth);
   }
   return FloatSamples(values);
 }
@@ -71,15 +65,16 @@ void dimColours(Picture& picture, float most, Notes& notes) {
 
 }  // namespace
 
-Picture preparedPicture(const Picture& picture, const Node& node, const PictureFixes& fixes,
-                        bool withDepth, Notes& notes) {
-  Picture prepared = picture;
+PreparedPicture preparedPicture(const Picture& picture, const Node& node, const PictureFixes& fixes,
+                                bool withDepth) {
+  PreparedPicture prepared;
+  prepared.picture = picture;
   const PictureChannel* depth = chosenDepth(picture, node);
   if (withDepth && fixes.ofDepth() && depth != nullptr) {
-    prepared.channels[static_cast<std::size_t>(depth - picture.channels.data())].samples =
-        mendedDepth(depthPlane(picture, *depth), node, fixes, notes);
+    const auto place = static_cast<std::size_t>(depth - picture.channels.data());
+    prepared.picture.channels[place].samples = mendedDepth(picture, *depth, node, fixes, prepared);
   }
-  if (fixes.mostColour) dimColours(prepared, *fixes.mostColour, notes);
+  if (fixes.mostColour) dimColours(prepared.picture, *fixes.mostColour, prepared.notes);
   return prepared;
 }
 

@@ -112,8 +112,8 @@ FrameOutcome FrameJob::finish() {
   applyChannels(node);
   const DeepExrSource* deep = pictures_->deep();
   if (deep == nullptr) checkDepthChannel(pictures_->image(), node);
-  applyFocus(node);
-  applyFixes(node, inputs);
+  const std::optional<float> background = applyFixes(node, inputs);
+  applyFocus(node, background);
   camera = connectCameraTo(node);
   const std::vector<PlannedChannel> plan = planFor(node);
   const embedded::RenderResult result = render(node, plan);
@@ -209,10 +209,12 @@ float FrameJob::focusDistance(const FocusPoint& point) {
   const ConnectedInputs inputs = pictures_->connectTo(node);
   share_.changes.applyValues(node, task_.frame);
   applyChannels(node);
-  return pictures_->focusDistance(node, point);
+  const std::optional<float> found = pictures_->focusDistance(node, point);
+  if (found || !arguments_.fixes.background) return checkedFocus(found, point);
+  return checkedFocus(prepareInputs(*pictures_, node, arguments_.fixes).background, point);
 }
 
-void FrameJob::applyFocus(Node& node) {
+void FrameJob::applyFocus(Node& node, std::optional<float> background) {
   if (share_.focus != nullptr) {
     const double distance = share_.focus->at(task_);
     setFocus(node, static_cast<float>(distance));
@@ -220,30 +222,30 @@ void FrameJob::applyFocus(Node& node) {
   }
   if (!arguments_.focus) return;
   const FocusPoint& point = *arguments_.focus;
-  const float distance = pictures_->focusDistance(node, point);
+  const std::optional<float> found = pictures_->focusDistance(node, point);
+  const float distance = checkedFocus(found ? found : background, point);
   setFocus(node, distance);
   if (camera_) camera_->setFocus(static_cast<double>(distance), "--focus-at");
-  if (!arguments_.quiet) tellNote(focusLine(distance, point));
+  tellNote(focusLine(distance, point));
 }
 
-void FrameJob::applyFixes(Node& node, ConnectedInputs& inputs) {
-  if (!arguments_.fixes.any()) return;
+// Returns the distance that background got, if it got one.
+std::optional<float> FrameJob::applyFixes(Node& node, ConnectedInputs& inputs) {
+  if (!arguments_.fixes.any()) return std::nullopt;
   PreparedInputs prepared = prepareInputs(*pictures_, node, arguments_.fixes);
   pictures_->reconnect(node, prepared.image, prepared.deep, inputs);
   mended_ = std::move(prepared.image);
   notes_ = std::move(prepared.notes);
-  if (arguments_.quiet) return;
   for (const std::string& note : notes_)
     tellNote(note);
+  return prepared.background;
 }
 
 std::unique_ptr<embedded::CameraInput> FrameJob::connectCameraTo(Node& node) {
   if (!camera_) return nullptr;
   const FoundCamera found = camera_->at(task_.frame, node, &pictures_->image());
   findings_ = found.findings;
-  if (camera_->isHeader() && !arguments_.quiet) {
-    tellNote("camera: " + cameraLine(found.findings));
-  }
+  if (camera_->isHeader()) tellNote("camera: " + cameraLine(found.findings));
   auto camera = std::make_unique<embedded::CameraInput>(found.values);
   connectCamera(node, *camera);
   return camera;

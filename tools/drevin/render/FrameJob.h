@@ -75,8 +75,8 @@ class FrameJob : public FrameWork {
   void warnUnused(int input, const std::string& text);
   bool isOfAll(int input) const;
   void applyChannels(Node& node);
-  void applyFocus(Node& node);
-  void applyFixes(Node& node, ConnectedInputs& inputs);
+  std::optional<float> applyFixes(Node& node, ConnectedInputs& inputs);
+  void applyFocus(Node& node, std::optional<float> background);
   std::unique_ptr<embedded::CameraInput> connectCameraTo(Node& node);
   std::vector<PlannedChannel> planFor(const Node& node);
   void warnOfInputs(const Node& node, const std::vector<PlannedChannel>& plan);

@@ -66,7 +66,7 @@ std::string InputPictures::fileOf(int input) const {
   return picture == nullptr ? std::string() : picture->path;
 }
 
-float InputPictures::focusDistance(const Node& node, const FocusPoint& point) const {
+std::optional<float> InputPictures::focusDistance(const Node& node, const FocusPoint& point) const {
   if (!deep_) return drevintool::focusDistance(image(), node, point);
   return readingDeep([&] { return drevintool::focusDistance(*deep_, node, point); });
 }

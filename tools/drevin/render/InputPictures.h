@@ -4,6 +4,7 @@
 
 #include <memory>
 #include <mutex>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -47,8 +48,9 @@ class InputPictures {
   /// The deep picture, or null.
   const DeepExrSource* deep() const { return deep_.get(); }
   std::shared_ptr<embedded::DeepSource> deepSource() const { return deep_; }
-  /// The distance to focus on, in the deep picture if there is one. Throws ToolError.
-  float focusDistance(const Node& node, const FocusPoint& point) const;
+  /// The distance to focus on, in the deep picture if there is one; nothing if there is only
+  /// background. Throws ToolError.
+  std::optional<float> focusDistance(const Node& node, const FocusPoint& point) const;
   /// The file on that input, or empty.
   std::string fileOf(int input) const;
 

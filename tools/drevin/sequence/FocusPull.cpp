@@ -47,7 +47,7 @@ std::set<std::string> viewsOf(const SequencePlan& plan) {
 }  // namespace
 
 FocusPull::FocusPull(const FrameShare& share, const SequencePlan& plan,
-                     const std::vector<FocusKey>& keys, bool quiet) {
+                     const std::vector<FocusKey>& keys) {
   FrameShare silent = share;
   silent.files = nullptr;
   for (const std::string& view : viewsOf(plan)) {
@@ -56,7 +56,7 @@ FocusPull::FocusPull(const FrameShare& share, const SequencePlan& plan,
       const FrameTask task{key.frame, view};
       const float distance = distanceAt(silent, plan, task, key.point);
       curve.push_back({static_cast<double>(key.frame), static_cast<double>(distance), false});
-      if (!quiet) printNote(withFrameName(task, focusLine(distance, key.point)));
+      printNote(withFrameName(task, focusLine(distance, key.point)));
     }
     curves_.emplace(view, ControlCurve(std::move(curve)));
   }

@@ -17,10 +17,9 @@ namespace drevintool {
 class FocusPull {
  public:
   /// Finds the distance at the point of each key in the picture of its frame, for each view, and
-  /// prints it unless `quiet`. The frames of keys need not be among those of the plan. Throws
+  /// prints it. The frames of keys need not be among those of the plan. Throws
   /// ToolError that names the frame.
-  FocusPull(const FrameShare& share, const SequencePlan& plan, const std::vector<FocusKey>& keys,
-            bool quiet);
+  FocusPull(const FrameShare& share, const SequencePlan& plan, const std::vector<FocusKey>& keys);
 
   /// In scene units: between keys in a line, before the first and after the last as there.
   double at(const FrameTask& task) const;

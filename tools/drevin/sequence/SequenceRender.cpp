@@ -75,7 +75,7 @@ class SequenceRender {
   // Before the first frame, for each depends on all points.
   void findFocus() {
     if (arguments_.focusKeys.empty()) return;
-    focus_.emplace(share_, plan_, arguments_.focusKeys, arguments_.quiet);
+    focus_.emplace(share_, plan_, arguments_.focusKeys);
     share_.focus = &*focus_;
   }
 
