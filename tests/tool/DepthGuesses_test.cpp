@@ -52,12 +52,33 @@ TEST(StyleGuess, floorInDistances_isReal) {
   EXPECT_EQ(guessStyle(plane).style, DepthStyle::Real);
 }
 
-TEST(StyleGuess, floorIn1OverZ_isReciprocalEvenAboveOne) {
-  for (const float unit : {1.0F, 100.0F}) {
+TEST(StyleGuess, floorIn1OverZ_isReciprocalEvenPartlyAboveOne) {
+  for (const float unit : {1.0F, 30.0F}) {
     const auto plane =
         planeOf(120, 90, [unit](int x, int y) { return unit * floorReciprocal(x, y); });
     EXPECT_EQ(guessStyle(plane).style, DepthStyle::Reciprocal) << unit;
   }
+}
+
+// A hollow shape in distances has the slopes of 1/z.
+TEST(StyleGuess, valuesAllAboveOne_areRealWhateverTheSlopes) {
+  const auto plane = planeOf(120, 90, [](int x, int y) {
+    return x < 9 ? 0.0F : x < 12 ? 1e10F : 100.0F * floorReciprocal(x, y);
+  });
+  const SlopeVotes votes = slopeVotes(plane);
+  EXPECT_GT(votes.reciprocals, 2 * votes.distances);
+  const StyleGuess guess = guessStyle(plane);
+  EXPECT_EQ(guess.style, DepthStyle::Real);
+  EXPECT_NE(guess.why.find("above 1"), std::string::npos) << guess.why;
+}
+
+TEST(StyleGuess, valuesBelowZero_areRealWhateverTheSlopes) {
+  const auto plane =
+      planeOf(120, 90, [](int x, int y) { return x == 3 ? -0.5F : floorReciprocal(x, y); });
+  EXPECT_GT(slopeVotes(plane).reciprocals, 500U);
+  const StyleGuess guess = guessStyle(plane);
+  EXPECT_EQ(guess.style, DepthStyle::Real);
+  EXPECT_NE(guess.why.find("below 0"), std::string::npos) << guess.why;
 }
 
 TEST(StyleGuess, normalisedDistancesOfAFloor_areReal) {

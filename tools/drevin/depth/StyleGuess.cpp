@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <optional>
 
 namespace drevintool {
 namespace {
@@ -47,6 +48,7 @@ struct Range {
   bool belowZero = false;
   bool zero = false;
   bool aboveOne = false;
+  bool upToOne = false;
 };
 
 Range rangeOf(const DepthPlane& plane) {
@@ -57,12 +59,27 @@ Range rangeOf(const DepthPlane& plane) {
     if (codes.isBackground(value)) continue;
     range.belowZero = range.belowZero || value < 0.0F;
     range.aboveOne = range.aboveOne || value > 1.0F;
+    range.upToOne = range.upToOne || value <= 1.0F;
   }
   return range;
 }
 
 std::string percent(std::size_t part, std::size_t whole) {
   return std::to_string(100 * part / whole) + " %";
+}
+
+std::optional<StyleGuess> guessBySlopes(const SlopeVotes& votes) {
+  if (votes.all() < kEnoughVotes) return std::nullopt;
+  if (3 * votes.distances >= 2 * votes.all()) {
+    return StyleGuess{DepthStyle::Real, percent(votes.distances, votes.all()) +
+                                            " of its slopes curve as distances do in perspective"};
+  }
+  if (3 * votes.reciprocals >= 2 * votes.all()) {
+    return StyleGuess{DepthStyle::Reciprocal,
+                      percent(votes.reciprocals, votes.all()) +
+                          " of its slopes are straight, as 1/z is in perspective"};
+  }
+  return std::nullopt;
 }
 
 }  // namespace
@@ -84,19 +101,13 @@ SlopeVotes slopeVotes(const DepthPlane& plane) {
 }
 
 StyleGuess guessStyle(const DepthPlane& plane) {
-  const SlopeVotes votes = slopeVotes(plane);
-  if (votes.all() >= kEnoughVotes) {
-    if (3 * votes.distances >= 2 * votes.all()) {
-      return {DepthStyle::Real, percent(votes.distances, votes.all()) +
-                                    " of its slopes curve as distances do in perspective"};
-    }
-    if (3 * votes.reciprocals >= 2 * votes.all()) {
-      return {DepthStyle::Reciprocal, percent(votes.reciprocals, votes.all()) +
-                                          " of its slopes are straight, as 1/z is in perspective"};
-    }
-  }
   const Range range = rangeOf(plane);
   if (range.belowZero) return {DepthStyle::Real, "it has values below 0, which 1/z has not"};
+  if (range.aboveOne && !range.upToOne) {
+    return {DepthStyle::Real,
+            "all its values are above 1, and all would be nearer than one unit if they were 1/z"};
+  }
+  if (const std::optional<StyleGuess> guess = guessBySlopes(slopeVotes(plane))) return *guess;
   if (range.aboveOne) {
     return {DepthStyle::Real, "it has values above 1, nearer than one unit if they were 1/z"};
   }

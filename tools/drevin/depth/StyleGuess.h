@@ -32,10 +32,18 @@ SlopeVotes slopeVotes(const DepthPlane& plane);
 
 /// The guess, by the first of these that decides:
 ///
-/// 1. two thirds of at least 500 votes;
-/// 2. values above 1, or below 0: distances, for 1/z above 1 would be nearer than one unit;
-/// 3. values from 0 to 1 with pixels of 0, which is infinitely far in 1/z: 1/z;
-/// 4. else distances, which the node takes by itself.
+/// 1. values below 0: distances, for nothing in front of the camera has them in 1/z, while
+///    distances have them where the axis of view points the other way or a code is negative;
+/// 2. values that are all above 1 (apart from 0 and other codes): distances, for as 1/z all would
+///    be nearer than one unit;
+/// 3. two thirds of at least 500 votes of slopes;
+/// 4. some values above 1: distances, for 1/z above 1 would be nearer than one unit;
+/// 5. values from 0 to 1 with pixels of 0, which is infinitely far in 1/z: 1/z;
+/// 6. else distances, which the node takes by itself.
+///
+/// None of this is certain but that 1/z is not below 0: a picture in 1/z of what is all nearer than
+/// a unit (a close-up in metres, or 1/z times a factor) is taken for distances by 2. Distances from
+/// 1 on are so much commoner that slopes, which hollow shapes can mislead, do not outweigh it.
 StyleGuess guessStyle(const DepthPlane& plane);
 
 }  // namespace drevintool
