@@ -7,6 +7,8 @@
 #include <sstream>
 
 #include "CommandRun.h"
+#include "DeepExrFixture.h"
+#include "ExrFixture.h"
 #include "ScratchFolder.h"
 
 namespace drevintool::testing {
@@ -117,6 +119,28 @@ TEST_F(BashCompletion, choicesOfAControl) {
   EXPECT_EQ(replies("render --set filmFormat=Vista\\ V"), (Texts{"Vista\\ Vision"}));
   EXPECT_EQ(replies("render --set realWorldLens="), (Texts{"false", "true"}));
   EXPECT_EQ(replies("sheet --vary depthStyle=Real,1"), (Texts{"Real,1/z"}));
+}
+
+TEST_F(BashCompletion, depthChannel_hasAllChannelsThatCouldBeTheDepth) {
+  PartFixture part = rgbazPart(8, 4, 5.0);
+  for (const char* name : {"left.Z", "depth.near", "normals.X", "normals.Z"})
+    part.channels.push_back({name, Imf::FLOAT, [](int, int) { return 7.0; }});
+  part.channels.push_back({"ids.Z", Imf::UINT, [](int, int) { return 7.0; }});
+  writeExrFixture(folder_.file("in.exr"), part);
+  const Texts depths = {"Z", "depth.near", "left.Z", "none"};
+  EXPECT_EQ(replies("render --input in.exr --set depthChannel="), depths);
+  EXPECT_EQ(replies("render --input=in.exr --set depthChannel="), depths);
+  EXPECT_EQ(replies("render --set depthChannel=le --input in.exr --set depthChannel=le"),
+            (Texts{"left.Z"}));
+  EXPECT_EQ(replies("inspect in.exr --set depthChannel=d"), (Texts{"depth.near"}));
+  EXPECT_EQ(replies("sheet --input in.exr --vary depthChannel=Z,l"), (Texts{"Z,left.Z"}));
+  EXPECT_TRUE(contains(replies("render --input none.exr --set depthChannel="), "Z"));
+}
+
+TEST_F(BashCompletion, depthChannelOfDeepPictures_hasThoseOfTheSamples) {
+  writeDeepFixture(folder_.file("deep.exr"), {opaqueDeepPart(8, 4, 5.0)});
+  EXPECT_EQ(replies("render --deep deep.exr --set depthChannel="),
+            (Texts{"deep.back", "deep.front", "none"}));
 }
 
 TEST_F(BashCompletion, filesOfTheRightKind) {

@@ -10,8 +10,10 @@
 #include "arguments/OptionFacts.h"
 #include "controls/CameraKeys.h"
 #include "controls/PluginSearch.h"
+#include "depth/DepthChoice.h"
 #include "picture/ChannelNames.h"
 #include "picture/ExrCompression.h"
+#include "terminal/ExitCode.h"
 
 namespace drevintool {
 namespace {
@@ -55,7 +57,42 @@ Words controlNames(const Node& node) {
   return names;
 }
 
-Words valuesOf(const Knob& knob) {
+bool hasEnding(const std::string& text, const std::string& end) {
+  return text.size() >= end.size() && text.compare(text.size() - end.size(), end.size(), end) == 0;
+}
+
+// The pictures that are named on the line, flat or deep.
+Words picturesIn(const Words& typed) {
+  Words files;
+  for (std::size_t i = 1; i + 1 < typed.size(); ++i) {
+    const std::string& word = typed[i];
+    const bool behindOption = typed[i - 1] == "--input" || typed[i - 1] == "--deep";
+    const bool positional = typed.front() == "inspect" && !startsWith(typed[i - 1], "--");
+    for (const char* option : {"--input=", "--deep="}) {
+      if (startsWith(word, option)) files.push_back(word.substr(word.find('=') + 1));
+    }
+    if (behindOption || (positional && hasEnding(word, ".exr"))) files.push_back(word);
+  }
+  return files;
+}
+
+// Of those pictures the channels that could be a depth; the usual ones where no picture tells.
+Words depthChannels(const Words& typed) {
+  Words names = {"none"};
+  for (const std::string& file : picturesIn(typed)) {
+    try {
+      for (const std::string& name : depthNamesOf(file)) {
+        if (std::find(names.begin(), names.end(), name) == names.end()) names.push_back(name);
+      }
+    } catch (const ToolError&) {
+      continue;  // a shell has no use for messages
+    }
+  }
+  return names.size() > 1 ? names : Words{"none", "Z", "R", "G", "B", "A"};
+}
+
+Words valuesOf(const Knob& knob, const Words& typed) {
+  if (knob.name() == "depthChannel") return depthChannels(typed);
   switch (knob.type()) {
     case Knob::Type::Boolean:
       return {"true", "false"};
@@ -71,7 +108,7 @@ Words valuesOf(const Knob& knob) {
 }
 
 // "NAME=", or "NAME=VALUE"; of a list only what stands behind its last comma is completed.
-Completion settingOf(const std::string& typed, bool list) {
+Completion settingOf(const std::string& typed, bool list, const Words& line) {
   const Node node(loadNodeClass({}));
   const std::size_t equals = typed.find('=');
   Completion completion;
@@ -83,7 +120,7 @@ Completion settingOf(const std::string& typed, bool list) {
   const Knob* knob = node.knob(typed.substr(0, equals));
   if (knob == nullptr) return completion;
   const std::size_t comma = list ? typed.find_last_of("=,;") : equals;
-  for (const std::string& value : valuesOf(*knob))
+  for (const std::string& value : valuesOf(*knob, line))
     completion.words.push_back(typed.substr(0, comma + 1) + value);
   completion.words = beginning(completion.words, typed);
   return completion;
@@ -106,9 +143,9 @@ Words choicesOf(const std::string& option) {
   return {};
 }
 
-Completion valueOf(const OptionFacts& option, const std::string& typed) {
+Completion valueOf(const OptionFacts& option, const std::string& typed, const Words& line) {
   if (option.name == "--set" || option.name == "--vary") {
-    return settingOf(typed, option.name == "--vary");
+    return settingOf(typed, option.name == "--vary", line);
   }
   Completion completion;
   completion.words = beginning(choicesOf(option.name), typed);
@@ -121,12 +158,13 @@ Completion valueOf(const OptionFacts& option, const std::string& typed) {
   return completion;
 }
 
-Completion optionNames(const SubcommandFacts& subcommand, const std::string& typed) {
+Completion optionNames(const SubcommandFacts& subcommand, const Words& line) {
+  const std::string& typed = line.back();
   Completion completion;
   for (const OptionFacts& option : subcommand.options) {
     if (option.positional) {
       if (startsWith(typed, "-")) continue;
-      const Completion files = valueOf(option, typed);
+      const Completion files = valueOf(option, typed, line);
       completion.extensions = files.extensions;
       completion.folders = files.folders;
     } else if (startsWith(option.name, typed)) {
@@ -146,13 +184,13 @@ const OptionFacts* optionNamed(const SubcommandFacts& subcommand, const std::str
 Completion ofSubcommand(const SubcommandFacts& subcommand, const Words& typed) {
   const std::string& current = typed.back();
   if (const OptionFacts* option = optionNamed(subcommand, typed[typed.size() - 2])) {
-    return valueOf(*option, current);
+    return valueOf(*option, current, typed);
   }
   const std::size_t equals = startsWith(current, "--") ? current.find('=') : std::string::npos;
-  if (equals == std::string::npos) return optionNames(subcommand, current);
+  if (equals == std::string::npos) return optionNames(subcommand, typed);
   const OptionFacts* option = optionNamed(subcommand, current.substr(0, equals));
   if (option == nullptr) return {};
-  Completion completion = valueOf(*option, current.substr(equals + 1));
+  Completion completion = valueOf(*option, current.substr(equals + 1), typed);
   for (std::string& word : completion.words)
     word.insert(0, current, 0, equals + 1);
   return completion;

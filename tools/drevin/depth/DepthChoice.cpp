@@ -7,6 +7,7 @@
 
 #include "DDImage/Channel.h"
 #include "picture/ChannelNames.h"
+#include "picture/ExrHeaderScan.h"
 
 namespace drevintool {
 namespace {
@@ -36,15 +37,22 @@ bool isPartOfVector(const Picture& picture, const std::string& hostName) {
       [&](const PictureChannel& channel) { return lowered(channel.hostName) == layer + "x"; });
 }
 
+const PictureChannel* channelWithHostName(const Picture& picture, const std::string& name) {
+  const auto same = [&](const PictureChannel& channel) { return channel.hostName == name; };
+  const auto found = std::find_if(picture.channels.begin(), picture.channels.end(), same);
+  return found == picture.channels.end() ? nullptr : &*found;
+}
+
 }  // namespace
 
 const PictureChannel* chosenDepth(const Picture& picture, const Node& node) {
   const DD::Image::Knob* knob = node.knob("depthChannel");
   if (knob == nullptr || knob->channel() == DD::Image::Chan_Black) return nullptr;
-  const std::string name = DD::Image::getName(knob->channel());
-  const auto same = [&](const PictureChannel& channel) { return channel.hostName == name; };
-  const auto found = std::find_if(picture.channels.begin(), picture.channels.end(), same);
-  return found == picture.channels.end() ? nullptr : &*found;
+  return channelWithHostName(picture, DD::Image::getName(knob->channel()));
+}
+
+const PictureChannel* usualDepth(const Picture& picture) {
+  return channelWithHostName(picture, "depth.Z");
 }
 
 std::vector<const PictureChannel*> possibleDepths(const Picture& picture) {
@@ -54,6 +62,25 @@ std::vector<const PictureChannel*> possibleDepths(const Picture& picture) {
     if (named && !isPartOfVector(picture, channel.hostName)) depths.push_back(&channel);
   }
   return depths;
+}
+
+std::vector<std::string> depthNamesOf(const std::string& path) {
+  constexpr int kUint = 0;
+  Picture picture;
+  TakenNames taken;
+  std::vector<std::string> names;
+  for (const ExrPartFacts& part : scanExrHeader(path).parts) {
+    if (part.deep && names.empty()) names = {"deep.front", "deep.back"};
+    for (const ExrChannelFacts& channel : part.channels) {
+      if (part.deep) continue;
+      const ChannelNaming naming = taken.add(channel.name, part.name);
+      const Samples none = channel.type == kUint ? Samples(UintSamples()) : Samples(FloatSamples());
+      picture.channels.push_back({naming.fileName, naming.hostName, none});
+    }
+  }
+  for (const PictureChannel* depth : possibleDepths(picture))
+    names.push_back(depth->fileName);
+  return names;
 }
 
 }  // namespace drevintool

@@ -58,6 +58,29 @@ bool isRgb(const std::string& hostName) {
   return hostName == "rgba.red" || hostName == "rgba.green" || hostName == "rgba.blue";
 }
 
+ChannelNaming TakenNames::add(const std::string& name, const std::string& part) {
+  const std::string free = freeName(name, part);
+  const ChannelNaming naming{free, hostChannelName(free)};
+  taken_.insert(naming.fileName);
+  taken_.insert(naming.hostName);
+  return naming;
+}
+
+bool TakenNames::isFree(const std::string& name) const {
+  return taken_.count(name) == 0 && taken_.count(hostChannelName(name)) == 0;
+}
+
+std::string TakenNames::freeName(const std::string& name, const std::string& part) const {
+  if (isFree(name)) return name;
+  std::string prefixed = part.empty() ? name : part + "." + name;
+  if (isFree(prefixed)) return prefixed;
+  for (int number = 2;; ++number) {
+    std::string numbered = prefixed + "_" + std::to_string(number);
+    if (numbered.find('.') == std::string::npos) numbered.insert(0, "other.");
+    if (isFree(numbered)) return numbered;
+  }
+}
+
 bool isRgba(const std::string& hostName) {
   return isRgb(hostName) || hostName == "rgba.alpha";
 }

@@ -2,6 +2,7 @@
 
 /// Names of channels: as a picture file spells them, and as the host's channel pickers do.
 
+#include <set>
 #include <string>
 #include <vector>
 
@@ -16,6 +17,25 @@ std::string hostChannelName(const std::string& fileName);
 
 /// The same for a channel of a deep image: Z is deep.front and ZBack deep.back.
 std::string hostDeepChannelName(const std::string& fileName);
+
+struct ChannelNaming {
+  std::string fileName;
+  std::string hostName;
+};
+
+/// The names of a file's channels, of which no two may be alike, in the order of its parts.
+class TakenNames {
+ public:
+  /// A channel's own name where neither that nor the host's is taken yet; else with its part's
+  /// before it, or with a number behind it.
+  ChannelNaming add(const std::string& name, const std::string& part);
+
+ private:
+  bool isFree(const std::string& name) const;
+  std::string freeName(const std::string& name, const std::string& part) const;
+
+  std::set<std::string> taken_;
+};
 
 /// Whether the name is one of rgba.red, rgba.green, rgba.blue, rgba.alpha.
 bool isRgba(const std::string& hostName);

@@ -13,7 +13,6 @@
 #include <exception>
 #include <functional>
 #include <new>
-#include <set>
 
 #include "picture/ChannelNames.h"
 #include "picture/ExrHeaderScan.h"
@@ -75,34 +74,14 @@ void takeFormat(const Imf::Header& header, Picture& picture) {
   picture.pixelAspect = static_cast<double>(header.pixelAspectRatio());
 }
 
-// The file name that a channel gets, so that neither name is taken yet.
-std::string freeName(const std::string& name, const std::string& part,
-                     const std::set<std::string>& taken) {
-  const auto isFree = [&](const std::string& n) {
-    return taken.count(n) == 0 && taken.count(hostChannelName(n)) == 0;
-  };
-  if (isFree(name)) return name;
-  std::string prefixed = part.empty() ? name : part + "." + name;
-  if (isFree(prefixed)) return prefixed;
-  for (int number = 2;; ++number) {
-    std::string numbered = prefixed + "_" + std::to_string(number);
-    if (numbered.find('.') == std::string::npos) numbered.insert(0, "other.");
-    if (isFree(numbered)) return numbered;
-  }
-}
-
-FlatPart planPart(int number, const Imf::Header& header, std::set<std::string>& taken,
-                  Picture& picture) {
+FlatPart planPart(int number, const Imf::Header& header, TakenNames& taken, Picture& picture) {
   FlatPart part{number, header.dataWindow(), {}};
   const PixelBox window = boxOf(part.window, picture.display);
   const std::string partName = header.hasName() ? header.name() : std::string();
   for (auto it = header.channels().begin(); it != header.channels().end(); ++it) {
-    const std::string name = freeName(it.name(), partName, taken);
-    const std::string hostName = hostChannelName(name);
-    taken.insert(name);
-    taken.insert(hostName);
+    const ChannelNaming naming = taken.add(it.name(), partName);
     part.channels.push_back({it.name(), it.channel().type, picture.channels.size(), {}});
-    picture.channels.push_back({name, hostName, {}, window});
+    picture.channels.push_back({naming.fileName, naming.hostName, {}, window});
   }
   grow(picture.box, window);
   return part;
@@ -110,7 +89,7 @@ FlatPart planPart(int number, const Imf::Header& header, std::set<std::string>& 
 
 std::vector<FlatPart> planParts(const Imf::MultiPartInputFile& file, Picture& picture) {
   std::vector<FlatPart> parts;
-  std::set<std::string> taken;
+  TakenNames taken;
   for (int number = 0; number < file.parts(); ++number) {
     const Imf::Header& header = file.header(number);
     if (isDeep(header)) continue;
