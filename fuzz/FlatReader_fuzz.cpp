@@ -42,7 +42,7 @@ void expectWhole(const Picture& picture) {
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t count) {
   static const MemoryFile file("flat");
   file.fill(bytes, count);
-  drevintool::limitMemory(kMemory);
+  drevintool::limitMemory({kMemory, "for fuzzing"});
   try {
     expectWhole(drevintool::readExr(file.path()));
   } catch (const drevintool::ToolError& error) {

@@ -3,11 +3,16 @@
 #include <gtest/gtest.h>
 
 #include "terminal/ExitCode.h"
+#include "terminal/SizeText.h"
 
 namespace drevintool {
 namespace {
 
-constexpr std::uint64_t kPlenty = std::uint64_t{1} << 40;
+MemoryBudget budgetOf(std::uint64_t bytes) {
+  return {bytes, "the " + sizeText(bytes), "give it more", 0};
+}
+
+const MemoryBudget kPlenty = budgetOf(std::uint64_t{1} << 40);
 
 ExrPartFacts scanlinePart(int width, int top, int height) {
   ExrPartFacts part;
@@ -45,7 +50,7 @@ void expectWholePart(const DeepBandPlan& plan, const ExrPartFacts& part,
 }
 
 std::string failureOf(const ExrPartFacts& part, const std::vector<std::uint64_t>& samples,
-                      std::uint64_t budget) {
+                      const MemoryBudget& budget) {
   try {
     const DeepBandPlan plan(part, samples, 6, "smoke.exr", budget);
   } catch (const ToolError& error) {
@@ -102,18 +107,18 @@ TEST(DeepBandPlan, rowWithTooManySamples_isNamed) {
 TEST(DeepBandPlan, bandBeyondTheMemory_isNamedWithBothFigures) {
   const std::uint64_t mebibyte = std::uint64_t{1} << 20;
   // 1000000 samples of 6 floats are 22.9 MiB, and rows have some of their own.
-  const std::string line = failureOf(tiledPart(64, 64, 64, 64), {1000000}, 20 * mebibyte);
+  const std::string line = failureOf(tiledPart(64, 64, 64, 64), {1000000}, budgetOf(20 * mebibyte));
   EXPECT_NE(line.find("rows 0 to 63 hold 1000000 samples"), std::string::npos) << line;
   EXPECT_NE(line.find("needs 23.1 MiB"), std::string::npos) << line;
   EXPECT_NE(line.find("20.0 MiB"), std::string::npos) << line;
-  EXPECT_EQ(failureOf(tiledPart(64, 64, 64, 64), {1000000}, 24 * mebibyte), "");
+  EXPECT_EQ(failureOf(tiledPart(64, 64, 64, 64), {1000000}, budgetOf(24 * mebibyte)), "");
 }
 
 TEST(DeepBandPlan, sampleCountsOfAllScanlines_areWithinTheMemory) {
   const std::uint64_t mebibyte = std::uint64_t{1} << 20;
   const std::vector<std::uint64_t> none(4096, 0);
-  EXPECT_NE(failureOf(scanlinePart(4096, 0, 4096), none, 60 * mebibyte), "");
-  EXPECT_EQ(failureOf(scanlinePart(4096, 0, 4096), none, 90 * mebibyte), "");
+  EXPECT_NE(failureOf(scanlinePart(4096, 0, 4096), none, budgetOf(60 * mebibyte)), "");
+  EXPECT_EQ(failureOf(scanlinePart(4096, 0, 4096), none, budgetOf(90 * mebibyte)), "");
 }
 
 }  // namespace

@@ -80,8 +80,8 @@ TEST_F(FocusAt, depthAtThePoint_isTheFocalPlaneAndTold) {
 }
 
 TEST_F(FocusAt, rows_areCountedFromTheBottomOrAsAskedFromTheTop) {
-  writeDepth([](int, int y) { return y < 6 ? 5.0 : 50.0; });  // 50 below
-  EXPECT_EQ(focalPlane({"--focus-at", "4,2"}), 50.0);
+  writeDepth([](int, int y) { return y < 6 ? 5.0 : 40.0; });  // 40 below
+  EXPECT_EQ(focalPlane({"--focus-at", "4,2"}), 40.0);
   EXPECT_EQ(focalPlane({"--focus-at", "4,2,top"}), 5.0);
   EXPECT_NE(render({"--focus-at", "4,2,top"}).error.find("at 4,2 (origin top left)"),
             std::string::npos);
@@ -137,7 +137,12 @@ TEST_F(FocusAt, backgroundThatWasGivenADepth_isFocusedOn) {
   EXPECT_EQ(
       focalPlane({"--focus-at", "3,6", "--fix-background", "0.25", "--set", "depthStyle=1/z"}),
       4.0);
-  expectRefused({"--focus-at", "3,6", "--fix-background", "-2"}, 2, "above 0");
+  const RunResult behind = render({"--focus-at", "3,6", "--fix-background", "-2"});
+  EXPECT_EQ(behind.exitCode, 2);
+  EXPECT_EQ(
+      linesStarting(behind.error, "drevin: error: --focus-at 3,6: the distance there is -2").size(),
+      1U)
+      << behind.error;
 }
 
 // A plane far behind all things is no code, but the same finding as that of inspect.

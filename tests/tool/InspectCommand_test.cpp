@@ -2,12 +2,15 @@
 
 #include <limits>
 #include <nlohmann/json.hpp>
+#include <set>
 
 #include "CommandRun.h"
 #include "DeepExrFixture.h"
 #include "ExrFixture.h"
 #include "RealPictures.h"
 #include "ScratchFolder.h"
+#include "terminal/NameList.h"
+#include "terminal/OneLine.h"
 
 namespace drevintool::testing {
 namespace {
@@ -180,6 +183,8 @@ TEST_F(InspectCommand, deepSamples_areCountedByWhatIsOddAboutThem) {
   EXPECT_EQ(deep["inverted"], 1);
   EXPECT_EQ(deep["points"], 4);
   EXPECT_EQ(deep["overlappingPixels"], 1);
+  // Of the two that overlap the farther comes to three; a back that is no number cuts nothing.
+  EXPECT_EQ(deep["pieces"], 10);
   EXPECT_EQ(deep["unsortedPixels"], 1);
   EXPECT_EQ(deep["alphaAboveOne"], 1);
   EXPECT_EQ(deep["notFinite"], 1);
@@ -203,6 +208,136 @@ TEST_F(InspectCommand, fileThatCannotBeRead_leavesTheOthersTold) {
   EXPECT_EQ(files[0]["file"], bad);
   EXPECT_TRUE(files[0].contains("error"));
   EXPECT_EQ(files[1]["depth"]["channel"], "Z");
+}
+
+TEST_F(InspectCommand, filesThatFailForDifferentReasons_leaveTheOthersToldAndTheHighestCode) {
+  const std::string large = folder_.file("large.exr");
+  const std::string missing = folder_.file("missing.exr");
+  writeExrFixture(file_, rgbazPart(8, 4, 5.0));
+  writeExrFixture(large, rgbazPart(3000, 2000, 5.0));
+  const RunResult result = inspect({missing, "--max-memory", "100M", large, file_});
+  EXPECT_EQ(result.exitCode, 3);
+  EXPECT_EQ(linesStarting(result.error, "drevin: error: " + missing + ": ").size(), 1U);
+  EXPECT_EQ(linesStarting(result.error, "drevin: error: " + large + ": needs ").size(), 1U);
+  EXPECT_EQ(linesStarting(result.error, "drevin: ").size(), 2U) << result.error;
+  EXPECT_EQ(result.out.rfind(file_ + "\n", 0), 0U);
+}
+
+// The node refuses channels of the one picture only.
+TEST_F(InspectCommand, channelThatOnePictureLacks_leavesTheOthersTold) {
+  PartFixture part = rgbazPart(8, 4, 5.0);
+  writeExrFixture(file_, part);
+  part.channels.push_back({"left.Z", Imf::FLOAT, [](int, int) { return 7.0; }});
+  const std::string other = folder_.file("other.exr");
+  writeExrFixture(other, part);
+  const RunResult result = inspect({"--json", "--set", "depthChannel=left.Z", file_, other});
+  EXPECT_EQ(result.exitCode, 3);
+  EXPECT_TRUE(isOneErrorLine(result.error)) << result.error;
+  const ordered_json files = ordered_json::parse(result.out);
+  ASSERT_EQ(files.size(), 2U);
+  EXPECT_NE(files[0]["error"].get<std::string>().find(file_), std::string::npos);
+  EXPECT_EQ(files[1]["depth"]["near"], 7.0);
+}
+
+TEST_F(InspectCommand, addressSpaceThatEnds_leavesTheSmallPictureTold) {
+  if (DREVIN_SANITIZED) GTEST_SKIP() << "sanitizers take far more address space";
+  const std::string large = folder_.file("large.exr");
+  writeExrFixture(large, rgbazPart(3000, 2000, 5.0));
+  writeExrFixture(file_, rgbazPart(8, 4, 5.0));
+  int failures = 0;
+  for (std::size_t mebibytes = 100; mebibytes <= 400; mebibytes += 50) {
+    RunOptions options;
+    options.addressSpace = mebibytes << 20U;
+    // More than the space allows is taken for granted, so that it ends in the middle.
+    const RunResult result = runCommand({"inspect", "--max-memory", "9G", large, file_}, options);
+    EXPECT_NE(result.out.find(file_ + "\n"), std::string::npos) << mebibytes;
+    if (result.exitCode == 0) continue;
+    ++failures;
+    EXPECT_TRUE(isOneErrorLine(result.error)) << mebibytes << ": " << result.error;
+    EXPECT_NE(result.error.find(large + ": not enough memory"), std::string::npos) << result.error;
+  }
+  EXPECT_GT(failures, 0);
+}
+
+// Faults of the controls are the fault of no file.
+TEST_F(InspectCommand, controlsThatAreWrong_areOneLineForAllFiles) {
+  writeExrFixture(file_, rgbazPart(8, 4, 5.0));
+  for (const Arguments& wrong :
+       {Arguments{"--set", "multiplier=many"}, Arguments{"--set", "multiplier@1=9"}}) {
+    const RunResult result = inspect({file_, file_, wrong[0], wrong[1]});
+    EXPECT_EQ(result.exitCode, 2) << wrong[1];
+    EXPECT_TRUE(isOneErrorLine(result.error)) << result.error;
+    EXPECT_EQ(result.out, "");
+  }
+  const RunResult camera = inspect({file_, file_, "--camera", folder_.file("none.json")});
+  EXPECT_NE(camera.exitCode, 0);
+  EXPECT_TRUE(isOneErrorLine(camera.error)) << camera.error;
+}
+
+TEST_F(InspectCommand, withoutPlugin_saysTheSame) {
+  PartFixture part = rgbazPart(8, 4, 5.0);
+  part.channels.push_back({"left.Z", Imf::FLOAT, [](int, int) { return 7.0; }});
+  writeExrFixture(file_, part);
+  const std::string deep = folder_.file("deep.exr");
+  writeDeepFixture(deep, {opaqueDeepPart(8, 4, 150.0)});
+  RunOptions nowhere;
+  nowhere.environment["DREVIN_PLUGIN"] = folder_.file("none.so");
+  const RunResult without = runCommand({"inspect", "--json", file_, deep}, nowhere);
+  EXPECT_EQ(without.exitCode, 0) << without.error;
+  EXPECT_EQ(without.out, inspect({"--json", file_, deep}).out);
+  const RunResult predicted = runCommand({"inspect", file_, "--set", "multiplier=9"}, nowhere);
+  EXPECT_EQ(predicted.exitCode, 5);
+  EXPECT_TRUE(isOneErrorLine(predicted.error)) << predicted.error;
+  EXPECT_EQ(runCommand({"inspect", file_, "--plugin", folder_.file("none.so")}).exitCode, 5);
+}
+
+TEST(RealInspection, cameraOfTheHeaderWithoutPlugin_isTheSame) {
+  SKIP_WITHOUT_PICTURES();
+  const std::string file = pictureFolder() + "/meta/cornellBox.cryptomatte.0001.exr";
+  RunOptions nowhere;
+  nowhere.environment["DREVIN_PLUGIN"] = "/nowhere";
+  EXPECT_EQ(runCommand({"inspect", file}, nowhere).out, inspect({file}).out);
+}
+
+TEST_F(InspectCommand, styleOtherThanTheRenders_isOneLine) {
+  PartFixture part = rgbazPart(8, 4, 0.0);
+  part.channels.back().value = [](int x, int) { return x < 4 ? 0.0 : 0.25; };
+  EXPECT_EQ(inspectPart(part)["depth"]["style"]["control"], "Real");
+  const std::string line = "a render takes it as ";
+  EXPECT_NE(inspect({file_}).out.find(line + "Real; --set depthStyle=1/z follows"),
+            std::string::npos);
+  EXPECT_EQ(inspect({file_, "--set", "depthStyle=1/z"}).out.find(line), std::string::npos);
+  writeExrFixture(file_, rgbazPart(8, 4, 5.0));
+  EXPECT_EQ(inspect({file_}).out.find(line), std::string::npos);
+  EXPECT_NE(inspect({file_, "--set", "depthStyle=1/z"}).out.find(line + "1/z; --set depthStyle=R"),
+            std::string::npos);
+}
+
+TEST_F(InspectCommand, longChannelNames_areShortInTheTextAndWholeInJson) {
+  PartFixture part = rgbazPart(8, 4, 5.0);
+  const std::string longName = "layer." + std::string(230, 'x') + ".red";
+  std::string accents;
+  for (int i = 0; i < 100; ++i)
+    accents += "\xc3\xa9";
+  part.channels.push_back({longName, Imf::FLOAT, [](int, int) { return 7.0; }});
+  part.channels.push_back({"l." + accents, Imf::FLOAT, [](int, int) { return 8.0; }});
+  const ordered_json file = inspectPart(part);
+  EXPECT_EQ(channelOf(file, longName)["min"], 7.0);
+  const RunResult text = inspect({file_});
+  std::set<std::size_t> columns;
+  std::size_t channels = 0;
+  for (const std::string& line : linesStarting(text.out, "    ")) {
+    const std::size_t type = std::min(line.find(" half "), line.find(" float "));
+    if (type == std::string::npos) continue;
+    ++channels;
+    columns.insert(characters(line.substr(0, type)));
+  }
+  EXPECT_EQ(channels, 7U) << text.out;
+  EXPECT_EQ(columns.size(), 1U) << text.out;
+  EXPECT_LT(*columns.begin(), 50U) << text.out;
+  EXPECT_NE(text.out.find("xxx.red "), std::string::npos) << text.out;
+  EXPECT_EQ(text.out.find(std::string(70, 'x')), std::string::npos) << text.out;
+  EXPECT_EQ(oneLine(text.out).find('?'), std::string::npos) << "characters are whole";
 }
 
 TEST_F(InspectCommand, sequence_isToldFrameByFrame) {
@@ -323,14 +458,56 @@ TEST_F(InspectCommand, costOfARender_isEstimated) {
             std::string::npos);
 }
 
-TEST_F(InspectCommand, costOfViewsAndOfDeepPictures_isNotEstimated) {
-  EXPECT_TRUE(inspectPart(rgbazPart(8, 4, 5.0),
-                          {"--set", "outputType=Focus Matte"})["prediction"]["estimate"]
-                  .is_null());
+TEST_F(InspectCommand, costOfViews_isNotEstimated) {
+  const Arguments view = {"--set", "outputType=Focus Matte"};
+  EXPECT_TRUE(inspectPart(rgbazPart(8, 4, 5.0), view)["prediction"]["estimate"].is_null());
   writeDeepFixture(file_, {opaqueDeepPart(8, 4, 150.0)});
+  EXPECT_TRUE(inspectJson(with({file_}, view)).at(0)["prediction"]["estimate"].is_null());
+}
+
+TEST_F(InspectCommand, costOfADeepRender_isEstimated) {
+  writeDeepFixture(file_, {opaqueDeepPart(400, 300, 150.0)});
   const ordered_json prediction = inspectJson({file_, "--set", "multiplier=9"}).at(0)["prediction"];
   EXPECT_EQ(prediction["back"], 9.0);
-  EXPECT_TRUE(prediction["estimate"].is_null());
+  const ordered_json& estimate = prediction["estimate"];
+  EXPECT_GT(estimate["seconds"].get<double>(), 0.0);
+  // Six floats of each sample, and what the node keeps of it and of each pixel.
+  EXPECT_GT(estimate["memoryBytes"].get<double>(), 400.0 * 300.0 * (24.0 + 36.0 + 83.0));
+  EXPECT_LT(estimate["memoryBytes"].get<double>(), 100e6);
+}
+
+TEST_F(InspectCommand, deepPictureWithoutSamples_isNoFaultOfTheEstimate) {
+  DeepPartFixture part = opaqueDeepPart(8, 4, 150.0);
+  part.samples = [](int, int) { return DeepPixelFixture(); };
+  writeDeepFixture(file_, {part});
+  EXPECT_TRUE(inspectJson({file_, "--set", "multiplier=9"}).at(0)["prediction"].is_null());
+}
+
+TEST_F(InspectCommand, apertureImageAndMattes_countForTheEstimate) {
+  const auto bytesWith = [this](const Arguments& more) {
+    return inspectPart(
+               rgbazPart(200, 150, 200.0),
+               with({"--set", "multiplier=9"}, more))["prediction"]["estimate"]["memoryBytes"]
+        .get<double>();
+  };
+  const std::string beside = folder_.file("beside.exr");
+  writeExrFixture(beside, rgbazPart(400, 400, 0.0));
+  const double plain = bytesWith({});
+  const double bytes = 400.0 * 400.0 * 28.0;  // four halves and a float, and floats of the halves
+  EXPECT_NEAR(bytesWith({"--kernel", beside, "--set", "kernelType=Input"}), plain + bytes, 1.0);
+  EXPECT_NEAR(bytesWith({"--mattes", beside}), plain + bytes, 1.0);
+  EXPECT_FALSE(inspectJson({file_, "--mattes", beside}).at(0)["prediction"].is_null());
+}
+
+TEST_F(InspectCommand, apertureImageThatIsMissing_isOneLineForAllFiles) {
+  writeExrFixture(file_, rgbazPart(8, 4, 5.0));
+  for (const char* option : {"--kernel", "--mattes"}) {
+    const RunResult result = inspect({file_, file_, option, folder_.file("none.exr")});
+    EXPECT_EQ(result.exitCode, 3) << option;
+    EXPECT_TRUE(isOneErrorLine(result.error)) << result.error;
+    EXPECT_EQ(result.out, "");
+    EXPECT_EQ(inspect({file_, option, ""}).exitCode, 2) << option;
+  }
 }
 
 TEST_F(InspectCommand, pictureWhoseWindowsDoNotMeet_isEstimatedWithoutAFault) {
@@ -349,6 +526,26 @@ TEST(RealInspection, memory_isWithinAFactorOfTwo) {
     const Arguments& render = kRenders.front();
     const ordered_json prediction = inspectJson(with({file}, render)).at(0)["prediction"];
     const RunResult result = runCommand(renderArguments(
+        file, folder.file("out.exr"), with({"--report", folder.file("report.json")}, render)));
+    ASSERT_EQ(result.exitCode, 0) << result.error;
+    const double real =
+        ordered_json::parse(bytesOfFile(folder.file("report.json")))["peakMemoryBytes"];
+    const double estimate = prediction["estimate"]["memoryBytes"];
+    EXPECT_GT(estimate, real / 2.0) << name;
+    EXPECT_LT(estimate, real * 2.0) << name;
+  }
+}
+
+TEST(RealInspection, memoryOfDeepRenders_isWithinAFactorOfTwo) {
+  SKIP_WITHOUT_PICTURES();
+  if (DREVIN_SANITIZED) GTEST_SKIP() << "sanitizers take far more memory";
+  const ScratchFolder folder;
+  for (const char* name : {"deep/forest.Leaves.exr", "deep/fire_and_spikes.volume.exr"}) {
+    const std::string file = pictureFolder() + "/" + name;
+    const Arguments render = {"--set",        "multiplier=64", "--set",
+                              "focalPlane=5", "--set",         "focusRegionSize=2"};
+    const ordered_json prediction = inspectJson(with({file}, render)).at(0)["prediction"];
+    const RunResult result = runCommand(deepArguments(
         file, folder.file("out.exr"), with({"--report", folder.file("report.json")}, render)));
     ASSERT_EQ(result.exitCode, 0) << result.error;
     const double real =

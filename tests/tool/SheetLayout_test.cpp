@@ -75,20 +75,23 @@ TEST(SheetLayout, captions_areCutAtSixtyLetters) {
 }
 
 TEST(SheetLayout, sheetBeyondTheLimits_isRefusedWithTheRemedy) {
-  const auto failureOf = [](std::int64_t width, std::int64_t height) -> std::string {
+  const auto failureOf = [](std::int64_t width, std::int64_t height,
+                            ExitCode code = ExitCode::Usage) -> std::string {
     try {
       checkSheetSize(width, height);
     } catch (const ToolError& error) {
-      EXPECT_EQ(error.code(), ExitCode::Usage);
+      EXPECT_EQ(error.code(), code);
       return error.what();
     }
     return {};
   };
   EXPECT_EQ(failureOf(100, 100), "");
   EXPECT_NE(failureOf(131073, 1).find("--width"), std::string::npos);
-  limitMemory(1);
-  EXPECT_NE(failureOf(100, 100).find("memory"), std::string::npos);
-  limitMemory(0);
+  limitMemory({1, "1B"});
+  const std::string beyond = failureOf(100, 100, ExitCode::InputUnreadable);
+  EXPECT_NE(beyond.find("more than --max-memory 1B"), std::string::npos) << beyond;
+  EXPECT_NE(beyond.find("--width"), std::string::npos) << beyond;
+  limitMemory({});
 }
 
 }  // namespace

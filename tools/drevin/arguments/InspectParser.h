@@ -5,6 +5,7 @@
 #include <string>
 
 #include "arguments/InspectArguments.h"
+#include "arguments/MemoryOption.h"
 
 namespace CLI {
 class App;
@@ -28,6 +29,7 @@ class InspectParser {
  private:
   CLI::App& app_;
   InspectArguments arguments_;
+  MemoryOption memory_;
   std::string frames_;
 };
 

@@ -2,7 +2,6 @@
 
 /// What the subcommand `render` was asked to do.
 
-#include <cstdint>
 #include <optional>
 #include <string>
 #include <vector>
@@ -11,6 +10,7 @@
 #include "arguments/NodeArguments.h"
 #include "depth/FocusKey.h"
 #include "depth/FocusPoint.h"
+#include "picture/MemoryBudget.h"
 #include "picture/OutputFormat.h"
 #include "picture/Picture.h"
 #include "prepare/PictureFixes.h"
@@ -34,7 +34,7 @@ struct RenderArguments : NodeArguments {
   std::vector<std::string> channels;  ///< empty: the default set
   unsigned threads = 0;               ///< 0: all that the process may use
   double proxy = 1.0;
-  std::uint64_t maxMemory = 0;  ///< bytes; 0: most of what is free
+  MemoryLimit maxMemory;
   OutputFormat format;
   bool quiet = false;
   bool stats = false;              ///< a line of figures for each picture

@@ -14,7 +14,6 @@
 #include "sequence/FrameList.h"
 #include "terminal/NearestName.h"
 #include "terminal/NumberText.h"
-#include "terminal/SizeText.h"
 
 namespace drevintool {
 namespace {
@@ -71,12 +70,6 @@ embedded::DeepOrder parseDeepOrder(const std::string& text) {
   if (text == "far-first") return embedded::DeepOrder::FarFirst;
   failUsage("--deep-order " + text + ": give near-first or far-first" +
             nearestHint(text, {"near-first", "far-first"}));
-}
-
-std::uint64_t parseMaxMemory(const std::string& text) {
-  const std::optional<std::uint64_t> bytes = parseSize(text);
-  if (!bytes) failUsage("--max-memory " + text + ": give a size such as 512M or 8G");
-  return *bytes;
 }
 
 void checkOutput(const std::string& output) {
@@ -168,10 +161,7 @@ void RenderParser::addOutput() {
   app_.add_option("--threads", threads_, "Threads (default: all that may be used)")->type_name("N");
   app_.add_option("--proxy", proxy_, "Proxy scale of the interface's context (default 1)")
       ->type_name("SCALE");
-  app_.add_option("--max-memory", maxMemory_,
-                  "Memory that the pictures may take, such as 512M or 8G (default: most of what is "
-                  "free)")
-      ->type_name("SIZE");
+  memory_.addTo(app_);
   format_.addTo(app_);
   app_.add_option("--report", arguments_.report, "Write what was done and how long it took (JSON)")
       ->type_name("FILE");
@@ -181,7 +171,8 @@ void RenderParser::addOutput() {
                   "finite, the range of each channel");
   }
   app_.add_flag("--quiet", arguments_.quiet,
-                "No progress, and no note of pictures that were there already; what was found for "
+                "No progress, and no notes of pictures that were there already or are done once "
+                "more for want of memory; what was found for "
                 "--focus-at, --camera header and fixes is told all the same, as are warnings");
   app_.add_option("--output", arguments_.output, "The result, .exr or .png")->type_name("FILE");
 }
@@ -261,7 +252,7 @@ RenderArguments RenderParser::checked() const {
   const bool sheet = scope_ == RenderScope::Sheet;
   if (!sheet && given(app_, "--channels")) arguments.channels = parseChannels(channels_);
   if (given(app_, "--threads")) arguments.threads = parseCount("--threads", threads_, kMostThreads);
-  if (given(app_, "--max-memory")) arguments.maxMemory = parseMaxMemory(maxMemory_);
+  arguments.maxMemory = memory_.checked(app_);
   arguments.format = format_.checked(app_);
   checkFormatFits(app_, arguments.output);
   if (given(app_, "--proxy")) arguments.proxy = parseProxy(proxy_);

@@ -7,6 +7,7 @@
 #include "arguments/FixOptions.h"
 #include "arguments/FocusOption.h"
 #include "arguments/FormatOptions.h"
+#include "arguments/MemoryOption.h"
 #include "arguments/RenderArguments.h"
 
 namespace CLI {
@@ -50,7 +51,7 @@ class RenderParser {
   FocusOption focus_;
   FixOptions fixes_;
   FormatOptions format_;
-  std::string maxMemory_;
+  MemoryOption memory_;
   std::string deepOrder_;
   std::string region_;
   std::string channels_;

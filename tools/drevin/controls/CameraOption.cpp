@@ -19,6 +19,9 @@ bool endsWith(const std::string& text, const std::string& end) {
   return text.size() >= end.size() && text.compare(text.size() - end.size(), end.size(), end) == 0;
 }
 
+// Of a node whose controls are as made.
+constexpr double kUsualMetresPerUnit = 0.01;
+
 // Of the node's world scale: mm, cm, m, inches, feet, times a number of the artist's.
 double metresPerUnit(const Node& node) {
   constexpr std::array<double, 5> kMetres = {0.001, 0.01, 1.0, 0.0254, 0.3048};
@@ -33,9 +36,9 @@ PictureSize sizeOf(const Picture& picture) {
   return {picture.width, picture.height, picture.pixelAspect};
 }
 
-std::map<std::string, CameraFinding> headerFindings(const Node& node, const Picture& picture) {
+std::map<std::string, CameraFinding> headerFindings(const Picture& picture, double metres) {
   if (!picture.attributes) return {};
-  return findHeaderCamera(picture.attributes->header, sizeOf(picture), metresPerUnit(node));
+  return findHeaderCamera(picture.attributes->header, sizeOf(picture), metres);
 }
 
 void addFieldOfView(const Picture& picture, std::map<std::string, CameraFinding>& findings) {
@@ -112,7 +115,7 @@ void CameraOption::takeTexts(const std::string& list) {
 FoundCamera CameraOption::at(std::optional<double> frame, const Node& node,
                              const Picture* picture) const {
   FoundCamera camera;
-  if (header_) camera.findings = headerFindings(node, *picture);
+  if (header_) camera.findings = headerFindings(*picture, metresPerUnit(node));
   for (const auto& [name, curve] : curves_) {
     if (curve.varies() && !frame) {
       fail(name +
@@ -168,8 +171,9 @@ std::string cameraLine(const std::map<std::string, CameraFinding>& findings) {
   return listOf(findings);
 }
 
-std::map<std::string, CameraFinding> cameraOfHeader(const Node& node, const Picture& picture) {
-  auto findings = headerFindings(node, picture);
+std::map<std::string, CameraFinding> cameraOfHeader(const Node* node, const Picture& picture) {
+  auto findings =
+      headerFindings(picture, node == nullptr ? kUsualMetresPerUnit : metresPerUnit(*node));
   addFieldOfView(picture, findings);
   addPictureShape(sizeOf(picture), findings);
   return findings;

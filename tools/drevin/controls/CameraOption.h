@@ -70,8 +70,9 @@ class CameraOption {
 std::string cameraLine(const std::map<std::string, CameraFinding>& findings);
 
 /// What the picture's header says of its camera, as far as it does, by the names of cameraKeys; the
-/// node's controls worldScale and worldScaleMultiplier turn metres into scene units.
-std::map<std::string, CameraFinding> cameraOfHeader(const Node& node, const Picture& picture);
+/// node's controls worldScale and worldScaleMultiplier turn metres into scene units. Without a node
+/// they are taken as they are made.
+std::map<std::string, CameraFinding> cameraOfHeader(const Node* node, const Picture& picture);
 
 /// Gives the node's own lens controls the values, with a film format of the artist's own.
 void setLensControls(Node& node, const embedded::CameraValues& values);

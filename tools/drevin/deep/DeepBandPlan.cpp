@@ -63,7 +63,8 @@ double bandBytes(const DeepBandRows& band, const ExrPartFacts& part, std::size_t
 }  // namespace
 
 DeepBandPlan::DeepBandPlan(const ExrPartFacts& part, const std::vector<std::uint64_t>& chunkSamples,
-                           std::size_t channels, const std::string& path, std::uint64_t budget)
+                           std::size_t channels, const std::string& path,
+                           const MemoryBudget& budget)
     : bands_(part.tiled ? tileRows(part, chunkSamples) : scanlines(part, chunkSamples)) {
   // The library keeps the sample counts of a scanline part.
   const double kept = part.tiled ? 0.0

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "picture/ExrHeaderScan.h"
+#include "picture/MemoryBudget.h"
 
 namespace drevintool {
 
@@ -32,9 +33,9 @@ class DeepBandPlan {
  public:
   /// `chunkSamples` is what scanDeepChunks says of the part. Throws ToolError (InputUnreadable)
   /// with one line that names the file, the rows and their samples if a band has too many of them,
-  /// or if reading it with `channels` channels would take more than `budget` bytes.
+  /// or if reading it with `channels` channels would take more than the budget.
   DeepBandPlan(const ExrPartFacts& part, const std::vector<std::uint64_t>& chunkSamples,
-               std::size_t channels, const std::string& path, std::uint64_t budget);
+               std::size_t channels, const std::string& path, const MemoryBudget& budget);
 
   std::size_t size() const { return bands_.size(); }
   const DeepBandRows& operator[](std::size_t band) const { return bands_[band]; }

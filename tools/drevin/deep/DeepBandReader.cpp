@@ -16,6 +16,7 @@
 #include <utility>
 
 #include "EmbeddedHost/DeepInput.h"
+#include "deep/SamplePlace.h"
 #include "terminal/OneLine.h"
 
 namespace drevintool {
@@ -109,9 +110,7 @@ class BandFilling {
     std::vector<float*> toSamples;  // of each pixel
   };
 
-  std::size_t place(Channel channel) const {
-    return static_cast<std::size_t>(band_->channels.chanNo(channel));
-  }
+  std::size_t place(Channel channel) const { return placeOf(band_->channels, channel); }
 
   std::size_t sampleBytes() const { return band_->channels.size() * sizeof(float); }
 

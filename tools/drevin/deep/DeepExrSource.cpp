@@ -7,6 +7,7 @@
 
 #include "deep/DeepChunks.h"
 #include "deep/DeepParts.h"
+#include "deep/SamplePlace.h"
 #include "picture/ExrLimits.h"
 #include "picture/HeaderAttributes.h"
 #include "picture/MemoryBudget.h"
@@ -42,7 +43,7 @@ std::vector<std::size_t> placesOf(const ChannelMap& wanted, const ChannelMap& ba
   std::vector<std::size_t> places;
   places.reserve(wanted.size());
   for (const Channel channel : static_cast<const ChannelSet&>(wanted))
-    places.push_back(static_cast<std::size_t>(band.chanNo(channel)));
+    places.push_back(placeOf(band, channel));
   return places;
 }
 
@@ -70,7 +71,7 @@ DeepExrSource::DeepExrSource(const std::string& path, const std::string& partNam
     : path_(path) {
   const ExrFacts facts = scanExrHeader(path);
   part_ = chooseDeepPart(facts, path, partName, view);
-  const std::uint64_t budget = memoryBudget();
+  const MemoryBudget budget = memoryBudget();
   checkExrLimits(facts, path, budget);
   facts_ = facts.parts[part_];
   channels_ = planDeepChannels(facts_, path);
@@ -89,7 +90,7 @@ DeepExrSource::DeepExrSource(const std::string& path, const std::string& partNam
   attributes_ = flatAttributes(reader_->header(), facts.parts.size() > 1);
   constexpr std::uint64_t kCacheBytes = std::uint64_t{64} << 20;
   cache_ = std::make_unique<DeepBandCache>(plan_->size(), kCacheBytes,
-                                           std::max(kCacheBytes, budget / 2));
+                                           std::max(kCacheBytes, budget.bytes / 2));
   counted_.resize(plan_->size());
   notFinite_.resize(plan_->size());
 }

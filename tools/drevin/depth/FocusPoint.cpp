@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "DDImage/ChannelMap.h"
+#include "deep/SamplePlace.h"
 #include "depth/BackgroundFinding.h"
 #include "depth/DepthChoice.h"
 #include "depth/DepthCodes.h"
@@ -61,10 +62,11 @@ std::optional<float> medianOf(std::vector<float> distances) {
 // Of a pixel whose samples lie nearest first.
 std::optional<float> frontSurface(const float* sample, std::uint32_t count, const ChannelMap& map,
                                   Channel depth) {
+  const std::size_t alpha = placeOf(map, Chan_Alpha);
   float coverage = 0.0F;
   for (std::uint32_t i = 0; i < count; ++i, sample += map.size()) {
-    coverage += (1.0F - coverage) * sample[map.chanNo(Chan_Alpha)];
-    if (coverage >= 0.5F) return sample[map.chanNo(depth)];
+    coverage += (1.0F - coverage) * sample[alpha];
+    if (coverage >= 0.5F) return sample[placeOf(map, depth)];
   }
   return std::nullopt;
 }

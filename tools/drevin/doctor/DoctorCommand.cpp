@@ -63,7 +63,7 @@ Json limitJson(const std::optional<std::uint64_t>& bytes) {
 Json memoryJson() {
   const MemoryLimits limits = memoryLimits();
   Json json;
-  json["pictures"] = memoryBudget();
+  json["pictures"] = memoryBudget().bytes;
   json["free"] = limitJson(limits.free);
   json["cgroup"] = limitJson(limits.cgroup);
   json["addressSpace"] = limitJson(limits.addressSpace);

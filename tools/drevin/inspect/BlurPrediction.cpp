@@ -2,10 +2,8 @@
 
 #include <algorithm>
 #include <cmath>
-#include <utility>
 
 #include "EmbeddedHost/Render.h"
-#include "controls/CameraOption.h"
 #include "controls/ControlText.h"
 #include "deep/DeepCompanion.h"
 #include "depth/DepthCodes.h"
@@ -78,25 +76,6 @@ float PredictedBlur::largest() const {
 int PredictedBlur::largestKernel() const {
   const double limited = std::min(static_cast<double>(largest()), most);
   return static_cast<int>(std::ceil(limited));
-}
-
-AskedNode::AskedNode(const AskedRender& asked, const Picture& picture, embedded::Image image)
-    : input_(std::move(image)), node_(asked.description) {
-  node_.connect(0, &input_);
-  asked.changes.applyValues(node_, asked.frame);
-  asked.changes.applyChannels(node_, [&](const Knob& knob, const ControlSetting&) {
-    return knob.name() == "depthChannel" ? &picture : nullptr;
-  });
-  if (asked.camera.empty()) return;
-  camera_.emplace(CameraOption(asked.camera).at(asked.frame, node_, &picture).values);
-  connectCamera(node_, *camera_);
-}
-
-void useCircularAperture(Node& node) {
-  constexpr double kInput = 0.0;
-  constexpr double kCircular = 1.0;
-  const Knob* type = node.knob("kernelType");
-  if (type != nullptr && type->get_value() == kInput) setNumber(node, "kernelType", kCircular);
 }
 
 PredictedBlur predictBlur(const AskedRender& asked, const Picture& picture, const DepthPlane& depth,

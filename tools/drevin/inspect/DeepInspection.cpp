@@ -7,6 +7,7 @@
 
 #include "DDImage/ChannelMap.h"
 #include "deep/DeepReading.h"
+#include "deep/SamplePlace.h"
 #include "inspect/ValueRange.h"
 #include "terminal/Signals.h"
 
@@ -21,13 +22,16 @@ using DD::Image::ChannelMap;
 using DD::Image::ChannelSet;
 using Json = nlohmann::ordered_json;
 
+// Thinner samples are points, and never cut.
+constexpr float kThinSample = 1e-6F;
+
 class DeepFigures {
  public:
   explicit DeepFigures(const ChannelMap& channels)
       : channels_(channels),
-        front_(place(Chan_DeepFront)),
-        back_(place(Chan_DeepBack)),
-        alpha_(place(Chan_Alpha)),
+        front_(placeOf(channels, Chan_DeepFront)),
+        back_(placeOf(channels, Chan_DeepBack)),
+        alpha_(placeOf(channels, Chan_Alpha)),
         ranges_(channels.size()) {}
 
   void addRow(const embedded::DeepRow& row) {
@@ -50,6 +54,7 @@ class DeepFigures {
     json["thick"] = counts.thick;
     json["inverted"] = counts.inverted;
     json["overlappingPixels"] = overlapping_;
+    json["pieces"] = pieces_;
     json["unsortedPixels"] = counts.unsorted;
     json["alphaAboveOne"] = alphaAboveOne_;
     json["notFinite"] = counts.notFinite;
@@ -62,25 +67,31 @@ class DeepFigures {
   }
 
  private:
-  std::size_t place(Channel channel) const {
-    return static_cast<std::size_t>(channels_.chanNo(channel));
-  }
-
   // Samples lie nearest first.
   void addPixel(const float* sample, std::uint32_t count) {
     ++pixels_;
     ++perPixel_[count];
     bool overlap = false;
     float reached = 0.0F;
+    std::uint64_t chain = 0;  // pieces that the sample before it comes to
     for (std::uint32_t i = 0; i < count; ++i, sample += channels_.size()) {
       for (std::size_t c = 0; c < ranges_.size(); ++c)
         ranges_[c].add(static_cast<double>(sample[c]));
       if (sample[alpha_] > 1.0F) ++alphaAboveOne_;
       overlap = overlap || (i > 0 && sample[front_] < reached);
+      chain = piecesOf(sample, i > 0 ? sample - channels_.size() : nullptr, chain);
+      pieces_ += chain;
       reached = i == 0 ? sample[back_] : std::max(reached, sample[back_]);
     }
     if (overlap) ++overlapping_;
     if (count > 0) ends_.add(static_cast<double>(reached));
+  }
+
+  // A thick sample is cut at the one before it, and comes with all pieces of that.
+  std::uint64_t piecesOf(const float* sample, const float* before, std::uint64_t chain) const {
+    const bool thick = sample[back_] - sample[front_] >= kThinSample;
+    if (before == nullptr || !thick || !(sample[back_] > before[front_])) return 1;
+    return 1 + chain + (sample[back_] > before[back_] ? 1 : 0);
   }
 
   std::uint64_t medianPerPixel() const {
@@ -112,6 +123,7 @@ class DeepFigures {
   std::map<std::uint32_t, std::uint64_t> perPixel_;  // pixels by their number of samples
   std::uint64_t pixels_ = 0;
   std::uint64_t overlapping_ = 0;
+  std::uint64_t pieces_ = 0;
   std::uint64_t alphaAboveOne_ = 0;
 };
 

@@ -11,10 +11,12 @@ namespace drevintool {
 /// Reads all samples, a row at a time. Of the part: "samples" (all, most and median a pixel),
 /// "emptyPixels", samples that are "points" or have a "thickness" (ZBack > Z), have it "inverted"
 /// (ZBack < Z), pixels in which samples "overlap" (two share a stretch of depth, or a point lies
-/// inside a sample), pixels that are "unsorted" in the file, samples with "alphaAboveOne" and with
-/// values that are "notFinite", the least and the largest front as "near" and "far", the range
-/// of the farthest backs of the pixels, and the range
-/// of each channel. Throws ToolError (InputUnreadable) with one line that names the file.
+/// inside a sample), the "pieces" into which the node cuts the samples, nearest first, before it
+/// blurs them (thick ones come to many, for each is cut at all that are nearer), pixels that are
+/// "unsorted" in the file, samples with "alphaAboveOne" and with values that are "notFinite", the
+/// least and the largest front as "near" and "far", the range of the farthest backs of the pixels,
+/// and the range of each channel. Throws ToolError (InputUnreadable) with one line that names the
+/// file.
 nlohmann::ordered_json inspectDeep(DeepExrSource& deep);
 
 }  // namespace drevintool

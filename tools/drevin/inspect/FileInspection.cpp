@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <memory>
 #include <nlohmann/json.hpp>
+#include <optional>
 #include <vector>
 
 #include "EmbeddedHost/Node.h"
@@ -95,8 +96,9 @@ Json layersJson(const Picture& picture) {
   return layers;
 }
 
-Json depthOf(const Picture& picture, const std::vector<std::string>& views, const Node& node) {
-  const PictureChannel* chosen = chosenDepth(picture, node);
+Json depthOf(const Picture& picture, const std::vector<std::string>& views, const Node* node) {
+  const PictureChannel* chosen =
+      node == nullptr ? usualDepth(picture) : chosenDepth(picture, *node);
   Json json;
   json["channel"] = chosen == nullptr ? Json() : Json(chosen->fileName);
   json["others"] = Json::array();
@@ -107,11 +109,12 @@ Json depthOf(const Picture& picture, const std::vector<std::string>& views, cons
   const PictureChannel* red = findChannel(picture, "rgba.red");
   json["view"] = textOrNull(viewOf(*chosen, picture, views));
   json["viewOfColours"] = red == nullptr ? json["view"] : textOrNull(viewOf(*red, picture, views));
-  json.update(inspectDepth(picture, *chosen, depthStyleOf(node)));
+  json.update(
+      inspectDepth(picture, *chosen, node == nullptr ? DepthStyle::Real : depthStyleOf(*node)));
   return json;
 }
 
-Json cameraJson(const Node& node, const Picture& picture) {
+Json cameraJson(const Node* node, const Picture& picture) {
   Json json;
   for (const auto& [name, finding] : cameraOfHeader(node, picture)) {
     json[name] = {
@@ -120,7 +123,7 @@ Json cameraJson(const Node& node, const Picture& picture) {
   return json;
 }
 
-void addFormat(const Picture& picture, const Node& node, Json& json) {
+void addFormat(const Picture& picture, const Node* node, Json& json) {
   json["format"] = {
       {"width", picture.width}, {"height", picture.height}, {"pixelAspect", picture.pixelAspect}};
   json["camera"] = cameraJson(node, picture);
@@ -146,14 +149,18 @@ PixelBox scannedBox(const Picture& picture) {
   return inside.empty() ? box : inside;
 }
 
+void addEstimate(const std::optional<PredictedCost>& cost, Json& prediction) {
+  if (!cost) return;
+  prediction["estimate"] = {{"seconds", cost->seconds}, {"memoryBytes", cost->memoryBytes}};
+}
+
 Json flatPrediction(const Picture& picture, const Node& node, const AskedRender& asked) {
   const PictureChannel* chosen = chosenDepth(picture, node);
   if (chosen == nullptr) return nullptr;
   const DepthPlane depth = depthPlane(picture, *chosen, scannedBox(picture));
   const PredictedBlur blur = predictBlur(asked, picture, depth, false);
   Json json = predictionJson(blur, blur.largestKernel());
-  const std::optional<PredictedCost> cost = predictCost(asked, picture, blur);
-  if (cost) json["estimate"] = {{"seconds", cost->seconds}, {"memoryBytes", cost->memoryBytes}};
+  addEstimate(predictCost(asked, picture, blur), json);
   return json;
 }
 
@@ -166,42 +173,52 @@ PredictedBlur blurBetween(const Json& near, const Json& far, const Picture& pict
 
 // Blur grows with the distance from focus, so that the two ends of all depths are enough. The node
 // makes its kernels for the farthest back of each pixel.
-Json deepPrediction(const DeepExrSource& deep, const Json& figures, const AskedRender& asked) {
+Json deepPrediction(DeepExrSource& deep, const Json& figures, const AskedRender& asked) {
   const Json& backs = figures["farthestBacks"];
   if (!figures["near"].is_number() || !backs["min"].is_number()) return nullptr;
   const Picture picture = emptyPicture(deep);
   const PredictedBlur made = blurBetween(backs["min"], backs["max"], picture, asked);
-  return predictionJson(blurBetween(figures["near"], figures["far"], picture, asked),
-                        made.largestKernel());
+  const PredictedBlur needed = blurBetween(figures["near"], figures["far"], picture, asked);
+  Json json = predictionJson(needed, made.largestKernel());
+  const DeepAmounts amounts{figures["samples"]["all"], figures["pieces"]};
+  addEstimate(predictCost(asked, deep, amounts, made), json);
+  return json;
 }
 
-void addFlat(const std::string& path, const ExrFacts& facts, const AskedRender& asked, bool predict,
-             Node& node, Json& json) {
+void addFlat(const std::string& path, const ExrFacts& facts, const AskedRender* asked, bool predict,
+             Node* node, Json& json) {
   const Picture picture = readExr(path);
   const auto source = [&](const Knob& knob, const ControlSetting&) {
     return knob.name() == "depthChannel" ? &picture : nullptr;
   };
-  asked.changes.applyChannels(node, source);
+  if (asked != nullptr) asked->changes.applyChannels(*node, source);
   addFormat(picture, node, json);
   json["layers"] = layersJson(picture);
   json["depth"] = depthOf(picture, viewsOf(picture, facts), node);
-  if (predict) json["prediction"] = flatPrediction(picture, node, asked);
+  if (predict) json["prediction"] = flatPrediction(picture, *node, *asked);
 }
 
-void addDeep(const std::string& path, const AskedRender& asked, bool predict, const Node& node,
+void addDeep(const std::string& path, const AskedRender* asked, bool predict, const Node* node,
              Json& json) {
   DeepExrSource deep(path, "", "");
   if (json["format"].is_null()) addFormat(emptyPicture(deep), node, json);
   json["deep"] = inspectDeep(deep);
   const bool flatToo = !json["layers"].is_null();
-  if (predict && !flatToo) json["prediction"] = deepPrediction(deep, json["deep"], asked);
+  if (predict && !flatToo) json["prediction"] = deepPrediction(deep, json["deep"], *asked);
+}
+
+std::unique_ptr<Node> askedNode(const AskedRender* asked) {
+  if (asked == nullptr) return nullptr;
+  auto node = std::make_unique<Node>(asked->description);
+  asked->changes.applyValues(*node, asked->frame);
+  return node;
 }
 
 }  // namespace
 
-Json inspectFile(const std::string& path, const AskedRender& asked, bool predict) {
-  Node node(asked.description);
-  asked.changes.applyValues(node, asked.frame);
+Json inspectFile(const std::string& path, const AskedRender* asked, bool predict) {
+  const std::unique_ptr<Node> node = askedNode(asked);
+  predict = predict && asked != nullptr;
   const ExrFacts facts = scanExrHeader(path);
   Json json;
   json["file"] = path;
@@ -213,10 +230,10 @@ Json inspectFile(const std::string& path, const AskedRender& asked, bool predict
     json[name] = nullptr;
   const auto deep = [](const ExrPartFacts& part) { return part.deep; };
   if (!std::all_of(facts.parts.begin(), facts.parts.end(), deep)) {
-    addFlat(path, facts, asked, predict, node, json);
+    addFlat(path, facts, asked, predict, node.get(), json);
   }
   if (std::any_of(facts.parts.begin(), facts.parts.end(), deep))
-    addDeep(path, asked, predict, node, json);
+    addDeep(path, asked, predict, node.get(), json);
   return json;
 }
 

@@ -1,14 +1,22 @@
 #include "inspect/InspectCommand.h"
 
+#include <algorithm>
 #include <cstdio>
+#include <exception>
+#include <memory>
+#include <new>
 #include <nlohmann/json.hpp>
 #include <optional>
 #include <string>
 #include <vector>
 
+#include "controls/CameraOption.h"
+#include "controls/ControlChanges.h"
 #include "controls/PluginSearch.h"
 #include "inspect/FileInspection.h"
 #include "inspect/InspectText.h"
+#include "picture/ExrReader.h"
+#include "picture/MemoryBudget.h"
 #include "sequence/FramePattern.h"
 #include "terminal/ExitCode.h"
 #include "terminal/Messages.h"
@@ -54,11 +62,13 @@ class Listing {
       all_.push_back(file);
       return;
     }
-    const bool failed = file.contains("error");
-    if (failed) return;
     std::fputs(((first_ ? "" : "\n") + inspectText(file)).c_str(), stdout);
     std::fflush(stdout);
     first_ = false;
+  }
+
+  void addFailure(const std::string& path, const std::string& line) {
+    if (json_) all_.push_back({{"file", path}, {"error", line}});
   }
 
   void end() const {
@@ -73,32 +83,122 @@ class Listing {
   Json all_ = Json::array();
 };
 
+// A picture beside the first, read when its file is another than before.
+class BesidePicture {
+ public:
+  explicit BesidePicture(const std::string& path) : pattern_(path), given_(!path.empty()) {}
+
+  // Null if none is given.
+  std::shared_ptr<const Picture> at(const std::optional<int>& frame) {
+    if (!given_) return nullptr;
+    const std::string path = pattern_.path(frame.value_or(0));
+    if (!picture_ || picture_->path != path) {
+      picture_ = nullptr;
+      picture_ = std::make_shared<const Picture>(readExr(path));
+    }
+    return picture_;
+  }
+
+ private:
+  FramePattern pattern_;
+  bool given_;
+  std::shared_ptr<const Picture> picture_;
+};
+
+// What renders are asked about, for all files.
+class Asking {
+ public:
+  explicit Asking(const InspectArguments& arguments)
+      : description_(loadNodeClass(arguments.plugin)),
+        changes_(arguments, Node(description_)),
+        camera_(arguments.camera),
+        kernel_(arguments.kernel),
+        mattes_(arguments.mattes) {
+    for (const std::string& warning : changes_.warnings())
+      printWarning(warning);
+  }
+
+  // Throws what reading the pictures beside the first throws.
+  AskedRender at(const std::optional<int>& frame) {
+    return {description_, changes_, camera_, frame, kernel_.at(frame), mattes_.at(frame)};
+  }
+
+  // Throws what is the fault of no file.
+  void check(const std::optional<int>& frame) {
+    Node node(description_);
+    changes_.applyValues(node, frame);
+    if (!camera_.empty()) {
+      const CameraOption camera(camera_);
+      if (!camera.isHeader()) camera.at(frame, node, nullptr);
+    }
+    at(frame);
+  }
+
+ private:
+  const DD::Image::Op::Description& description_;
+  ControlChanges changes_;
+  std::string camera_;
+  BesidePicture kernel_;
+  BesidePicture mattes_;
+};
+
+bool asksForPrediction(const InspectArguments& arguments) {
+  const bool controls =
+      !arguments.settings.empty() || !arguments.script.empty() || !arguments.camera.empty();
+  return controls || !arguments.kernel.empty() || !arguments.mattes.empty();
+}
+
+struct Failure {
+  ExitCode code;
+  std::string line;
+};
+
+bool isInterruption(const ToolError& error) {
+  return error.code() == ExitCode::Interrupted || error.code() == ExitCode::Terminated;
+}
+
+Failure failureOf(ExitCode code, const std::string& path, const std::string& reason) {
+  const bool named = reason.find(oneLine(path)) != std::string::npos;
+  return {code, oneLine(named ? reason : path + ": " + reason)};
+}
+
+// Adds the file to the listing, or says why not.
+std::optional<Failure> inspect(const InspectedFile& file, std::optional<Asking>& asking,
+                               bool predict, Listing& listing) {
+  try {
+    const auto asked = asking ? std::optional(asking->at(file.frame)) : std::nullopt;
+    listing.add(inspectFile(file.path, asked ? &*asked : nullptr, predict));
+    return std::nullopt;
+  } catch (const ToolError& error) {
+    if (isInterruption(error)) throw;
+    return failureOf(error.code(), file.path, error.what());
+  } catch (const std::bad_alloc&) {
+    return failureOf(ExitCode::RenderFailed, file.path, "not enough memory to look at it");
+  } catch (const std::exception& error) {
+    return failureOf(ExitCode::RenderFailed, file.path, error.what());
+  }
+}
+
 }  // namespace
 
 int runInspect(const InspectArguments& arguments) {
   const std::vector<InspectedFile> files = filesOf(arguments);
-  const DD::Image::Op::Description& description = loadNodeClass(arguments.plugin);
-  const Node fresh(description);
-  const ControlChanges changes(arguments, fresh);
-  for (const std::string& warning : changes.warnings())
-    printWarning(warning);
-  const bool predict =
-      !arguments.settings.empty() || !arguments.script.empty() || !arguments.camera.empty();
+  limitMemory(arguments.maxMemory);
+  const bool predict = asksForPrediction(arguments);
+  std::optional<Asking> asking;
+  if (predict || !arguments.plugin.empty()) asking.emplace(arguments);
+  if (asking) asking->check(files.front().frame);
   Listing listing(arguments.json);
-  ExitCode code = ExitCode::Done;
+  int code = static_cast<int>(ExitCode::Done);
   for (const InspectedFile& file : files) {
-    try {
-      listing.add(
-          inspectFile(file.path, {description, changes, arguments.camera, file.frame}, predict));
-    } catch (const ToolError& error) {
-      if (error.code() != ExitCode::InputUnreadable) throw;
-      printError(error.what());
-      listing.add({{"file", file.path}, {"error", error.what()}});
-      code = error.code();
-    }
+    const std::optional<Failure> failure = inspect(file, asking, predict, listing);
+    if (!failure) continue;
+    printError(failure->line);
+    listing.addFailure(file.path, failure->line);
+    code = std::max(code, static_cast<int>(failure->code));
   }
   listing.end();
-  return static_cast<int>(code);
+  return code;
 }
 
 }  // namespace drevintool

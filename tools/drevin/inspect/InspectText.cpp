@@ -4,7 +4,9 @@
 
 #include <algorithm>
 #include <nlohmann/json.hpp>
+#include <vector>
 
+#include "terminal/NameList.h"
 #include "terminal/NumberText.h"
 #include "terminal/OneLine.h"
 #include "terminal/SizeText.h"
@@ -18,6 +20,12 @@ std::string text(const Json& json) {
   if (json.is_string()) return oneLine(json.get<std::string>());
   if (json.is_number_float()) return numberText(json.get<double>());
   return json.is_null() ? "none" : json.dump();
+}
+
+// A name where nothing stands behind it in columns.
+std::string shortText(const Json& name) {
+  constexpr std::size_t kMost = 60;
+  return columnName(text(name), kMost);
 }
 
 std::string line(const std::string& name, const std::string& rest) {
@@ -36,8 +44,8 @@ std::string formatLine(const Json& format) {
 
 std::string partLine(const Json& part) {
   std::string named;
-  if (!part["name"].is_null()) named += text(part["name"]) + ": ";
-  if (!part["view"].is_null()) named += "view " + text(part["view"]) + ", ";
+  if (!part["name"].is_null()) named += shortText(part["name"]) + ": ";
+  if (!part["view"].is_null()) named += "view " + shortText(part["view"]) + ", ";
   return line("part",
               fmt::format("{}{}, {}, data window {}, display window {}", named, text(part["type"]),
                           text(part["compression"]), windowText(part["dataWindow"]),
@@ -57,20 +65,43 @@ std::string rangeText(const Json& range) {
   return shown;
 }
 
-std::string layerLines(const Json& layer) {
-  std::string lines = line("layer", text(layer["layer"]));
+std::string columnText(const Json& name) {
+  constexpr std::size_t kWidest = 40;
+  return columnName(text(name), kWidest);
+}
+
+// Characters of the widest name, so that what is behind it stands in one column.
+std::size_t columnWidth(const Json& channels, const char* key) {
+  std::size_t width = 20;
+  for (const Json& channel : channels)
+    width = std::max(width, characters(columnText(channel[key])));
+  return width;
+}
+
+std::string layerLines(const Json& layer, std::size_t width) {
+  std::string lines = line("layer", shortText(layer["layer"]));
   for (const Json& channel : layer["channels"]) {
-    lines += fmt::format("    {:<20} {:<6} {}\n", text(channel["name"]), text(channel["type"]),
-                         rangeText(channel));
+    lines += fmt::format("    {:<{}} {:<6} {}\n", columnText(channel["name"]), width,
+                         text(channel["type"]), rangeText(channel));
   }
   return lines;
 }
 
+std::string layersLines(const Json& layers) {
+  std::size_t width = 0;
+  for (const Json& layer : layers)
+    width = std::max(width, columnWidth(layer["channels"], "name"));
+  std::string lines;
+  for (const Json& layer : layers)
+    lines += layerLines(layer, width);
+  return lines;
+}
+
 std::string othersText(const Json& depth) {
-  std::string names;
+  std::vector<std::string> names;
   for (const Json& name : depth["others"])
-    names += (names.empty() ? "" : ", ") + text(name);
-  return names;
+    names.push_back(text(name));
+  return nameList(names);
 }
 
 std::string guessText(const Json& guess) {
@@ -94,13 +125,18 @@ std::string depthLines(const Json& depth) {
                                         : "none that a render would take by itself; one of " +
                                               others + " would do, by --set depthChannel=NAME");
   }
-  std::string lines =
-      line("depth", text(depth["channel"]) + (others.empty() ? "" : "; also possible: " + others));
+  std::string lines = line(
+      "depth", shortText(depth["channel"]) + (others.empty() ? "" : "; also possible: " + others));
   if (depth["view"] != depth["viewOfColours"]) {
-    lines += line("  view", text(depth["view"]) + ", but the colours are of view " +
-                                text(depth["viewOfColours"]));
+    lines += line("  view", shortText(depth["view"]) + ", but the colours are of view " +
+                                shortText(depth["viewOfColours"]));
   }
   lines += line("  style", guessText(depth["style"]));
+  const Json& style = depth["style"];
+  if (style["guess"] != style["control"]) {
+    lines += line("", "but a render takes it as " + text(style["control"]) +
+                          "; --set depthStyle=" + text(style["guess"]) + " follows the guess");
+  }
   lines += line("  unit", guessText(depth["unit"]));
   if (!depth["near"].is_null()) {
     lines += line("  distances",
@@ -116,7 +152,7 @@ std::string deepLines(const Json& deep) {
   const Json& samples = deep["samples"];
   std::string lines =
       line("deep", fmt::format("{}{} samples, median {} and most {} a pixel, {} of {} pixels empty",
-                               deep["part"].is_null() ? "" : text(deep["part"]) + ": ",
+                               deep["part"].is_null() ? "" : shortText(deep["part"]) + ": ",
                                text(samples["all"]), text(samples["medianPerPixel"]),
                                text(samples["mostPerPixel"]), text(deep["emptyPixels"]),
                                text(deep["pixels"])));
@@ -129,8 +165,11 @@ std::string deepLines(const Json& deep) {
                                    text(deep["overlappingPixels"]), text(deep["unsortedPixels"])));
   lines += line("  values", fmt::format("{} samples with alpha above 1, {} not finite",
                                         text(deep["alphaAboveOne"]), text(deep["notFinite"])));
-  for (const Json& channel : deep["channels"])
-    lines += fmt::format("    {:<20} {}\n", text(channel["hostName"]), rangeText(channel));
+  const std::size_t width = columnWidth(deep["channels"], "hostName");
+  for (const Json& channel : deep["channels"]) {
+    lines +=
+        fmt::format("    {:<{}} {}\n", columnText(channel["hostName"]), width, rangeText(channel));
+  }
   return lines;
 }
 
@@ -169,8 +208,7 @@ std::string inspectText(const Json& file) {
   std::string lines = text(file["file"]) + "\n" + formatLine(file["format"]);
   for (const Json& part : file["parts"])
     lines += partLine(part);
-  for (const Json& layer : file["layers"])
-    lines += layerLines(layer);
+  lines += layersLines(file["layers"]);
   if (!file["depth"].is_null()) lines += depthLines(file["depth"]);
   if (!file["deep"].is_null()) lines += deepLines(file["deep"]);
   lines += cameraLine(file["camera"]);

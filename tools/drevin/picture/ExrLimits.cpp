@@ -6,7 +6,6 @@
 
 #include "terminal/ExitCode.h"
 #include "terminal/OneLine.h"
-#include "terminal/SizeText.h"
 
 namespace drevintool {
 namespace {
@@ -162,7 +161,7 @@ std::int64_t chunksOf(const ExrPartFacts& part) {
   return ceilDivide(width, part.tileWidth) * ceilDivide(height, part.tileHeight);
 }
 
-void checkExrLimits(const ExrFacts& facts, const std::string& path, std::uint64_t budget) {
+void checkExrLimits(const ExrFacts& facts, const std::string& path, const MemoryBudget& budget) {
   for (const ExrPartFacts& part : facts.parts) {
     checkLayout(part, facts, path);
     if (part.deep) checkDeep(part, path);
@@ -171,13 +170,10 @@ void checkExrLimits(const ExrFacts& facts, const std::string& path, std::uint64_
   checkMemory(neededBytes(facts), budget, path);
 }
 
-void checkMemory(double needed, std::uint64_t budget, const std::string& path,
+void checkMemory(double needed, const MemoryBudget& budget, const std::string& path,
                  const std::string& subject) {
-  if (needed <= static_cast<double>(budget)) return;
-  constexpr double most = 9e18;
-  fail(path, subject + "needs " + sizeText(static_cast<std::uint64_t>(std::min(needed, most))) +
-                 " of memory, more than the " + sizeText(budget) +
-                 " that it may take; --max-memory changes that");
+  if (needed <= static_cast<double>(budget.bytes)) return;
+  fail(path, subject + beyondBudget(needed, budget));
 }
 
 }  // namespace drevintool

@@ -6,6 +6,7 @@
 #include <string>
 
 #include "picture/ExrHeaderScan.h"
+#include "picture/MemoryBudget.h"
 
 namespace drevintool {
 
@@ -34,12 +35,12 @@ std::int64_t chunksOf(const ExrPartFacts& part);
 /// is inverted, too large or too far away, or tiles or a table of chunks that the file cannot hold;
 /// if a part has subsampled channels or claims more pixels than its compression can bring into the
 /// file (of a deep part, more sample counts); if a deep part has a compression that there is not
-/// for deep samples; or if the flat parts need more than `budget` bytes.
-void checkExrLimits(const ExrFacts& facts, const std::string& path, std::uint64_t budget);
+/// for deep samples; or if the flat parts need more than the budget.
+void checkExrLimits(const ExrFacts& facts, const std::string& path, const MemoryBudget& budget);
 
 /// Throws ToolError (InputUnreadable) with one line that names the file and both figures if
-/// `needed` bytes are more than `budget`. `subject` is put before "needs".
-void checkMemory(double needed, std::uint64_t budget, const std::string& path,
+/// `needed` bytes are more than the budget. `subject` is put before "needs".
+void checkMemory(double needed, const MemoryBudget& budget, const std::string& path,
                  const std::string& subject = "");
 
 }  // namespace drevintool

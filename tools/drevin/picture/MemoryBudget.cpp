@@ -4,11 +4,12 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <atomic>
+#include <array>
 #include <fstream>
 #include <string>
 
 #include "picture/CgroupMemory.h"
+#include "terminal/SizeText.h"
 
 namespace drevintool {
 namespace {
@@ -50,7 +51,26 @@ std::optional<std::uint64_t> addressSpaceLeft() {
   return leftOf(limit.rlim_cur, processMemory().addressSpace);
 }
 
-std::atomic<std::uint64_t> setLimit{0};
+MemoryLimit setLimit;
+
+constexpr std::uint64_t kMost = std::uint64_t{1} << 40;
+
+// Bytes that are left, and by what.
+struct Left {
+  std::uint64_t bytes;
+  const char* of;
+};
+
+Left leastLeft() {
+  const MemoryLimits limits = memoryLimits();
+  const std::array<Left, 4> all = {
+      {{limits.free.value_or(kMost), "what is free"},
+       {limits.cgroup.value_or(kMost), "what its control group leaves"},
+       {limits.addressSpace.value_or(kMost), "what its address space limit leaves"},
+       {kMost, "1 TiB"}}};
+  return *std::min_element(all.begin(), all.end(),
+                           [](const Left& a, const Left& b) { return a.bytes < b.bytes; });
+}
 
 }  // namespace
 
@@ -58,18 +78,31 @@ MemoryLimits memoryLimits() {
   return {availableMemory(), cgroupMemoryLeft(), addressSpaceLeft()};
 }
 
-void limitMemory(std::uint64_t bytes) {
-  setLimit = bytes;
+void limitMemory(const MemoryLimit& limit) {
+  setLimit = limit;
 }
 
-std::uint64_t memoryBudget() {
-  if (const std::uint64_t limit = setLimit) return leftOf(limit, processMemory().resident);
+MemoryBudget memoryBudget() {
+  if (setLimit.bytes > 0) {
+    const std::uint64_t used = processMemory().resident;
+    return {leftOf(setLimit.bytes, used), "--max-memory " + setLimit.text, "give it more", used};
+  }
   constexpr std::uint64_t kLeast = std::uint64_t{64} << 20;
-  constexpr std::uint64_t kMost = std::uint64_t{1} << 40;
-  const MemoryLimits limits = memoryLimits();
-  const std::uint64_t free = std::min({limits.free.value_or(kMost), limits.cgroup.value_or(kMost),
-                                       limits.addressSpace.value_or(kMost), kMost});
-  return std::max(kLeast, free / 4 * 3);
+  const Left left = leastLeft();
+  const std::uint64_t most = left.bytes / 4 * 3;
+  const std::string limit = "the " + sizeText(std::max(kLeast, most)) + " that pictures may take, ";
+  return {std::max(kLeast, most),
+          limit + (most < kLeast ? "the least that is assumed"
+                                 : std::string("three quarters of ") + left.of),
+          "--max-memory SIZE changes that", 0};
+}
+
+std::string beyondBudget(double needed, const MemoryBudget& budget) {
+  constexpr double kMostNumber = 9e18;
+  const std::string used =
+      budget.used == 0 ? "" : " leaves beside the " + sizeText(budget.used) + " in use";
+  return "needs " + sizeText(static_cast<std::uint64_t>(std::min(needed, kMostNumber))) +
+         " of memory, more than " + budget.limit + used + "; " + budget.remedy;
 }
 
 std::uint64_t peakMemoryBytes() {

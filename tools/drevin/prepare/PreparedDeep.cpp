@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "DDImage/ChannelMap.h"
+#include "deep/SamplePlace.h"
 #include "depth/DepthCodes.h"
 #include "prepare/DepthFixes.h"
 #include "prepare/Fireflies.h"
@@ -46,7 +47,7 @@ void keepChannels(const ChannelSet& had, const ChannelSet& wanted, DeepRow& row)
   std::vector<float> kept;
   for (std::size_t sample = 0; sample < row.values.size(); sample += from.size()) {
     for (const Channel channel : wanted)
-      kept.push_back(row.values[sample + static_cast<std::size_t>(from.chanNo(channel))]);
+      kept.push_back(row.values[sample + placeOf(from, channel)]);
   }
   row.values = std::move(kept);
 }
@@ -70,9 +71,7 @@ class PreparedDeep::Mending {
   }
 
  private:
-  std::size_t place(Channel channel) const {
-    return static_cast<std::size_t>(map_.chanNo(channel));
-  }
+  std::size_t place(Channel channel) const { return placeOf(map_, channel); }
 
   void mendPixel(float* samples, std::uint32_t count, Counts& counts) const {
     bool moved = false;
@@ -143,7 +142,7 @@ std::vector<std::string> PreparedDeep::notes() const {
 void PreparedDeep::findFarthest() {
   const ChannelSet channels(Mask_Deep);
   const ChannelMap map(channels);
-  const auto front = static_cast<std::size_t>(map.chanNo(Chan_DeepFront));
+  const std::size_t front = placeOf(map, Chan_DeepFront);
   FarthestDepth farthest(kCodes);
   DeepRow row;
   for (int y = box().t() - 1; y >= box().y(); --y) {

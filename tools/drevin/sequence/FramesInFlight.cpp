@@ -19,7 +19,7 @@ unsigned usefulFramesInFlight(std::int64_t pixels, unsigned threads, std::size_t
 unsigned chooseFramesInFlight(const RenderArguments& arguments, std::int64_t pixels,
                               unsigned threads, std::size_t frames) {
   if (arguments.framesInFlight != 0) return arguments.framesInFlight;
-  if (arguments.maxMemory != 0) return 1;
+  if (arguments.maxMemory.bytes != 0) return 1;
   return usefulFramesInFlight(pixels, threads, frames);
 }
 

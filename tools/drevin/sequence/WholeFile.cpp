@@ -17,7 +17,7 @@ namespace {
 bool isWholeExr(const std::string& path) {
   try {
     const ExrFacts facts = scanExrHeader(path);
-    checkExrLimits(facts, path, std::numeric_limits<std::uint64_t>::max());
+    checkExrLimits(facts, path, {std::numeric_limits<std::uint64_t>::max(), {}, {}, 0});
     if (facts.parts.size() != 1 || facts.parts.front().tiled) return false;
   } catch (const ToolError&) {
     return false;

@@ -6,7 +6,6 @@
 #include "picture/MemoryBudget.h"
 #include "sheet/BitmapFont.h"
 #include "terminal/ExitCode.h"
-#include "terminal/SizeText.h"
 
 namespace drevintool {
 namespace {
@@ -80,16 +79,16 @@ void checkSheetSize(std::int64_t width, std::int64_t height) {
   // in.
   constexpr std::int64_t kBytesPerPixel = 3 * 3 * 4;
   const std::string size = std::to_string(width) + " x " + std::to_string(height) + " pixels";
-  const std::string remedy = "; make its pictures smaller with --width, or fewer";
+  const std::string remedy = "make its pictures smaller with --width, or fewer";
   if (width > kMostSide || height > kMostSide) {
     throw ToolError(ExitCode::Usage, "the sheet would have " + size + ", more than 131072 in a " +
-                                         "direction" + remedy);
+                                         "direction; " + remedy);
   }
-  const auto bytes = static_cast<std::uint64_t>(width * height * kBytesPerPixel);
-  if (bytes <= memoryBudget()) return;
-  throw ToolError(ExitCode::Usage, "the sheet of " + size + " would take " + sizeText(bytes) +
-                                       " of memory, and there are " + sizeText(memoryBudget()) +
-                                       remedy);
+  const auto bytes = static_cast<double>(width * height * kBytesPerPixel);
+  const MemoryBudget budget = memoryBudget();
+  if (bytes <= static_cast<double>(budget.bytes)) return;
+  throw ToolError(ExitCode::InputUnreadable,
+                  "the sheet of " + size + " " + beyondBudget(bytes, budget) + ", or " + remedy);
 }
 
 }  // namespace drevintool

@@ -11,7 +11,8 @@ enum class ExitCode {
   Done = 0,
   RenderFailed = 1,      ///< the node reported an error, or the render failed
   Usage = 2,             ///< the command line makes no sense
-  InputUnreadable = 3,   ///< a picture is missing, damaged or lacks what was asked of it
+  InputUnreadable = 3,   ///< a picture is missing, damaged, too large for the memory that it
+                         ///< may take, or lacks what was asked of it
   OutputNotWritten = 4,  ///< the result could not be put in its place
   PluginNotLoaded = 5,   ///< no plug-in, or not one of this host
   Interrupted = 130,     ///< SIGINT
