@@ -89,13 +89,13 @@ std::optional<Frequent> farPlane(const DepthPlane& depth, const DepthCodes& code
     if (distance > farthest) {
       next = farthest;
       farthest = distance;
-      found = {value, 0, "all other distances are at most a tenth of it"};
+      found = {value, 0, "all other distances are less than a tenth of it"};
     }
     if (value == found.value) ++found.pixels;
     if (distance < farthest) next = std::max(next, distance);
   }
   const bool frequent = 100 * found.pixels >= depth.values->size() && found.pixels > codePixels;
-  const bool behindAll = std::isfinite(next) && farthest > 0.0F && 10.0F * next <= farthest;
+  const bool behindAll = std::isfinite(next) && farthest > 0.0F && 10.0F * next < farthest;
   return frequent && behindAll ? std::optional(found) : std::nullopt;
 }
 

@@ -30,7 +30,7 @@ struct BackgroundFinding {
 /// 1. where some, but not all pixels of `alpha` are 0: the depth that nine in ten of them have, if
 ///    it lies before or behind all depths of the others, or is a code;
 /// 2. the farthest distance that is no code, if one pixel in a hundred has it, more than have
-///    codes, and all other distances are at most a tenth of it;
+///    codes, and all other distances are less than a tenth of it;
 /// 3. the most frequent of the codes.
 ///
 /// `alpha` is null or a plane of the same box.
