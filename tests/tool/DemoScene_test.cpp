@@ -7,6 +7,7 @@
 #include <cmath>
 #include <stdexcept>
 
+#include "CommandRun.h"
 #include "ScratchFolder.h"
 #include "arguments/Arguments.h"
 #include "demo/DemoAperture.h"
@@ -16,6 +17,7 @@
 #include "demo/DemoRows.h"
 #include "demo/DemoSuggestions.h"
 #include "picture/ExrReader.h"
+#include "sequence/FramePattern.h"
 #include "terminal/ExitCode.h"
 
 namespace drevintool {
@@ -273,6 +275,32 @@ TEST(DemoCommand, folderThatIsAFile_endsInOneLineAndCodeFour) {
   } catch (const ToolError& error) {
     EXPECT_EQ(error.code(), ExitCode::OutputNotWritten);
     EXPECT_NE(std::string(error.what()).find("taken"), std::string::npos);
+  }
+}
+
+TEST(DemoCommand, folderWithoutRoom_goesAgainWithAllThatWasMadeForIt) {
+  const testing::ScratchFolder folder;
+  testing::RunOptions options;
+  options.fileSize = 1000;
+  const testing::RunResult result =
+      testing::runCommand({"demo", folder.file("new/scene")}, options);
+  EXPECT_EQ(result.exitCode, 4) << result.error;
+  EXPECT_EQ(folder.entries(), std::vector<std::string>{});
+}
+
+TEST(DemoSuggestions, signsInTheFolder_areThoseOfItsName) {
+  const std::string directory = "de mo #@%d/a\\#%V";
+  for (const DemoSuggestion& suggestion : demoSuggestions(directory, DemoCamera{})) {
+    for (std::size_t i = 1; i + 1 < suggestion.arguments.size(); ++i) {
+      const std::string& option = suggestion.arguments[i];
+      if (option != "--input" && option != "--deep" && option != "--kernel" &&
+          option != "--mattes" && option != "--output") {
+        continue;
+      }
+      const FramePattern path(suggestion.arguments[i + 1]);
+      EXPECT_FALSE(path.hasFrame() || path.hasView()) << suggestion.arguments[i + 1];
+      EXPECT_EQ(path.path(7, "left").rfind(directory + "/", 0), 0U) << path.path(7, "left");
+    }
   }
 }
 

@@ -39,6 +39,15 @@ TEST(FramePattern, views_areNamesAndLetters) {
   EXPECT_EQ(pattern.path(3, "left"), "left/a_l.03.exr");
 }
 
+TEST(FramePattern, patternOfAFile_isThatFileWhateverItsName) {
+  for (const char* name :
+       {"a.exr", "a#.exr", "%d@%04d#.exr", "\\#", "\\\\%V", "a\\b.exr", "50%.exr"}) {
+    const FramePattern pattern(patternOfFile(name));
+    EXPECT_FALSE(pattern.hasFrame() || pattern.hasView()) << name;
+    EXPECT_EQ(pattern.path(3, "left"), name);
+  }
+}
+
 TEST(FramePattern, severalPlaces_areAllFilled) {
   EXPECT_EQ(FramePattern("shot_##/a.####.exr").path(3), "shot_03/a.0003.exr");
   EXPECT_EQ(FramePattern("#@").path(3), "33");

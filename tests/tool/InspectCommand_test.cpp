@@ -63,6 +63,21 @@ class InspectCommand : public ::testing::Test {
   std::string file_ = folder_.file("in.exr");
 };
 
+TEST_F(InspectCommand, placesThatNothingIsThereFor_areRefusedWithTheRemedy) {
+  for (const auto& [path, words] : std::vector<std::pair<std::string, std::string>>{
+           {"a.####.exr", "give --frames FIRST-LAST"},
+           {"v/%V/a.exr", "has a place for a view"},
+           {"v/%V/a.####.exr", "give --frames FIRST-LAST"}}) {
+    const RunResult result = inspect({path});
+    EXPECT_EQ(result.exitCode, 2) << path;
+    EXPECT_TRUE(isOneErrorLine(result.error)) << result.error;
+    EXPECT_NE(result.error.find(words), std::string::npos) << result.error;
+  }
+  const RunResult view = inspect({"v/%V/a.####.exr", "--frames", "1"});
+  EXPECT_EQ(view.exitCode, 2);
+  EXPECT_NE(view.error.find("has a place for a view"), std::string::npos) << view.error;
+}
+
 TEST_F(InspectCommand, flatPicture_hasItsWindowsAndTypes) {
   PartFixture part = rgbazPart(20, 10, 12.5);
   part.data = Imath::Box2i({-2, 1}, {15, 8});

@@ -1,4 +1,5 @@
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <csignal>
@@ -86,6 +87,69 @@ TEST_F(Interruption, killWhileWriting_leavesTheOldOneAndTheNextRunTidiesUp) {
   EXPECT_EQ(result.exitCode, 0) << result.error;
   EXPECT_EQ(folder_.entries(), (std::vector<std::string>{"in.exr", "out.exr"}));
   EXPECT_EQ(readBack(output_).channels.size(), 5U);
+}
+
+const std::vector<double>& moments() {
+  static const std::vector<double> seconds = {0.0, 0.02, 0.05, 0.1, 0.2, 0.4, 0.8};
+  return seconds;
+}
+
+// Whatever the command is at, at each of the moments.
+void expectEnds(const std::vector<std::string>& arguments) {
+  for (const auto& [signal, code] : {std::pair{SIGINT, 130}, std::pair{SIGTERM, 143}}) {
+    for (const double moment : moments()) {
+      RunOptions options;
+      options.signal = signal;
+      options.signalAfterSeconds = moment;
+      const RunResult result = runCommand(arguments, options);
+      EXPECT_EQ(result.exitCode, code) << moment << " " << result.error;
+      EXPECT_TRUE(isOneErrorLine(result.error)) << moment << " " << result.error;
+      EXPECT_LT(result.secondsAfterSignal, DREVIN_SANITIZED != 0 ? 20.0 : 10.0) << moment;
+    }
+  }
+}
+
+TEST_F(Interruption, inspectionWithAPrediction_endsAtAnyMoment) {
+  std::vector<std::string> arguments = {"inspect", "--plugin", builtPlugin(), "--set",
+                                        "multiplier=20"};
+  arguments.insert(arguments.end(), 8, input_);
+  expectEnds(arguments);
+}
+
+TEST_F(Interruption, inspection_endsAtAnyMoment) {
+  std::vector<std::string> arguments = {"inspect", "--json", "--plugin", builtPlugin()};
+  arguments.insert(arguments.end(), 40, input_);
+  expectEnds(arguments);
+}
+
+TEST_F(Interruption, sheet_endsAtAnyMomentAndLeavesNothing) {
+  expectEnds({"sheet", "--quiet", "--plugin", builtPlugin(), "--input", input_, "--vary",
+              "multiplier=150,200,250", "--set", "depthStyle=Real", "--set", "focalPlane=30000",
+              "--output", output_});
+  expectNothingLeft();
+}
+
+TEST_F(Interruption, demo_endsAtAnyMomentAndLeavesNothing) {
+  expectEnds({"demo", folder_.file("scene/of/mine")});
+  expectNothingLeft();
+}
+
+TEST_F(Interruption, scriptThatIsWaitedFor_endsAtAnyMoment) {
+  int ends[2];
+  ASSERT_EQ(pipe(ends), 0);
+  for (const char* command : {"script", "controls"}) {
+    for (const double moment : {0.0, 0.3}) {
+      RunOptions options;
+      options.signal = SIGTERM;
+      options.signalAfterSeconds = moment;
+      options.inChild = [&] { dup2(ends[0], STDIN_FILENO); };
+      const RunResult result =
+          runCommand({command, "--plugin", builtPlugin(), "--script", "-"}, options);
+      EXPECT_EQ(result.exitCode, 143) << command << " " << result.error;
+    }
+  }
+  close(ends[0]);
+  close(ends[1]);
 }
 
 }  // namespace

@@ -55,6 +55,7 @@ int runCommand(int count, const char* const* texts) {
     catchSignals();
     const int code = std::visit([](const auto& arguments) { return run(arguments); },
                                 parseArguments(count, texts));
+    throwIfInterrupted();
     finishStandardOutput();
     return code;
   } catch (const ToolError& error) {

@@ -27,13 +27,37 @@ std::string inside(const std::string& directory, const char* name) {
   return (fs::path(directory) / name).string();
 }
 
-void makeFolder(const std::string& directory) {
-  std::error_code error;
-  fs::create_directories(directory, error);
-  if (error || !fs::is_directory(directory)) {
-    const std::string reason = error ? error.message() : "is not a folder";
-    throw ToolError(ExitCode::OutputNotWritten, oneLine(directory + ": " + reason));
+// The folder of the demo. What was made for it goes again if nothing came into it.
+class DemoFolder {
+ public:
+  explicit DemoFolder(const std::string& directory) {
+    std::error_code error;
+    for (fs::path path = fs::absolute(directory, error).lexically_normal();
+         !error && path.has_relative_path() && !fs::exists(path, error); path = path.parent_path())
+      made_.push_back(path);
+    fs::create_directories(directory, error);
+    if (error || !fs::is_directory(directory)) {
+      const std::string reason = error ? error.message() : "is not a folder";
+      removeEmpty();
+      throw ToolError(ExitCode::OutputNotWritten, oneLine(directory + ": " + reason));
+    }
   }
+  ~DemoFolder() { removeEmpty(); }
+  DemoFolder(const DemoFolder&) = delete;
+  DemoFolder& operator=(const DemoFolder&) = delete;
+
+ private:
+  // The innermost first; a folder that holds something stays, and all around it.
+  void removeEmpty() const noexcept {
+    std::error_code error;
+    for (const fs::path& path : made_)
+      fs::remove(path, error);
+  }
+
+  std::vector<fs::path> made_;
+};
+
+void checkPlaces(const std::string& directory) {
   for (const char* name : {kDemoStreet, kDemoDeep, kDemoMattes, kDemoAperture, kDemoCamera}) {
     AtomicFile::checkPlace(inside(directory, name));
   }
@@ -88,7 +112,8 @@ void printJson(const std::vector<DemoFile>& files, const std::vector<DemoSuggest
 
 int runDemo(const DemoArguments& arguments, int width) {
   const DemoCamera camera;
-  makeFolder(arguments.directory);
+  const DemoFolder folder(arguments.directory);
+  checkPlaces(arguments.directory);
   writeFiles(arguments.directory, camera, width);
   const auto print = arguments.json ? printJson : printText;
   print(demoFiles(arguments.directory, camera), demoSuggestions(arguments.directory, camera));

@@ -3,6 +3,7 @@
 #include <filesystem>
 
 #include "demo/DemoShelter.h"
+#include "sequence/FramePattern.h"
 
 namespace drevintool {
 namespace {
@@ -16,6 +17,11 @@ std::string inside(const std::string& directory, const char* name) {
 Words operator+(Words words, const Words& more) {
   words.insert(words.end(), more.begin(), more.end());
   return words;
+}
+
+// As options of the command take it.
+std::string named(const std::string& directory, const char* name) {
+  return patternOfFile(inside(directory, name));
 }
 
 // Depths divide a third and two thirds of the way between the two.
@@ -47,10 +53,10 @@ Words artistic() {
 
 std::vector<DemoSuggestion> flatSuggestions(const std::string& directory,
                                             const DemoCamera& camera) {
-  const Words start{"render", "--input", inside(directory, kDemoStreet)};
-  const Words mattes{"--mattes", inside(directory, kDemoMattes)};
+  const Words start{"render", "--input", named(directory, kDemoStreet)};
+  const Words mattes{"--mattes", named(directory, kDemoMattes)};
   const Words figure = lens(camera) + figureSlices();
-  const auto to = [&](const char* name) { return Words{"--output", inside(directory, name)}; };
+  const auto to = [&](const char* name) { return Words{"--output", named(directory, name)}; };
   return {
       {"The scene's own camera, an 85 mm lens at f/1.2 focused on the umbrella",
        start + figure + to("lens.png")},
@@ -62,7 +68,7 @@ std::vector<DemoSuggestion> flatSuggestions(const std::string& directory,
                  "kCurvature=0", "--set", "kSphAbb=0.9"} +
            to("blades.png")},
       {"A coloured picture of an aperture, cut as a heart",
-       start + Words{"--kernel", inside(directory, kDemoAperture)} + figure +
+       start + Words{"--kernel", named(directory, kDemoAperture)} + figure +
            Words{"--set", "kernelType=Input"} + to("hearts.png")},
       {"Colours that part and lights that bloom toward the corners",
        start + mattes + figure +
@@ -80,13 +86,13 @@ std::vector<DemoSuggestion> flatSuggestions(const std::string& directory,
 
 // Samples from the far end, so that steam is cut where it should be.
 Words deepStart(const std::string& directory) {
-  return {"render", "--deep", inside(directory, kDemoDeep), "--deep-order", "far-first"};
+  return {"render", "--deep", named(directory, kDemoDeep), "--deep-order", "far-first"};
 }
 
 std::vector<DemoSuggestion> deepSuggestions(const std::string& directory,
                                             const DemoCamera& camera) {
   const Words start = deepStart(directory);
-  const auto to = [&](const char* name) { return Words{"--output", inside(directory, name)}; };
+  const auto to = [&](const char* name) { return Words{"--output", named(directory, name)}; };
   return {
       {"The deep street: what is behind an edge, a pane of glass or steam keeps its own blur",
        start + lens(camera) + figureSlices() + to("deep-lens.png")},

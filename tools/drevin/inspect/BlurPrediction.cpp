@@ -10,6 +10,7 @@
 #include "picture/ChannelNames.h"
 #include "render/HostPicture.h"
 #include "terminal/ExitCode.h"
+#include "terminal/Signals.h"
 
 namespace drevintool {
 namespace {
@@ -87,6 +88,7 @@ PredictedBlur predictBlur(const AskedRender& asked, const Picture& picture, cons
   options.channels += Chan_Green;
   options.channels += Chan_Blue;
   const embedded::RenderResult result = embedded::render(node, options);
+  throwIfInterrupted();
   if (result.status != embedded::RenderStatus::Done) {
     throw ToolError(ExitCode::RenderFailed, firstError(result));
   }

@@ -78,8 +78,8 @@ std::optional<double> measured(Node& node, const Picture& small, int stride) {
   double least = std::numeric_limits<double>::infinity();
   const Stopwatch all;
   for (int round = 0; round < kRounds && (round == 0 || all.seconds() < kEnoughSeconds); ++round) {
-    throwIfInterrupted();
     const embedded::RenderResult result = embedded::render(node, options);
+    throwIfInterrupted();
     if (result.status != embedded::RenderStatus::Done) return std::nullopt;
     least = std::min(least, defocusSeconds(result));
   }

@@ -21,6 +21,7 @@
 #include "picture/ExrCompression.h"
 #include "picture/ExrHeaderScan.h"
 #include "picture/ExrReader.h"
+#include "terminal/Signals.h"
 
 namespace drevintool {
 namespace {
@@ -81,6 +82,7 @@ const std::string& viewOf(const PictureChannel& channel, const Picture& picture,
 Json layersJson(const Picture& picture) {
   Json layers = Json::array();
   for (const PictureChannel& channel : picture.channels) {
+    throwIfInterrupted();
     Json entry = {
         {"name", channel.fileName}, {"hostName", channel.hostName}, {"type", typeOf(channel)}};
     entry.update(rangeJson(rangeOf(channel.samples, picture.box, windowOf(picture, channel))));
@@ -195,6 +197,7 @@ void addFlat(const std::string& path, const ExrFacts& facts, const AskedRender* 
   addFormat(picture, node, json);
   json["layers"] = layersJson(picture);
   json["depth"] = depthOf(picture, viewsOf(picture, facts), node);
+  throwIfInterrupted();
   if (predict) json["prediction"] = flatPrediction(picture, *node, *asked);
 }
 
@@ -217,6 +220,7 @@ std::unique_ptr<Node> askedNode(const AskedRender* asked) {
 }  // namespace
 
 Json inspectFile(const std::string& path, const AskedRender* asked, bool predict) {
+  throwIfInterrupted();
   const std::unique_ptr<Node> node = askedNode(asked);
   predict = predict && asked != nullptr;
   const ExrFacts facts = scanExrHeader(path);

@@ -36,17 +36,14 @@ std::vector<InspectedFile> filesOf(const InspectArguments& arguments) {
   std::vector<InspectedFile> files;
   for (const std::string& path : arguments.files) {
     const FramePattern pattern(path);
-    if (!pattern.hasFrame()) {
+    if (arguments.frames.empty() || !pattern.hasFrame()) {
       const bool oneFrame = arguments.frames.size() == 1;
-      files.push_back(
-          {pattern.path(0), oneFrame ? std::optional(arguments.frames[0]) : std::nullopt});
-    } else if (arguments.frames.empty()) {
-      throw ToolError(ExitCode::Usage,
-                      oneLine(path + ": stands for the files of a sequence; give --frames "
-                                     "FIRST-LAST (or put a backslash before #, @ or % where it is "
-                                     "part of a name)"));
+      files.push_back({onlyFile(path, "", "give --frames FIRST-LAST"),
+                       oneFrame ? std::optional(arguments.frames[0]) : std::nullopt});
+      continue;
     }
-    for (const int frame : pattern.hasFrame() ? arguments.frames : std::vector<int>())
+    refuseView(path, "");
+    for (const int frame : arguments.frames)
       files.push_back({pattern.path(frame), frame});
   }
   return files;

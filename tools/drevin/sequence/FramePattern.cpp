@@ -6,12 +6,15 @@
 #include <cctype>
 #include <optional>
 
+#include "terminal/ExitCode.h"
 #include "terminal/NumberText.h"
+#include "terminal/OneLine.h"
 
 namespace drevintool {
 namespace {
 
 constexpr int kMostDigits = 16;
+constexpr const char* kOrName = "(or put a backslash before #, @ or % where it is part of a name)";
 
 bool isSpecial(char c) {
   return c == '#' || c == '@' || c == '%';
@@ -53,6 +56,33 @@ std::size_t foreignLength(const std::string& text) {
 }
 
 }  // namespace
+
+void refuseView(const std::string& path, const std::string& start) {
+  if (!FramePattern(path).hasView()) return;
+  throw ToolError(
+      ExitCode::Usage,
+      oneLine(start + path + ": has a place for a view; write the view's name " + kOrName));
+}
+
+std::string onlyFile(const std::string& path, const std::string& start, const std::string& remedy) {
+  const FramePattern pattern(path);
+  if (pattern.hasFrame()) {
+    throw ToolError(
+        ExitCode::Usage,
+        oneLine(start + path + ": stands for the files of a sequence; " + remedy + " " + kOrName));
+  }
+  refuseView(path, start);
+  return pattern.path(0);
+}
+
+std::string patternOfFile(const std::string& file) {
+  std::string path;
+  for (const char c : file) {
+    if (isSpecial(c)) path += '\\';
+    path += c;
+  }
+  return path;
+}
 
 std::string foreignFramePlace(const std::string& path) {
   for (std::size_t at = 0; at < path.size(); ++at) {

@@ -42,6 +42,18 @@ class FramePattern {
   std::vector<Piece> pieces_;
 };
 
+/// Throws ToolError (Usage) if the path has a place for a view, where there are no views. `start`
+/// is what the message begins with.
+void refuseView(const std::string& path, const std::string& start);
+
+/// The one file that a path names where there is no sequence, backslashes before signs taken away.
+/// Throws ToolError (Usage) if it has a place for a frame or a view; `remedy` is what there is to
+/// do about frames.
+std::string onlyFile(const std::string& path, const std::string& start, const std::string& remedy);
+
+/// The path that names `file` itself, with a backslash before each `#`, `@` and `%`.
+std::string patternOfFile(const std::string& file);
+
 /// The first place for a frame in the path as other programs write it, and that FramePattern takes
 /// for text: `%4d`, `%04i`, `$F4`. Empty if there is none.
 std::string foreignFramePlace(const std::string& path);
