@@ -397,6 +397,73 @@ TEST_F(Script, filesThatHoldNoNode_endWith3) {
   EXPECT_EQ(missing.exitCode, 3);
 }
 
+TEST_F(Script, nodesOfOneNameInGroups_areChosenWithTheGroups) {
+  const std::string two =
+      "Group {\n inputs 0\n name A\n}\n Drevin {\n  multiplier 3\n  name Drevin1\n }\nend_group\n"
+      "Group {\n name B\n}\n LiveGroup {\n name C\n}\n  Drevin {\n  multiplier 7\n  name Drevin1\n"
+      " }\n end_group\nend_group\n";
+  const RunResult all = controlsFrom(two);
+  EXPECT_EQ(all.exitCode, 2);
+  EXPECT_NE(all.error.find("choose with --node: A.Drevin1, B.C.Drevin1"), std::string::npos)
+      << all.error;
+  EXPECT_EQ(valuesOf(controlsFrom(two, {"--node", "A.Drevin1"}))["multiplier"], 3.0);
+  EXPECT_EQ(valuesOf(controlsFrom(two, {"--node", "B.C.Drevin1"}))["multiplier"], 7.0);
+  const RunResult either = controlsFrom(two, {"--node", "Drevin1"});
+  EXPECT_EQ(either.exitCode, 2);
+  EXPECT_NE(either.error.find("several nodes called Drevin1"), std::string::npos) << either.error;
+  const std::string outside = two + "Drevin {\n multiplier 9\n name Drevin1\n}\n";
+  EXPECT_EQ(valuesOf(controlsFrom(outside, {"--node", "Drevin1"}))["multiplier"], 9.0);
+  EXPECT_EQ(valuesOf(controlsFrom(outside, {"--node", "A.Drevin1"}))["multiplier"], 3.0);
+  EXPECT_EQ(script({"--script", file_, "--node", "A.Drevin1"}).out,
+            "Drevin {\n multiplier 3\n name Drevin1\n}\n");
+}
+
+TEST_F(Script, nodeInAGroup_needsNoGroupWhereItsNameIsTheOnlyOne) {
+  const std::string two =
+      "Group {\n name A\n}\n Drevin {\n  multiplier 3\n  name One\n }\nend_group\n"
+      "Drevin {\n multiplier 7\n name Two\n}\n";
+  EXPECT_EQ(valuesOf(controlsFrom(two, {"--node", "One"}))["multiplier"], 3.0);
+  EXPECT_EQ(valuesOf(controlsFrom(two, {"--node", "A.One"}))["multiplier"], 3.0);
+  EXPECT_EQ(controlsFrom(two, {"--node", "A.Two"}).exitCode, 2);
+}
+
+TEST_F(Script, nodesOfOneWholeName_areChosenByTheirLines) {
+  const std::string two =
+      "Drevin {\n multiplier 3\n name One\n}\nDrevin {\n multiplier 7\n name One\n}\n";
+  for (const Texts& more : {Texts{}, Texts{"--node", "One"}}) {
+    const RunResult result = controlsFrom(two, more);
+    EXPECT_EQ(result.exitCode, 2);
+    EXPECT_NE(result.error.find("choose with --node: line 1, line 5"), std::string::npos)
+        << result.error;
+  }
+  EXPECT_EQ(valuesOf(controlsFrom(two, {"--node", "line 5"}))["multiplier"], 7.0);
+}
+
+TEST_F(Script, whatIsSoOfSeveralComponents_isToldOnce) {
+  const std::string smooth = "{curve x1 2 x5 4 x9 1}";
+  writeBytes(file_, "Drevin {\n kChrAbbOff {" + smooth + " 1 " + smooth + "}\n}\n");
+  const RunResult result = script({"--script", file_});
+  EXPECT_EQ(result.exitCode, 0) << result.error;
+  const Texts warnings = linesStarting(result.error, "drevin: warning: ");
+  ASSERT_EQ(warnings.size(), 1U) << result.error;
+  EXPECT_NE(warnings[0].find("is smooth between its keys"), std::string::npos) << warnings[0];
+}
+
+TEST_F(Script, pictureToFocusIn_isNamedAsElsewhere) {
+  const std::string input = folder_.file("take#@%d.exr");
+  writeExrFixture(input, rgbazPart(20, 10, 12.5));
+  const RunResult result =
+      script({"--input", folder_.file("take\\#\\@\\%d.exr"), "--focus-at", "5,5"});
+  EXPECT_EQ(result.exitCode, 0) << result.error;
+  EXPECT_NE(result.out.find("focalPlane 12.5"), std::string::npos) << result.out;
+  for (const std::string option : {"--input", "--deep"}) {
+    const RunResult place = script({option, input, "--focus-at", "5,5"});
+    EXPECT_EQ(place.exitCode, 2);
+    EXPECT_EQ(place.error.rfind("drevin: error: " + option, 0), 0U) << place.error;
+    EXPECT_NE(place.error.find("name the file of one frame"), std::string::npos) << place.error;
+  }
+}
+
 TEST_F(Script, nodeWithoutAScript_isAUsageFault) {
   EXPECT_EQ(controls({"--node", "One"}).exitCode, 2);
   EXPECT_EQ(controls({"--script", ""}).exitCode, 2);

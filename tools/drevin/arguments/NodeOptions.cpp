@@ -20,7 +20,8 @@ void addNodeOptions(CLI::App& app, NodeArguments& arguments) {
                  "Take the controls from a node in a saved script of the host (- for standard "
                  "input); --set wins over it")
       ->type_name("FILE");
-  app.add_option("--node", arguments.scriptNode, "The node of the script, if it holds several")
+  app.add_option("--node", arguments.scriptNode,
+                 "The node of the script, if it holds several: NAME, GROUP.NAME or 'line N'")
       ->type_name("NAME");
   app.add_option(
          "--camera", arguments.camera,

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <utility>
 
+#include "terminal/NameList.h"
+
 namespace drevintool {
 namespace {
 
@@ -167,6 +169,57 @@ bool isClone(const std::vector<ScriptWord>& words, const std::string& className)
   });
 }
 
+bool endsWithGroup(const std::string& className) {
+  const std::string ending = "Group";
+  return className.size() >= ending.size() &&
+         className.compare(className.size() - ending.size(), ending.size(), ending) == 0;
+}
+
+bool beginsGroup(const std::vector<ScriptWord>& words) {
+  const std::string& first = words.front().text;
+  if (words.size() == 2) return endsWithGroup(first);
+  return words.size() > 2 && first == "clone" && isClone(words, "Group");
+}
+
+// The groups that are open, one in another.
+class OpenGroups {
+ public:
+  // Takes a command with braces into account, or one without.
+  void read(const std::vector<ScriptWord>& words, std::size_t line) {
+    if (words.back().braced && beginsGroup(words)) {
+      if (++depth_ <= kMostNames) names_.push_back(nameOf(words.back().text, line));
+    } else if (words.size() == 1 && words.front().text == "end_group" && depth_ > 0) {
+      if (--depth_ < names_.size()) names_.pop_back();
+    }
+  }
+
+  std::string path() const {
+    std::string path;
+    for (const std::string& name : names_)
+      path += (path.empty() ? "" : ".") + name;
+    return path;
+  }
+
+ private:
+  // Of more in one another the outer ones tell enough.
+  static constexpr std::size_t kMostNames = 20;
+
+  // What else a group holds may be no list of knobs.
+  static std::string nameOf(const std::string& body, std::size_t line) {
+    try {
+      const ScriptNode group{"Group", line, parseKnobs(body, line), false, {}};
+      const ScriptWord* name = group.find("name");
+      if (name != nullptr) return shortName(name->text);
+    } catch (const ScriptFault&) {
+      // Without a name its place in the script is its name.
+    }
+    return "line " + std::to_string(line);
+  }
+
+  std::vector<std::string> names_;
+  std::size_t depth_ = 0;
+};
+
 std::string withoutByteOrderMark(const std::string& text) {
   const std::string mark = "\xEF\xBB\xBF";
   return text.rfind(mark, 0) == 0 ? text.substr(mark.size()) : text;
@@ -185,16 +238,18 @@ std::vector<ScriptNode> parseNodeScript(const std::string& text, const std::stri
   const std::string plain = withoutByteOrderMark(text);
   Scanner scanner(plain, 1);
   std::vector<ScriptNode> nodes;
+  OpenGroups groups;
   std::size_t values = 0;
   while (true) {
     const std::vector<ScriptWord> words = scanner.command();
     if (words.empty()) return nodes;
+    const auto lines = std::count(words.back().text.begin(), words.back().text.end(), '\n');
+    const std::size_t line = scanner.line() - static_cast<std::size_t>(lines);
+    groups.read(words, line);
     if (!words.back().braced) continue;
     const bool clone = isClone(words, className);
     if (!clone && (words.size() != 2 || words.front().text != className)) continue;
-    const auto lines = std::count(words.back().text.begin(), words.back().text.end(), '\n');
-    const std::size_t line = scanner.line() - static_cast<std::size_t>(lines);
-    nodes.push_back({className, line, parseKnobs(words.back().text, line), clone});
+    nodes.push_back({className, line, parseKnobs(words.back().text, line), clone, groups.path()});
     values += 1 + nodes.back().knobs.size();
     checkValues(values, line);
   }

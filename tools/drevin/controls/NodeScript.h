@@ -39,15 +39,17 @@ struct ScriptNode {
   std::size_t line = 1;  ///< where it begins
   std::vector<ScriptKnob> knobs;
   bool clone = false;  ///< its values are those of a node elsewhere
+  std::string group;   ///< that it lies in, "Outer.Inner"; empty: none
 
   /// The last value of that knob, or null.
   const ScriptWord* find(const std::string& knob) const;
 };
 
-/// The nodes of that class, in order, groups and their members alike, and clones
-/// (`clone ID|Class {...}`). A byte-order mark before them is passed over. Throws ScriptFault for
-/// braces and quotes that do not end, braces deeper than kMostScriptDepth, texts of more than
-/// kMostScriptBytes, and more than kMostScriptValues.
+/// The nodes of that class, in order, those in groups with the groups' names, and clones
+/// (`clone ID|Class {...}`). What lies between a command `Group {...}`, or of a class whose name
+/// ends so, and its `end_group` is in that group. A byte-order mark before them is passed over.
+/// Throws ScriptFault for braces and quotes that do not end, braces deeper than kMostScriptDepth,
+/// texts of more than kMostScriptBytes, and more than kMostScriptValues.
 std::vector<ScriptNode> parseNodeScript(const std::string& text, const std::string& className);
 
 /// The words of a braced value. Throws ScriptFault.

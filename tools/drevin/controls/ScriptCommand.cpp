@@ -23,6 +23,7 @@ using DD::Image::Knob;
 
 // Any frame will do: keyed controls are printed with all their keys.
 constexpr double kAnyFrame = 0.0;
+constexpr const char* kOneFrame = "name the file of one frame";
 
 // The camera's values as the node's own, for what is pasted has no camera.
 void takeCamera(const std::string& text, Node& node, ControlCurves& curves) {
@@ -40,12 +41,14 @@ void takeCamera(const std::string& text, Node& node, ControlCurves& curves) {
 std::unique_ptr<InputPictures> picturesOf(const ScriptArguments& arguments,
                                           std::optional<int> frame) {
   if (!arguments.focus && !frame) return nullptr;
-  const auto file = [&](const std::string& text) {
-    return frame ? FramePattern(text).path(*frame) : text;
+  const auto file = [&](const char* option, const std::string& text) {
+    if (!frame) return onlyFile(text, option, kOneFrame);
+    refuseView(text, option);
+    return FramePattern(text).path(*frame);
   };
   RenderArguments files;
-  files.input = file(arguments.input);
-  files.deep = file(arguments.deep);
+  files.input = file("--input ", arguments.input);
+  files.deep = file("--deep ", arguments.deep);
   return std::make_unique<InputPictures>(files);
 }
 

@@ -83,6 +83,19 @@ std::vector<ScriptWord> componentsOf(const ScriptWord& value) {
   return words;
 }
 
+// What is so of several components is told once.
+void dropRepeated(std::vector<std::string>& texts, std::size_t from) {
+  for (std::size_t i = from; i < texts.size();) {
+    const auto own = texts.begin() + static_cast<std::ptrdiff_t>(i);
+    const auto first = texts.begin() + static_cast<std::ptrdiff_t>(from);
+    if (std::find(first, own, *own) == own) {
+      ++i;
+    } else {
+      texts.erase(own);
+    }
+  }
+}
+
 bool holdsNumbers(const Knob& knob) {
   return knob.type() == Knob::Type::Integer || knob.type() == Knob::Type::Real;
 }
@@ -157,6 +170,7 @@ void ScriptControls::takeNumbers(const ScriptKnob& entry, const Knob& knob) {
   if (!listed) words.assign(count, {entry.value.text, true});
   std::vector<ControlCurve> curves;
   curves.reserve(count);
+  const std::size_t before = warnings_.size();
   for (std::size_t i = 0; i < count; ++i) {
     // What is an expression as a whole is so for every component: it is told once.
     const std::size_t told = warnings_.size();
@@ -164,6 +178,7 @@ void ScriptControls::takeNumbers(const ScriptKnob& entry, const Knob& knob) {
     const bool again = i > 0 && words[i].text == words[i - 1].text && warnings_.size() > told;
     if (again) warnings_.pop_back();
   }
+  dropRepeated(warnings_, before);
   if (curves_.erase(entry.name) == 0) order_.push_back(entry.name);
   curves_.emplace(entry.name, std::move(curves));
 }

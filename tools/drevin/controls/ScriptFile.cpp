@@ -5,6 +5,8 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <iterator>
+#include <map>
 #include <system_error>
 #include <vector>
 
@@ -57,9 +59,47 @@ std::string textOf(const std::string& file) {
   return bytes.take(bytes.size());
 }
 
+std::string lineOf(const ScriptNode& node) {
+  return "line " + std::to_string(node.line);
+}
+
 std::string nameOf(const ScriptNode& node) {
   const ScriptWord* name = node.find("name");
-  return name == nullptr ? "line " + std::to_string(node.line) : name->text;
+  return name == nullptr ? lineOf(node) : name->text;
+}
+
+// With the groups that it lies in.
+std::string wholeNameOf(const ScriptNode& node) {
+  const bool named = node.find("name") != nullptr;
+  return (named && !node.group.empty() ? node.group + "." : "") + nameOf(node);
+}
+
+bool isCalled(const ScriptNode& node, const std::string& name) {
+  return wholeNameOf(node) == name || nameOf(node) == name || lineOf(node) == name;
+}
+
+// What --node takes for each: its whole name, or its line where others have the same one.
+std::vector<std::string> choicesOf(const std::vector<ScriptNode>& nodes) {
+  std::map<std::string, int> counts;
+  for (const ScriptNode& node : nodes)
+    ++counts[wholeNameOf(node)];
+  std::vector<std::string> choices;
+  for (const ScriptNode& node : nodes) {
+    const std::string name = wholeNameOf(node);
+    choices.push_back(counts[name] == 1 ? shortName(name) : lineOf(node));
+  }
+  return choices;
+}
+
+// The nodes that a name stands for; a whole name wins over one without groups.
+std::vector<ScriptNode> nodesCalled(const std::string& name, const std::vector<ScriptNode>& nodes) {
+  std::vector<ScriptNode> found;
+  const auto add = [&](const auto& fits) {
+    if (found.empty()) std::copy_if(nodes.begin(), nodes.end(), std::back_inserter(found), fits);
+  };
+  add([&](const ScriptNode& node) { return wholeNameOf(node) == name; });
+  add([&](const ScriptNode& node) { return isCalled(node, name); });
+  return found;
 }
 
 // Takes the clones out, which have no values of their own here. Throws ToolError if only they would
@@ -67,7 +107,7 @@ std::string nameOf(const ScriptNode& node) {
 void dropClones(const std::string& file, const std::string& name, std::vector<ScriptNode>& nodes) {
   const auto plain = std::stable_partition(nodes.begin(), nodes.end(),
                                            [](const ScriptNode& node) { return !node.clone; });
-  const auto wanted = [&](const ScriptNode& node) { return name.empty() || nameOf(node) == name; };
+  const auto wanted = [&](const ScriptNode& node) { return name.empty() || isCalled(node, name); };
   const auto clone = std::find_if(plain, nodes.end(), wanted);
   if (clone != nodes.end() && std::none_of(nodes.begin(), plain, wanted)) {
     fail(file, "line " + std::to_string(clone->line) +
@@ -91,15 +131,21 @@ ScriptNode readScriptNode(const std::string& file, const std::string& name) {
   }
   dropClones(file, name, nodes);
   if (nodes.empty()) fail(file, std::string("holds no node of the class ") + kClassName);
-  if (name.empty() && nodes.size() == 1) return nodes.front();
-  std::vector<std::string> names;
-  for (const ScriptNode& node : nodes) {
-    if (!name.empty() && nameOf(node) == name) return node;
-    names.push_back(shortName(nameOf(node)));
+  const std::vector<ScriptNode> found = name.empty() ? nodes : nodesCalled(name, nodes);
+  if (found.size() == 1) return found.front();
+  if (found.empty()) {
+    const std::vector<std::string> names = choicesOf(nodes);
+    fail(file, "holds no node '" + name + "'" + nearestHintAndList(name, names, nameList(names)),
+         ExitCode::Usage);
   }
-  const std::string list = nameList(names);
-  if (name.empty()) fail(file, "holds several nodes; choose with --node: " + list, ExitCode::Usage);
-  fail(file, "holds no node '" + name + "'" + nearestHintAndList(name, names, list),
+  const std::string several = name.empty() ? "" : " called " + name;
+  // Among all: a name of one of those found may be that of another one too.
+  std::vector<std::string> names;
+  const std::vector<std::string> choices = choicesOf(nodes);
+  for (std::size_t i = 0; i < nodes.size(); ++i) {
+    if (name.empty() || isCalled(nodes[i], name)) names.push_back(choices[i]);
+  }
+  fail(file, "holds several nodes" + several + "; choose with --node: " + nameList(names),
        ExitCode::Usage);
 }
 
