@@ -4,7 +4,10 @@
 
 #include <filesystem>
 #include <fstream>
+#include <iterator>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "host/HostBench.h"
 
@@ -89,6 +92,38 @@ TEST(Plugin, libraryWithoutTheClass_isAnError) {
   EXPECT_TRUE(
       isOneLineNaming(errorOf(HOST_TEST_EMPTY_MODULE, "HostTestModule"), HOST_TEST_EMPTY_MODULE))
       << "the class of another library is none of its own";
+}
+
+TEST(Plugin, buildForAnotherVersion_isAnErrorThatNamesBoth) {
+  const std::string built = "Jan  2 2030 for 12.0";
+  const std::string file = ::testing::TempDir() + "HostTestOtherBuild";
+  const auto loadedAs = [&](const std::string& build, int number) {
+    std::ifstream whole(HOST_TEST_MODULE, std::ios::binary);
+    std::string bytes((std::istreambuf_iterator<char>(whole)), std::istreambuf_iterator<char>());
+    const std::size_t at = bytes.find(built);
+    if (at == std::string::npos || build.size() != built.size()) return std::string("not patched");
+    const std::string other = file + std::to_string(number) + ".so";
+    std::ofstream(other, std::ios::binary) << bytes.replace(at, built.size(), build);
+    const std::string text = errorOf(other, "HostTestModule");
+    std::filesystem::remove(other);
+    return text;
+  };
+  EXPECT_EQ(loadedAs("1 Jan 30 for 12.0 v5", 0), "loaded") << "releases are laid out alike";
+  EXPECT_EQ(loadedAs("1 Jan 2030 for 12.0v", 1), "loaded");
+  int number = 2;
+  for (const auto& [build, found] :
+       std::vector<std::pair<std::string, std::string>>{{"Jan  2 2030 for 13.0", "version 13.0"},
+                                                        {"Jan  2 2030 for 12.1", "version 12.1"},
+                                                        {"Jan  2 203 for 12.00", "version 12.00"},
+                                                        {"Jan  2 203 for 112.0", "version 112.0"},
+                                                        {"Jan  2 20300 for 12.", "no version"},
+                                                        {"Jan  2 2030 for .0.0", "no version"},
+                                                        {"Jan  2 2030 in  12.0", "no version"}}) {
+    const std::string text = loadedAs(build, number++);
+    EXPECT_NE(text.find(found), std::string::npos) << build << ": " << text;
+    EXPECT_NE(text.find("this host has version 12.0"), std::string::npos) << text;
+    EXPECT_TRUE(isOneLineNaming(text, file)) << text;
+  }
 }
 
 TEST(Plugin, libraryWithUnresolvedSymbols_isAnError) {

@@ -69,6 +69,7 @@ TEST_F(ExitCodes, aKernelOrMattesFileThatIsMissing_isThree) {
 TEST_F(ExitCodes, anOutputFolderThatIsMissing_isFour) {
   const RunResult result = runCommand(renderArguments(input_, folder_.file("no/out.exr")));
   EXPECT_EQ(result.exitCode, 4);
+  EXPECT_NE(result.error.find("make it first"), std::string::npos) << result.error;
   EXPECT_TRUE(isOneErrorLine(result.error)) << result.error;
 }
 
@@ -100,6 +101,25 @@ TEST_F(ExitCodes, aPluginOfAnotherProcessor_isFive) {
   writeBytes(file, other);
   expectRefused({"render", "--plugin", file, "--input", input_, "--output", output_}, 5,
                 {file, "not a plug-in for this program"});
+}
+
+TEST_F(ExitCodes, aPluginForAnotherVersionOfHosts_isFiveWithBothVersions) {
+  const std::string built = " for 12.0";
+  const std::string file = folder_.file("other.so");
+  for (const auto& [other, found] : std::vector<std::pair<std::string, std::string>>{
+           {" for 13.0", "13.0"}, {" for 12.2", "12.2"}, {" fur 12.0", "no version"}}) {
+    std::string bytes = bytesOfFile(builtPlugin());
+    ASSERT_NE(bytes.find(built), std::string::npos);
+    for (std::size_t at = bytes.find(built); at != std::string::npos;
+         at = bytes.find(built, at + 1))
+      bytes.replace(at, built.size(), other);
+    writeBytes(file, bytes);
+    expectRefused({"render", "--plugin", file, "--input", input_, "--output", output_}, 5,
+                  {file, found, "this host has version 12.0"});
+    const RunResult doctor = runCommand({"doctor", "--plugin", file});
+    EXPECT_EQ(doctor.exitCode, 5);
+    EXPECT_NE(doctor.error.find(found), std::string::npos) << doctor.error;
+  }
 }
 
 TEST_F(ExitCodes, aLibraryThatIsNoPlugin_isFive) {

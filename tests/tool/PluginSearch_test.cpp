@@ -60,6 +60,19 @@ TEST_F(PluginSearch, optionBeatsEnvironmentBeatsPlaces) {
   EXPECT_EQ(controls({"--plugin", folder_.file("else/Drevin.so")}).exitCode, 0);
 }
 
+TEST_F(PluginSearch, variableThatNamesNone_isFiveAndNamesItAndTheRemedy) {
+  putPlugin("bin/Drevin.so");
+  options_.environment["DREVIN_PLUGIN"] = "/nonexist";
+  const RunResult result = controls();
+  EXPECT_EQ(result.exitCode, 5);
+  EXPECT_TRUE(isOneErrorLine(result.error)) << result.error;
+  for (const char* piece : {"DREVIN_PLUGIN: /nonexist", "unset it"})
+    EXPECT_NE(result.error.find(piece), std::string::npos) << result.error;
+  const RunResult option = controls({"--plugin", "/nonexist"});
+  EXPECT_EQ(option.exitCode, 5);
+  EXPECT_EQ(option.error.find("DREVIN_PLUGIN"), std::string::npos) << option.error;
+}
+
 TEST_F(PluginSearch, nowhere_isFiveAndNamesThePlacesAndTheRemedy) {
   const RunResult result = controls();
   EXPECT_EQ(result.exitCode, 5);

@@ -18,8 +18,9 @@ class DD_EXPORT PluginError : public std::runtime_error {
 };
 
 /// Loads the shared library `file` (once; it stays loaded) and returns the description that it
-/// registered for `className`. Throws PluginError if the file is missing, is no shared library, or
-/// registers no such class.
+/// registered for `className`. Throws PluginError if the file is missing, is no shared library,
+/// registers no such class, or one whose build string names another version of hosts ("... for
+/// 12.1") than this one, or none; releases of a version do not matter.
 DD_EXPORT const DD::Image::Op::Description& loadPlugin(const std::string& file,
                                                        const std::string& className);
 

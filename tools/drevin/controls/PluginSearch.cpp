@@ -43,11 +43,14 @@ std::string foundFile() {
                                                      "); name it with --plugin or DREVIN_PLUGIN"));
 }
 
+const char* variable() {
+  const char* value = std::getenv("DREVIN_PLUGIN");
+  return value != nullptr && *value != '\0' ? value : nullptr;
+}
+
 std::string pluginFile(const std::string& option) {
   if (!option.empty()) return inFolder(option);
-  const char* variable = std::getenv("DREVIN_PLUGIN");
-  if (variable != nullptr && *variable != '\0') return inFolder(variable);
-  return foundFile();
+  return variable() != nullptr ? inFolder(variable()) : foundFile();
 }
 
 }  // namespace
@@ -57,7 +60,12 @@ const DD::Image::Op::Description& loadNodeClass(const std::string& option) {
   try {
     return embedded::loadPlugin(file, kClassName);
   } catch (const embedded::PluginError& error) {
-    throw ToolError(ExitCode::PluginNotLoaded, oneLine(error.what() + nearestFileHint(file)));
+    const bool fromVariable = option.empty() && variable() != nullptr;
+    const std::string line = error.what() + nearestFileHint(file);
+    throw ToolError(ExitCode::PluginNotLoaded,
+                    oneLine(fromVariable ? "DREVIN_PLUGIN: " + line +
+                                               "; set it to the file of the plug-in, or unset it"
+                                         : line));
   }
 }
 

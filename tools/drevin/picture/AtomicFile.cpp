@@ -50,7 +50,7 @@ void checkResolved(const std::string& path, const std::string& place) {
   if (fs::is_directory(status)) failAt(path, "is a directory; name a file in it");
   if (fs::exists(status) && !fs::is_regular_file(status)) failAt(path, "is not a regular file");
   const std::string folder = folderOf(place);
-  if (!fs::is_directory(folder, error)) failAt(path, "its folder does not exist");
+  if (!fs::is_directory(folder, error)) failAt(path, "its folder does not exist; make it first");
   if (access(folder.c_str(), W_OK) != 0) failAt(path, "its folder: " + systemText(errno));
 }
 
