@@ -9,7 +9,8 @@ usage: fuzz/run.sh [SECONDS] [TARGET...]
 
 Runs each target (default: all of them) for SECONDS (default: 60). What is found is left in
 build/fuzz/found and makes this fail; what a run learns stays in build/fuzz/corpus for the next one.
-DREVIN_TEST_DATA names a folder of real pictures, whose small files are seeds too. Needs clang.
+DREVIN_TEST_DATA names a folder of real pictures (default: ../shared/data), whose small files are seeds
+too. Needs clang.
 EOF
 }
 
@@ -26,9 +27,12 @@ cmake -S . -B build/fuzz -G Ninja -DCMAKE_CXX_COMPILER=clang++ -DDREVIN_FUZZ=ON 
   -DDREVIN_SANITIZE=address,undefined -DCMAKE_BUILD_TYPE=RelWithDebInfo -DDREVIN_PRECOMPILED_HEADERS=ON >/dev/null
 cmake --build build/fuzz --target "${targets[@]/%/_fuzz}"
 
+# Where the tests look for them too.
+data=${DREVIN_TEST_DATA:-../shared/data}
+[ -d "$data" ] || echo "fuzz/run.sh: no real pictures in $data: FlatReader and DeepReader begin without seeds" >&2
+
 # Small files say as much as large ones, and more of them are tried in a second.
 real_seeds() {
-  local data=${DREVIN_TEST_DATA:-}
   [ -d "$data" ] || return 0
   case $1 in
     FlatReader) find "$data"/{layers,windows,damaged} -type f -size -24k ;;
@@ -54,7 +58,7 @@ run_target() {
   echo "$target: $(grep '^Done' "$log")"
 }
 export -f run_target real_seeds
-export seconds
+export seconds data
 
 # A time of 0 would be none at all to the fuzzer.
 [ "$seconds" -gt 0 ] || { echo "Built, but not run: 0 seconds"; exit 0; }

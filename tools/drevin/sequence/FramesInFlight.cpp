@@ -23,10 +23,13 @@ unsigned chooseFramesInFlight(const RenderArguments& arguments, std::int64_t pix
   return usefulFramesInFlight(pixels, threads, frames);
 }
 
-unsigned shareThreads(unsigned threads, unsigned inFlight) {
-  const unsigned each = std::max(1U, threads / inFlight);
-  embedded::setThreadCount(each);
-  return each;
+unsigned threadsOfFrame(unsigned threads, unsigned inFlight, std::size_t frame) {
+  const bool oneMore = frame % inFlight < threads % inFlight;
+  return std::max(1U, threads / inFlight + (oneMore ? 1U : 0U));
+}
+
+void shareThreads(unsigned threads, unsigned inFlight) {
+  embedded::setThreadCount(threadsOfFrame(threads, inFlight, 0));
 }
 
 }  // namespace drevintool

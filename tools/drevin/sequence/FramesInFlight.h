@@ -19,8 +19,11 @@ unsigned usefulFramesInFlight(std::int64_t pixels, unsigned threads, std::size_t
 unsigned chooseFramesInFlight(const RenderArguments& arguments, std::int64_t pixels,
                               unsigned threads, std::size_t frames);
 
-/// Shares the threads out among the frames in flight, and makes operators choose theirs by that.
-/// Returns the threads of each, at least 1.
-unsigned shareThreads(unsigned threads, unsigned inFlight);
+/// The threads of the frame of that place in the sequence, at least 1: frames that begin one behind
+/// the other, as many as are in flight, have all threads together, where there are enough.
+unsigned threadsOfFrame(unsigned threads, unsigned inFlight, std::size_t frame);
+
+/// Makes operators choose their own threads by that too: as many as the frames with the most have.
+void shareThreads(unsigned threads, unsigned inFlight);
 
 }  // namespace drevintool

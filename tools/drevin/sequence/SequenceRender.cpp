@@ -53,8 +53,10 @@ class SequenceRender {
         plan_(plan),
         arguments_(arguments),
         inFlight_(chooseFramesInFlight(arguments, pixelsOf(plan), threads, plan.tasks().size())),
-        threads_(shareThreads(threads, inFlight_)),
-        progress_(arguments.quiet, plan.tasks().size()) {}
+        threads_(threads),
+        progress_(arguments.quiet, plan.tasks().size()) {
+    shareThreads(threads, inFlight_);
+  }
 
   int run() {
     findFocus();
@@ -82,7 +84,7 @@ class SequenceRender {
   std::unique_ptr<FrameWork> makeJob(std::size_t index) {
     const FrameTask& task = plan_.tasks()[index];
     RenderArguments arguments = plan_.argumentsOf(task);
-    arguments.threads = threads_;
+    arguments.threads = threadsOfFrame(threads_, inFlight_, index);
     const auto show = [this, index](const embedded::Progress& progress) {
       progress_.show(index, progress);
     };
@@ -172,7 +174,7 @@ class SequenceRender {
   const SequencePlan& plan_;
   const RenderArguments& arguments_;
   const unsigned inFlight_;
-  const unsigned threads_;  // of each frame
+  const unsigned threads_;  // of all frames
   SequenceProgress progress_;
   std::vector<FrameTask> skipped_;
   std::map<std::size_t, FrameOutcome> failures_;

@@ -21,12 +21,18 @@ const OutputChannel* channelOf(const OutputPicture& picture, const char* hostNam
   return nullptr;
 }
 
+RenderArguments withThreads(RenderArguments arguments, unsigned threads) {
+  arguments.threads = threads;
+  return arguments;
+}
+
 }  // namespace
 
 SheetCell::SheetCell(const SheetShare& sheet, const FrameShare& share, std::size_t picture,
-                     FrameProgress progress, SheetMessages& messages,
+                     unsigned threads, FrameProgress progress, SheetMessages& messages,
                      std::function<void(SmallPicture)> keep)
-    : FrameJob(share, sheet.task, sheet.arguments, std::move(progress), sheet.pictures),
+    : FrameJob(share, sheet.task, withThreads(sheet.arguments, threads), std::move(progress),
+               sheet.pictures),
       sheet_(sheet),
       picture_(picture),
       messages_(messages),

@@ -23,7 +23,7 @@ struct SheetShare {
 class SheetCell : public FrameJob {
  public:
   /// `keep` is given the small picture; `messages` must outlive this.
-  SheetCell(const SheetShare& sheet, const FrameShare& share, std::size_t picture,
+  SheetCell(const SheetShare& sheet, const FrameShare& share, std::size_t picture, unsigned threads,
             FrameProgress progress, SheetMessages& messages,
             std::function<void(SmallPicture)> keep);
 

@@ -24,9 +24,10 @@ class SheetRender {
         changes_(changes),
         wantsReport_(!share_.arguments.report.empty()),
         inFlight_(chooseFramesInFlight(share_.arguments, pixels(), threads, plan.pictures())),
+        threads_(threads),
         progress_(share_.arguments.quiet, plan.pictures(), "Picture"),
         pictures_(plan.pictures()) {
-    share_.arguments.threads = shareThreads(threads, inFlight_);
+    shareThreads(threads, inFlight_);
     share_.arguments.report.clear();
   }
 
@@ -59,7 +60,9 @@ class SheetRender {
       pictures_[picture].picture = std::move(small);
     };
     const FrameShare frame{description_, changes_[picture], wantsReport_};
-    return std::make_unique<SheetCell>(share_, frame, picture, show, messages_, keep);
+    return std::make_unique<SheetCell>(share_, frame, picture,
+                                       threadsOfFrame(threads_, inFlight_, picture), show,
+                                       messages_, keep);
   }
 
   // Called for one picture at a time.
@@ -85,6 +88,7 @@ class SheetRender {
   const std::vector<ControlChanges>& changes_;
   const bool wantsReport_;
   const unsigned inFlight_;
+  const unsigned threads_;  // of all pictures
   SequenceProgress progress_;
   SheetMessages messages_;
   std::vector<SheetPicture> pictures_;
