@@ -73,9 +73,10 @@ struct End {
   double secondsAfterSignal = 0.0;
 };
 
-// Whether the process has begun to handle that signal by itself; SIGKILL needs no handler.
+// Whether the process has begun to handle that signal by itself; those that it never does need no
+// handler.
 bool handles(pid_t process, int signal) {
-  if (signal == SIGKILL) return true;
+  if (signal != SIGINT && signal != SIGTERM) return true;
   const std::string status = bytesOfFile("/proc/" + std::to_string(process) + "/status");
   const std::string name = "\nSigCgt:";
   const std::size_t at = status.find(name);

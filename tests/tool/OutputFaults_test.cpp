@@ -1,6 +1,8 @@
 #include <gtest/gtest.h>
 
+#include <csignal>
 #include <filesystem>
+#include <system_error>
 
 #include "CommandRun.h"
 #include "ExrFixture.h"
@@ -45,6 +47,42 @@ class OutputFaults : public ::testing::Test {
   ScratchFolder folder_;
   std::string input_ = folder_.file("in.exr");
 };
+
+// Standard output goes to a file there.
+TEST_F(OutputFaults, placeOfAnOpenFile_isRefusedAndTheFileStays) {
+  for (const char* place : {"/dev/stdout", "/dev/fd/1", "/proc/self/fd/1", "/dev/stderr"}) {
+    const RunResult result =
+        runCommand(renderArguments(input_, folder_.file("o.exr"), {"--report", place}));
+    EXPECT_EQ(result.exitCode, 4) << place;
+    EXPECT_EQ(result.out, "") << place;
+    EXPECT_TRUE(isOneErrorLine(result.error)) << result.error;
+    EXPECT_NE(result.error.find(std::string(place) + ": is open already"), std::string::npos)
+        << result.error;
+    EXPECT_FALSE(fs::exists(folder_.file("o.exr"))) << place;
+  }
+}
+
+// The picture must take some time to write.
+TEST_F(OutputFaults, folderThatIsRemovedMeanwhile_isToldAsThat) {
+  const std::string place = folder_.file("gone");
+  fs::create_directory(place);
+  PartFixture part = noisyPart();
+  part.display = part.data = Imath::Box2i({0, 0}, {1199, 899});
+  writeExrFixture(input_, part);
+  RunOptions options;
+  options.signal = SIGURG;  // nothing to anyone
+  options.signalWhen = [&] {
+    if (!fs::exists(place) || fs::is_empty(place)) return false;
+    std::error_code error;
+    fs::remove_all(place, error);
+    return true;
+  };
+  const RunResult result = runCommand(
+      renderArguments(input_, place + "/o.exr", {"--set", "bokehChannels=none"}), options);
+  EXPECT_EQ(result.exitCode, 4);
+  EXPECT_TRUE(isOneErrorLine(result.error)) << result.error;
+  EXPECT_NE(result.error.find("removed while it was written"), std::string::npos) << result.error;
+}
 
 // Error lines are files too, and need some of the room.
 constexpr std::size_t kLeastRoom = 512;

@@ -1,4 +1,5 @@
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <nlohmann/json.hpp>
 
@@ -102,6 +103,36 @@ TEST_F(Report, reportThatCannotBeWritten_isFour) {
   EXPECT_EQ(result.exitCode, 4);
   EXPECT_TRUE(isOneErrorLine(result.error)) << result.error;
   EXPECT_EQ(folder_.entries(), std::vector<std::string>{"in.exr"});
+}
+
+TEST(ReportOnStandardOutput, isTheSameAsInAFile) {
+  const ScratchFolder folder;
+  const std::string input = folder.file("in.exr");
+  writeExrFixture(input, rgbazPart(16, 12, 90.0));
+  const RunResult one = runCommand(renderArguments(input, folder.file("o.exr"), {"--report", "-"}));
+  ASSERT_EQ(one.exitCode, 0) << one.error;
+  EXPECT_EQ(nlohmann::json::parse(one.out)["output"], folder.file("o.exr"));
+  const RunResult all = runCommand(
+      renderArguments(input, folder.file("o.#.exr"), {"--frames", "1-3", "--report", "-"}));
+  ASSERT_EQ(all.exitCode, 0) << all.error;
+  EXPECT_EQ(nlohmann::json::parse(all.out)["frames"].size(), 3U);
+  const RunResult sheet =
+      runCommand({"sheet", "--quiet", "--plugin", builtPlugin(), "--input", input, "--vary",
+                  "multiplier=1,2", "--output", folder.file("s.exr"), "--report", "-"});
+  ASSERT_EQ(sheet.exitCode, 0) << sheet.error;
+  EXPECT_EQ(nlohmann::json::parse(sheet.out)["pictures"].size(), 2U);
+  EXPECT_EQ(folder.entries(), (std::vector<std::string>{"in.exr", "o.1.exr", "o.2.exr", "o.3.exr",
+                                                        "o.exr", "s.exr"}));
+}
+
+TEST(ReportOnStandardOutput, thatIsLost_isExitCode4) {
+  const ScratchFolder folder;
+  writeExrFixture(folder.file("in.exr"), rgbazPart(16, 12, 90.0));
+  RunOptions options;
+  options.inChild = [] { close(STDOUT_FILENO); };
+  const RunResult result = runCommand(
+      renderArguments(folder.file("in.exr"), folder.file("o.exr"), {"--report", "-"}), options);
+  EXPECT_EQ(result.exitCode, 4) << result.error;
 }
 
 }  // namespace

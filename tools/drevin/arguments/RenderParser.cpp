@@ -163,7 +163,8 @@ void RenderParser::addOutput() {
       ->type_name("SCALE");
   memory_.addTo(app_);
   format_.addTo(app_);
-  app_.add_option("--report", arguments_.report, "Write what was done and how long it took (JSON)")
+  app_.add_option("--report", arguments_.report,
+                  "Write what was done and how long it took (JSON; -: to standard output)")
       ->type_name("FILE");
   if (scope_ == RenderScope::Pictures) {
     app_.add_flag("--stats", arguments_.stats,

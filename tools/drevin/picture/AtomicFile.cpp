@@ -8,6 +8,7 @@
 #include <filesystem>
 #include <system_error>
 
+#include "picture/NearestFile.h"
 #include "picture/TemporaryFile.h"
 #include "terminal/ExitCode.h"
 #include "terminal/OneLine.h"
@@ -25,6 +26,19 @@ std::string systemText(int error) {
   return std::generic_category().message(error);
 }
 
+std::string folderOf(const std::string& place) {
+  const fs::path parent = fs::path(place).parent_path();
+  return parent.empty() ? "." : parent.string();
+}
+
+// Such links name what a process has open: the file behind one would be replaced, and who writes to
+// it would write to nowhere.
+bool isOfOpenFile(const fs::path& link) {
+  std::error_code error;
+  const std::string folder = fs::weakly_canonical(folderOf(link.string()), error).string();
+  return !error && folder.rfind("/proc/", 0) == 0;
+}
+
 // The end of a chain of links, whether something is there or not.
 std::string resolved(const std::string& path) {
   constexpr int kMostLinks = 40;
@@ -32,16 +46,12 @@ std::string resolved(const std::string& path) {
   std::error_code error;
   for (int links = 0; fs::is_symlink(fs::symlink_status(place, error)); ++links) {
     if (links == kMostLinks) failAt(path, systemText(ELOOP));
+    if (isOfOpenFile(place)) failAt(path, "is open already, and no place for a file; name a file");
     const fs::path target = fs::read_symlink(place, error);
     if (error) failAt(path, "cannot follow the link: " + error.message());
     place = target.is_absolute() ? target : place.parent_path() / target;
   }
   return place.string();
-}
-
-std::string folderOf(const std::string& place) {
-  const fs::path parent = fs::path(place).parent_path();
-  return parent.empty() ? "." : parent.string();
 }
 
 void checkResolved(const std::string& path, const std::string& place) {
@@ -50,7 +60,8 @@ void checkResolved(const std::string& path, const std::string& place) {
   if (fs::is_directory(status)) failAt(path, "is a directory; name a file in it");
   if (fs::exists(status) && !fs::is_regular_file(status)) failAt(path, "is not a regular file");
   const std::string folder = folderOf(place);
-  if (!fs::is_directory(folder, error)) failAt(path, "its folder does not exist; make it first");
+  if (!fs::is_directory(folder, error))
+    failAt(path, "its folder does not exist; make it first" + nearestFileHint(folder));
   if (access(folder.c_str(), W_OK) != 0) failAt(path, "its folder: " + systemText(errno));
 }
 
@@ -150,6 +161,7 @@ void AtomicFile::finishWriting() {
 
 void AtomicFile::commit(const FileCheck& check) {
   finishWriting();
+  if (access(temporary_.c_str(), F_OK) != 0) failAt(path_, "was removed while it was written");
   const std::string fault = check ? check(temporary_) : std::string();
   if (!fault.empty()) failAt(path_, "was not written whole: " + fault);
   if (std::rename(temporary_.c_str(), place_.c_str()) != 0) fail(errno);

@@ -1,6 +1,7 @@
 #include "render/Report.h"
 
 #include <array>
+#include <cstdio>
 
 #include "controls/CameraKeys.h"
 #include "controls/ControlJson.h"
@@ -156,6 +157,10 @@ Json skippedReport(const RenderArguments& arguments) {
 
 void writeReport(const Json& report, const std::string& path) {
   const std::string text = report.dump(2, ' ', false, Json::error_handler_t::replace) + "\n";
+  if (path == kStandardOutput) {
+    std::fputs(text.c_str(), stdout);
+    return;
+  }
   AtomicFile file(path);
   file.write(text.data(), text.size());
   file.commit();

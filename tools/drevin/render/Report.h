@@ -47,7 +47,11 @@ nlohmann::ordered_json renderReport(const RenderArguments& arguments, const Node
 /// Of a picture that was left alone because it was there already: `command`, `output`, `skipped`.
 nlohmann::ordered_json skippedReport(const RenderArguments& arguments);
 
-/// Writes a report; the file appears when it is whole. Throws ToolError (OutputNotWritten).
+/// What --report takes for standard output.
+constexpr const char* kStandardOutput = "-";
+
+/// Writes a report to a file, which appears when it is whole, or to kStandardOutput. Throws
+/// ToolError (OutputNotWritten) if the file cannot be written.
 void writeReport(const nlohmann::ordered_json& report, const std::string& path);
 
 }  // namespace drevintool

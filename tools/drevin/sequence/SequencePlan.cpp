@@ -10,6 +10,7 @@
 
 #include "picture/AtomicFile.h"
 #include "picture/NearestFile.h"
+#include "render/Report.h"
 #include "sequence/FrameList.h"
 #include "terminal/ExitCode.h"
 #include "terminal/OneLine.h"
@@ -277,7 +278,8 @@ void SequencePlan::checkOutputs() const {
   std::set<std::string> folders;
   for (const char* option : {"--output", "--report"}) {
     const Path& path = pathOf(option);
-    if ((arguments_.*path.text).empty()) continue;
+    const std::string& text = arguments_.*path.text;
+    if (text.empty() || text == kStandardOutput) continue;
     for (const FrameTask& task : tasks_) {
       throwIfInterrupted();
       const std::string file = filled(path, task);
