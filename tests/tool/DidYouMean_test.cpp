@@ -41,6 +41,7 @@ TEST_F(DidYouMean, subcommandsAndOptions) {
   expectHintOf({"inpsect"}, "inspect");
   expectHint({"--repotr", "r.json"}, "--report");
   expectHintOf({"controls", "--jsno"}, "--json");
+  expectHintOf({"render", "--input", input_, "--out", folder_.file("o.exr")}, "--output");
 }
 
 TEST_F(DidYouMean, controlsAndChoices) {
@@ -58,6 +59,14 @@ TEST_F(DidYouMean, channels) {
                "mask.left");
 }
 
+TEST_F(DidYouMean, optionThatIsGivenTwice_isToldAsThat) {
+  const RunResult result =
+      runCommand(renderArguments(input_, folder_.file("o.exr"), {"--input", input_}));
+  EXPECT_EQ(result.exitCode, 2);
+  EXPECT_NE(result.error.find("--input: is given more than once"), std::string::npos)
+      << result.error;
+}
+
 TEST_F(DidYouMean, layers) {
   expectHint({"--set", "bokehChannels=mask.lefft"}, "mask.left");
 }
@@ -71,6 +80,7 @@ TEST_F(DidYouMean, nodesOfAScript) {
 
 TEST_F(DidYouMean, cameraKeys) {
   expectHint({"--camera", "focalLenght=50"}, "focalLength");
+  expectHint({"--camera", "heder"}, "header");
   writeBytes(folder_.file("c.json"), "{\"fstop\": 2}");
   expectHint({"--camera", folder_.file("c.json")}, "fStop");
 }

@@ -1,8 +1,11 @@
 #include "controls/HeaderCamera.h"
 
+#include <OpenEXR/ImfChannelList.h>
 #include <OpenEXR/ImfDoubleAttribute.h>
 #include <OpenEXR/ImfFloatAttribute.h>
+#include <OpenEXR/ImfFrameBuffer.h>
 #include <OpenEXR/ImfIntAttribute.h>
+#include <OpenEXR/ImfOutputFile.h>
 #include <OpenEXR/ImfRationalAttribute.h>
 #include <OpenEXR/ImfStringAttribute.h>
 #include <OpenEXR/ImfVecAttribute.h>
@@ -287,11 +290,45 @@ TEST(CameraOption, valuesOfAFileThatAreNotAboveZero_nameTheirFrame) {
 }
 
 TEST(CameraOption, headerWithoutAPicture_isAUsageFault) {
-  for (const char* command : {"controls", "script"}) {
+  for (const auto& [command, words] : std::vector<std::pair<std::string, std::string>>{
+           {"controls", "reads no picture"}, {"script", "with --input or --deep"}}) {
     const RunResult result = runCommand({command, "--plugin", builtPlugin(), "--camera", "header"});
     EXPECT_EQ(result.exitCode, 2);
-    EXPECT_NE(result.error.find("reads no picture"), std::string::npos) << result.error;
+    EXPECT_NE(result.error.find(words), std::string::npos) << result.error;
   }
+}
+
+TEST(CameraOption, headerOfAPicture_becomesTheLensControlsOfAScript) {
+  const ScratchFolder folder;
+  const std::string input = folder.file("in.exr");
+  Imf::Header header(20, 10);
+  header.insert("effectiveFocalLength", Imf::FloatAttribute(49.5F));
+  header.insert("aperture", Imf::FloatAttribute(1.4F));
+  header.insert("focus", Imf::FloatAttribute(2.5F));
+  header.insert("sensorOverallDimensions", Imf::V2fAttribute({36.0F, 24.0F}));
+  header.channels().insert("Z", Imf::Channel(Imf::FLOAT));
+  {
+    std::vector<float> depths(200, 7.5F);
+    Imf::OutputFile file(input.c_str(), header);
+    Imf::FrameBuffer buffer;
+    buffer.insert("Z", Imf::Slice(Imf::FLOAT, reinterpret_cast<char*>(depths.data()), sizeof(float),
+                                  20 * sizeof(float)));
+    file.setFrameBuffer(buffer);
+    file.writePixels(10);
+  }
+  const Texts arguments = {"script",  "--plugin", builtPlugin(), "--camera",    "header",
+                           "--input", input,      "--set",       "worldScale=m"};
+  const RunResult result = runCommand(arguments);
+  ASSERT_EQ(result.exitCode, 0) << result.error;
+  EXPECT_NE(result.out.find(" focalLength 49.5\n"), std::string::npos) << result.out;
+  EXPECT_NE(result.out.find(" focalPlane 2.5\n"), std::string::npos) << result.out;
+  EXPECT_NE(result.error.find("drevin: camera: focalLength 49.5 mm"), std::string::npos)
+      << result.error;
+  Texts focused = arguments;
+  focused.insert(focused.end(), {"--focus-at", "3,3"});
+  const RunResult point = runCommand(focused);
+  EXPECT_EQ(point.exitCode, 0) << point.error;
+  EXPECT_NE(point.out.find(" focalPlane 7.5\n"), std::string::npos) << point.out;
 }
 
 }  // namespace

@@ -19,6 +19,15 @@ std::vector<std::string> subcommandNames(const CLI::App& app) {
   return names;
 }
 
+// What begins with the text is meant, if one alone does.
+std::string nearestOption(const std::string& text, const std::vector<std::string>& names) {
+  const auto begins = [&](const std::string& name) { return name.rfind(text, 0) == 0; };
+  const auto first = std::find_if(names.begin(), names.end(), begins);
+  const bool alone =
+      first != names.end() && std::find_if(first + 1, names.end(), begins) == names.end();
+  return alone ? *first : nearestName(text, names);
+}
+
 // The options of the subcommand that was begun, for a hint at the one that was meant.
 std::string hintFor(const CLI::App& app, int count, const char* const* texts) {
   const std::vector<CLI::App*> begun = app.get_subcommands();
@@ -34,10 +43,16 @@ std::string hintFor(const CLI::App& app, int count, const char* const* texts) {
     const std::string text = std::string(texts[i]).substr(0, std::string(texts[i]).find('='));
     const bool known = std::find(names.begin(), names.end(), text) != names.end();
     const bool candidate = begun.empty() ? i == 1 : text.rfind("--", 0) == 0;
-    const std::string nearest = candidate && !known ? nearestName(text, names) : "";
+    const std::string nearest = candidate && !known ? nearestOption(text, names) : "";
     if (!nearest.empty()) return "; did you mean " + nearest + "?";
   }
   return "; see drevin " + (begun.empty() ? "" : active.get_name() + " ") + "--help";
+}
+
+// Of the parser's own words for an option that is given twice.
+std::string whatIsWrong(const std::string& words) {
+  const std::size_t at = words.find(": At Most 1 required but received ");
+  return at == std::string::npos ? words : words.substr(0, at) + ": is given more than once";
 }
 
 }  // namespace
@@ -52,7 +67,7 @@ Arguments parseArguments(int count, const char* const* texts) {
   } catch (const CLI::CallForVersion& version) {
     return TextRequest{std::string(version.what()) + "\n"};
   } catch (const CLI::ParseError& error) {
-    failUsage(error.what() + hintFor(app, count, texts));
+    failUsage(whatIsWrong(error.what()) + hintFor(app, count, texts));
   }
   if (parsers.render.parsed()) return parsers.render.checked();
   if (parsers.sheet.parsed()) return parsers.sheet.checked();

@@ -15,8 +15,8 @@ struct ScriptArguments : NodeArguments {
   std::string name;  ///< of the node; empty: that of the script's, else Drevin1
   std::optional<FocusPoint> focus;
   std::vector<FocusKey> focusKeys;  ///< by their frames; empty: none
-  std::string input;                ///< the picture to focus in; empty: none
-  std::string deep;                 ///< the same for a deep one
+  std::string input;  ///< the picture to focus in and to take a camera from; empty: none
+  std::string deep;   ///< the same for a deep one
 };
 
 }  // namespace drevintool

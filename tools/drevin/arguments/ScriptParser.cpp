@@ -32,7 +32,8 @@ ScriptParser::ScriptParser(CLI::App& app)
                   "The node's name (default: that of the script's node, else Drevin1)")
       ->type_name("NAME");
   focus_.addTo(app_);
-  app_.add_option("--input", arguments_.input, "The picture for --focus-at (EXR)")
+  app_.add_option("--input", arguments_.input,
+                  "The picture for --focus-at and --camera header (EXR)")
       ->type_name("FILE");
   app_.add_option("--deep", arguments_.deep, "The same, a deep picture (EXR)")->type_name("FILE");
 }
@@ -41,13 +42,15 @@ void ScriptParser::checkFocus() const {
   checkNotEmpty(app_, {"--input", "--deep"});
   const bool picture = given(app_, "--input") || given(app_, "--deep");
   if (given(app_, "--input") && given(app_, "--deep")) {
-    failUsage("--deep: give either it or --input, to focus in");
+    failUsage("--deep: give either it or --input");
   }
   if (given(app_, "--focus-at") && !picture) {
     failUsage("--focus-at: name the picture to focus in with --input or --deep");
   }
-  if (picture && !given(app_, "--focus-at")) {
-    failUsage("--input and --deep: are read for --focus-at only; give it too");
+  const std::string& camera = arguments_.camera;
+  const bool header = camera == "header" || camera.rfind("header,", 0) == 0;
+  if (picture && !given(app_, "--focus-at") && !header) {
+    failUsage("--input and --deep: are read for --focus-at and --camera header only; give one too");
   }
 }
 

@@ -7,6 +7,7 @@
 #include "picture/ChannelNames.h"
 #include "picture/HeaderAttributes.h"
 #include "terminal/ExitCode.h"
+#include "terminal/NearestName.h"
 #include "terminal/NumberText.h"
 #include "terminal/OneLine.h"
 
@@ -84,7 +85,7 @@ void CameraOption::fail(const std::string& reason) const {
 }
 
 void CameraOption::refuseHeader(const std::string& subcommand) const {
-  if (header_) fail(subcommand + " reads no picture; give the values, or a file of them");
+  if (header_) fail(subcommand + "; give the values, or a file of them");
 }
 
 // Between keys that are above 0 all values are.
@@ -102,7 +103,9 @@ void CameraOption::checkAboveZero() const {
 void CameraOption::takeTexts(const std::string& list) {
   for (const std::string& piece : splitList(list)) {
     const std::size_t equals = piece.find('=');
-    if (equals == std::string::npos) fail("'" + piece + "' is not KEY=VALUE");
+    if (equals == std::string::npos) {
+      fail("'" + piece + "' is not KEY=VALUE" + nearestHint(piece, {kHeader}));
+    }
     const std::string name = piece.substr(0, equals);
     if (findCameraKey(name) == nullptr) fail(unknownCameraKey(name));
     const std::optional<double> value = parseNumber(piece.substr(equals + 1));

@@ -38,7 +38,8 @@ class CameraOption {
   /// Whether its values are those of a picture's header.
   bool isHeader() const { return header_; }
 
-  /// Throws ToolError (Usage) if isHeader(), for a subcommand that reads no picture.
+  /// Throws ToolError (Usage) if isHeader(), for a subcommand that reads no picture, or was given
+  /// none.
   void refuseHeader(const std::string& subcommand) const;
 
   /// The camera at a frame. Values that are left out are the node's controls as they stand. Throws

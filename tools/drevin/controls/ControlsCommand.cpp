@@ -71,7 +71,7 @@ int runControls(const ControlsArguments& arguments) {
   changes.applyChannels(node, [](const Knob&, const ControlSetting&) { return nullptr; });
   if (!arguments.camera.empty()) {
     const CameraOption option(arguments.camera);
-    option.refuseHeader("controls");
+    option.refuseHeader("controls reads no picture");
     camera = std::make_unique<embedded::CameraInput>(option.at(std::nullopt, node, nullptr).values);
     connectCamera(node, *camera);
   }

@@ -26,10 +26,14 @@ constexpr double kAnyFrame = 0.0;
 constexpr const char* kOneFrame = "name the file of one frame";
 
 // The camera's values as the node's own, for what is pasted has no camera.
-void takeCamera(const std::string& text, Node& node, ControlCurves& curves) {
+void takeCamera(const std::string& text, const InputPictures* pictures, Node& node,
+                ControlCurves& curves) {
   const CameraOption option(text);
-  option.refuseHeader("script");
-  setLensControls(node, option.at(kAnyFrame, node, nullptr).values);
+  if (pictures == nullptr) option.refuseHeader("name its picture with --input or --deep");
+  const FoundCamera camera =
+      option.at(kAnyFrame, node, pictures == nullptr ? nullptr : &pictures->image());
+  setLensControls(node, camera.values);
+  if (option.isHeader()) printNote("camera: " + cameraLine(camera.findings));
   for (const auto& [name, curve] : option.curves()) {
     const std::string control = findCameraKey(name)->control;
     curves.erase(control);
@@ -37,10 +41,10 @@ void takeCamera(const std::string& text, Node& node, ControlCurves& curves) {
   }
 }
 
-// The pictures to focus in, if there is a point to focus on; of keys, those of the frame.
+// The pictures to focus in and to take a camera from; of keys, those of the frame.
 std::unique_ptr<InputPictures> picturesOf(const ScriptArguments& arguments,
                                           std::optional<int> frame) {
-  if (!arguments.focus && !frame) return nullptr;
+  if (arguments.input.empty() && arguments.deep.empty()) return nullptr;
   const auto file = [&](const char* option, const std::string& text) {
     if (!frame) return onlyFile(text, option, kOneFrame);
     refuseView(text, option);
@@ -101,7 +105,7 @@ int runScript(const ScriptArguments& arguments) {
     return flat && knob.name() == "depthChannel" ? &pictures->image() : nullptr;
   });
   ControlCurves curves = changes.curves(node);
-  if (!arguments.camera.empty()) takeCamera(arguments.camera, node, curves);
+  if (!arguments.camera.empty()) takeCamera(arguments.camera, pictures.get(), node, curves);
   if (arguments.focus) takeFocus(*pictures, *arguments.focus, node, curves);
   if (!arguments.focusKeys.empty()) takeFocusKeys(arguments, node, curves);
   std::fputs(nodeScript(node, curves, nameOf(arguments, changes)).c_str(), stdout);

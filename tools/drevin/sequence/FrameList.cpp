@@ -31,7 +31,9 @@ struct FrameRange {
 int parseFrame(const std::string& text, const std::string& piece) {
   const std::optional<int> frame = parseInteger(text);
   if (!frame) fail(piece, "is no frame; give N, FIRST-LAST or FIRST-LASTxSTEP");
-  if (std::abs(static_cast<std::int64_t>(*frame)) > kFarthestFrame) fail(piece, "is too far away");
+  if (std::abs(static_cast<std::int64_t>(*frame)) > kFarthestFrame) {
+    fail(piece, "is too far away; frames lie between -1000000000 and 1000000000");
+  }
   return *frame;
 }
 
