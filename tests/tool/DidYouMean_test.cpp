@@ -110,7 +110,7 @@ TEST_F(DidYouMean, filesOfASequence) {
   writeExrFixture(folder_.file("beauty.0001.exr"), rgbazPart(8, 8, 1.0));
   expectHintOf(renderArguments(folder_.file("beuaty.####.exr"), folder_.file("o.####.exr"),
                                {"--frames", "1-3"}),
-               folder_.file("beauty.0001.exr"));
+               folder_.file("beauty.####.exr"));
 }
 
 TEST_F(DidYouMean, depthChannel_isProposed) {
