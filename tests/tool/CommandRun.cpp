@@ -9,6 +9,7 @@
 
 #include <chrono>
 #include <cstdlib>
+#include <fstream>
 #include <optional>
 #include <sstream>
 #include <stdexcept>
@@ -67,10 +68,33 @@ double secondsOf(const timeval& time) {
   return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_usec) * 1e-6;
 }
 
+/// Of all threads of a running process, in whole ticks.
+double processorSecondsOf(pid_t process) {
+  std::ifstream file("/proc/" + std::to_string(process) + "/stat");
+  std::string text;
+  std::getline(file, text);
+  // The name in brackets may hold anything; after it come the state and ten numbers.
+  const std::size_t name = text.rfind(')');
+  if (name == std::string::npos) return 0.0;
+  std::istringstream rest(text.substr(name + 1));
+  std::string passedOver;
+  for (int i = 0; i < 11; ++i)
+    rest >> passedOver;
+  double user = 0.0;
+  double system = 0.0;
+  rest >> user >> system;
+  return (user + system) / static_cast<double>(sysconf(_SC_CLK_TCK));
+}
+
+bool hasWorked(pid_t process, double seconds) {
+  return seconds <= 0.0 || processorSecondsOf(process) >= seconds;
+}
+
 struct End {
   int status = 0;
   rusage usage{};
   double secondsAfterSignal = 0.0;
+  double processorSecondsBefore = 0.0;  ///< the signal
 };
 
 // Whether the process has begun to handle that signal by itself; those that it never does need no
@@ -94,8 +118,10 @@ End waitFor(pid_t process, const RunOptions& options) {
   while (wait4(process, &end.status, WNOHANG, &end.usage) == 0) {
     if (options.signal != 0 && !handled && handles(process, options.signal)) handled = Clock::now();
     const bool due = handled && secondsSince(*handled) >= options.signalAfterSeconds &&
+                     hasWorked(process, options.signalAfterProcessorSeconds) &&
                      (!options.signalWhen || options.signalWhen());
     if (!signalled && due) {
+      end.processorSecondsBefore = processorSecondsOf(process);
       kill(process, options.signal);
       signalled = Clock::now();
     }
@@ -119,6 +145,8 @@ RunResult runCommand(const std::vector<std::string>& arguments, const RunOptions
   result.seconds = secondsSince(start);
   result.secondsAfterSignal = end.secondsAfterSignal;
   result.processorSeconds = secondsOf(end.usage.ru_utime) + secondsOf(end.usage.ru_stime);
+  if (end.secondsAfterSignal > 0.0)
+    result.processorSecondsAfterSignal = result.processorSeconds - end.processorSecondsBefore;
   result.peakKibibytes = end.usage.ru_maxrss;
   result.exitCode = WIFEXITED(end.status) ? WEXITSTATUS(end.status) : -1;
   result.out = bytesOfFile(folder.file("out"));

@@ -1,6 +1,8 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
+#include <nlohmann/json.hpp>
+
 #include <algorithm>
 #include <csignal>
 #include <filesystem>
@@ -150,6 +152,59 @@ TEST_F(Interruption, scriptThatIsWaitedFor_endsAtAnyMoment) {
   }
   close(ends[0]);
   close(ends[1]);
+}
+
+/// A picture whose work is transforms: large parts at few depths, slopes between them.
+class InterruptedTransforms : public ::testing::Test {
+ protected:
+  static constexpr int width = DREVIN_SANITIZED != 0 ? 1280 : 3840;
+  static constexpr int height = width * 9 / 16;
+  static constexpr double threads = 2.0;
+  /// 0.3 s on all threads, were the machine's processors all theirs: what others do at the same
+  /// time does not count. Sanitizers make all work slower.
+  static constexpr double mostWork = threads * 0.3 * (DREVIN_SANITIZED != 0 ? 15.0 : 1.0);
+
+  InterruptedTransforms() {
+    PartFixture part = rgbazPart(width, height, 0.0);
+    part.compression = Imf::NO_COMPRESSION;
+    part.channels.back().value = [](int x, int y) {
+      if (3 * y < height) return 150.0;
+      if (5 * x > 2 * width && 5 * x < 3 * width) return 100.0;
+      return 90.0 - 20.0 * y / height;
+    };
+    writeExrFixture(input_, part);
+  }
+
+  RunResult render(const RunOptions& options, std::vector<std::string> more = {}) const {
+    more.insert(more.end(), {"--set", "multiplier=256", "--set", "max_kernelsize=256", "--set",
+                             "focusRegionSize=40", "--threads", "2", "--compression", "none"});
+    return runCommand(renderArguments(input_, output_, more), options);
+  }
+
+  ScratchFolder folder_;
+  std::string input_ = folder_.file("in.exr");
+  std::string output_ = folder_.file("out.exr");
+};
+
+TEST_F(InterruptedTransforms, interrupt_leavesLittleWorkToBeDone) {
+  const std::string report = folder_.file("report.json");
+  const RunResult whole = render({}, {"--report", report});
+  ASSERT_EQ(whole.exitCode, 0) << whole.error;
+  const nlohmann::json times = nlohmann::json::parse(bytesOfFile(report))["seconds"];
+  // Halfway through all work the picture is being made, whatever comes before and after.
+  EXPECT_GT(times["defocus"].get<double>(), 0.5 * whole.seconds) << times;
+  std::filesystem::remove(report);
+  std::filesystem::remove(output_);
+  for (const double moment : {0.4, 0.5, 0.6}) {
+    RunOptions options;
+    options.signal = SIGINT;
+    options.signalAfterProcessorSeconds = moment * whole.processorSeconds;
+    const RunResult result = render(options);
+    EXPECT_EQ(result.exitCode, 130) << moment;
+    EXPECT_LT(result.processorSecondsAfterSignal, mostWork) << moment;
+    EXPECT_TRUE(isOneErrorLine(result.error)) << result.error;
+    EXPECT_EQ(folder_.entries(), (std::vector<std::string>{"in.exr"}));
+  }
 }
 
 }  // namespace
