@@ -1,3 +1,17 @@
+/// Runs gathered: a block of columns takes the splats of a run that reach it, one after the other,
+/// while its sums stay in registers.
+///
+///   for each block [b, b + n) of columns, n = blockColumns, each splat i that reaches it:
+///     K(c) = near_i * nearRow[c - x_i] + far_i * farRow[c - x_i]                    c in the block
+///     sums[p](c) += K(c) * values_i[p],   weight(c) += K(c)
+///
+///   x_i, near_i, far_i  column of the centre and shares of splat i; x_i ascends with i
+///   reaches             x_i + begin < b + n  and  x_i + end > b, for the run's [begin, end)
+///
+/// Splats whose inner part holds the whole cell of the block are left out: the edges have it.
+/// Columns beyond the kernel's read the zeros beside its rows. Products and sums are single
+/// precision; where the instruction set has it, multiplication and addition are fused.
+
 #include "engine/RowCode.h"
 #include "engine/RowPlanes.h"
 #include "engine/RowVector.h"

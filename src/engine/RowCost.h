@@ -1,6 +1,18 @@
 #pragma once
 
 /// What it takes to add splats row by row, for choosing between ways to do it.
+///
+///   time = rows * splat + rows * min(1, s / 256) * run + inner rows * edges
+///        + min(gathered, scattered)
+///
+///   gathered  = cells * gatherCell + min(rows * s / 16, cells) * gatherBlock
+///   scattered = cells * scatterCell + rows * scattered
+///
+///   rows, inner rows  that a splat reaches; of them those of which an inner part is left out
+///   cells             of 16 columns that are added column by column, on all rows
+///   s                 columns from one splat to the next
+///
+/// The other terms are those of dvRowTimes. Tests: RowCost_test.cpp
 
 #include <vector>
 

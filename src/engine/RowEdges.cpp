@@ -1,3 +1,15 @@
+/// The constant inner parts of a run's splats, by the cells at which they begin and end.
+///
+///   k_i = near_i * nearInner + far_i * farInner
+///   edges[p](b_i) += k_i * values_i[p],   edges[p](e_i) -= k_i * values_i[p]
+///   edges[weight](b_i) += k_i,            edges[weight](e_i) -= k_i
+///   edges[count](b_i) += 1,               edges[count](e_i) -= 1
+///
+///   [b_i, e_i)  whole cells within x_i + [innerBegin, innerEnd) and within the row; none: nothing
+///
+/// All in double. Summed up from the left the edges give what each cell has of inner parts; where
+/// the count is 0 that is nothing, however the differences round.
+
 #include "engine/RowCode.h"
 #include "engine/RowPlanes.h"
 #include "engine/RowVector.h"

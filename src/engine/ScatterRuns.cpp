@@ -1,3 +1,15 @@
+/// Runs scattered: a splat is added to all columns that it reaches before the next one's turn.
+///
+///   for each splat i, each column c in [x_i + begin, x_i + end) but whole cells of the inner part:
+///     K(c) = near_i * nearRow[c - x_i] + far_i * farRow[c - x_i]
+///     sums[p](c) += K(c) * values_i[p],   weight(c) += K(c)
+///
+///   x_i, near_i, far_i  column of the centre and shares of splat i
+///
+/// Whole vectors are added: what they hold beyond [begin, end) are the zeros beside the kernel
+/// rows. Products and sums are single precision; where the instruction set has it, multiplication
+/// and addition are fused.
+
 #include "engine/RowCode.h"
 #include "engine/RowPlanes.h"
 #include "engine/RowVector.h"

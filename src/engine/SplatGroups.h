@@ -2,6 +2,14 @@
 
 /// Channels that are splatted alike: with the same kernels, at the same places. They share one
 /// weight.
+///
+///   sum_z(x, y)    = sum over splats i of  share_i * K_z(x - x_i - s_z, y - y_i - s_z) * value_z,i
+///   weight_z(x, y) = sum over splats i of  share_i * K_z(x - x_i - s_z, y - y_i - s_z)
+///
+///   z         channel                  K_z  its kernel of the splat's size
+///   x_i, y_i  place of the splat       s_z  its chromatic shift, px
+///
+/// Where K_z and s_z are the same for several channels, so is weight_z: it is summed once.
 
 #include <memory>
 #include <vector>

@@ -177,10 +177,15 @@ TEST(TileSum, severalRadii_areSummed) {
 TEST(TileSum, lengthsInUse_areTheDirectConvolution) {
   for (const dvSimdLevel level : usableLevels()) {
     const SimdLevelInUse use(level);
+    EXPECT_LT(sceneError({128, 144, 3, {{8, 0.02}}}, 10), pixelTolerance);
     EXPECT_LT(sceneError({128, 160, 3, {{16, 0.02}}}, 3), pixelTolerance);
     EXPECT_LT(sceneError({128, 192, 3, {{32, 0.02}}}, 4), pixelTolerance);
+    EXPECT_LT(sceneError({128, 240, 3, {{56, 0.005}}}, 11), pixelTolerance);
     EXPECT_LT(sceneError({128, 256, 3, {{64, 0.005}}}, 5), pixelTolerance);
+    EXPECT_LT(sceneError({128, 288, 3, {{80, 0.003}}}, 12), pixelTolerance);
+    EXPECT_LT(sceneError({128, 320, 3, {{96, 0.002}}}, 13), pixelTolerance);
     EXPECT_LT(sceneError({128, 384, 3, {{128, 0.002}}}, 6), pixelTolerance);
+    EXPECT_LT(sceneError({128, 480, 3, {{176, 0.001}}}, 14), pixelTolerance);
   }
 }
 
