@@ -21,7 +21,7 @@ using std::chrono::steady_clock;
 
 constexpr int width = transformedWidth;
 constexpr int height = transformedHeight;
-constexpr int attempts = DREVIN_SANITIZED != 0 ? 10 : 15;
+constexpr int attempts = DREVIN_SANITIZED != 0 ? 6 : 15;
 
 /// Clears the abort at the end, whatever a test ends with.
 class AbortedRender : public testing::Test {
