@@ -28,8 +28,8 @@ FrameCase withColouredAperture(FrameCase picture) {
   return picture;
 }
 
-FrameCase withEffects(FrameCase picture) {
-  picture.settings.chromaticAberration = 0.2F;
+FrameCase withEffects(FrameCase picture, float chromaticAberration) {
+  picture.settings.chromaticAberration = chromaticAberration;
   picture.settings.bloom = 1.0F;
   picture.mattes = true;
   picture.settings.bloomMatteChannel = 1;

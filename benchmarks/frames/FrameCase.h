@@ -33,7 +33,8 @@ FrameCase deepCase(const std::string& scene, double blur, FrameSize size, int sa
 /// The same through an aperture image in colour: every channel has kernels of its own.
 FrameCase withColouredAperture(FrameCase picture);
 
-/// The same with chromatic aberration, bloom and all three mattes.
-FrameCase withEffects(FrameCase picture);
+/// The same with chromatic aberration of that amount, bloom and all three mattes. At 256 px of blur
+/// green is shifted by 1.3 px at an amount of 0.2, by 6.4 px at 1 and by 25 px at 4.
+FrameCase withEffects(FrameCase picture, float chromaticAberration = 0.2F);
 
 }  // namespace drevin::bench

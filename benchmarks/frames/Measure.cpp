@@ -1,5 +1,7 @@
 #include "frames/Measure.h"
 
+#include <time.h>
+
 #include <algorithm>
 #include <chrono>
 #include <cstddef>
@@ -7,10 +9,26 @@
 
 namespace drevin::bench {
 
+namespace {
+
+double threadSeconds() {
+  timespec time{};
+  clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
+  return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_nsec) * 1e-9;
+}
+
+}  // namespace
+
 double secondsOf(const std::function<void()>& work) {
   const auto begin = std::chrono::steady_clock::now();
   work();
   return std::chrono::duration<double>(std::chrono::steady_clock::now() - begin).count();
+}
+
+double threadSecondsOf(const std::function<void()>& work) {
+  const double begin = threadSeconds();
+  work();
+  return threadSeconds() - begin;
 }
 
 double median(std::vector<double> values) {

@@ -1,6 +1,6 @@
 #pragma once
 
-/// Clock and statistics of the frame table.
+/// Clocks and statistics of the frame table.
 
 #include <functional>
 #include <vector>
@@ -9,6 +9,10 @@ namespace drevin::bench {
 
 /// Wall-clock seconds that `work` takes.
 double secondsOf(const std::function<void()>& work);
+
+/// Processor seconds of this thread that `work` takes: what other programs do at the same time
+/// hardly counts.
+double threadSecondsOf(const std::function<void()>& work);
 
 /// The middle value; of an even number the mean of the two in the middle. Throws
 /// std::invalid_argument for none.

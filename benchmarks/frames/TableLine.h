@@ -17,6 +17,8 @@ struct TableLine {
   std::string aim;      ///< what it should
   /// Worst of the picture, in parts of the bound.
   std::optional<double> error;
+  /// What that may be; not printed.
+  double mostError = 1.0;
   /// Worst of the row-by-row forms; not printed.
   std::optional<double> rowsError;
 };

@@ -1,8 +1,6 @@
 #include "frames/Yardstick.h"
 
 #include <algorithm>
-#include <cmath>
-#include <limits>
 
 #include "support/Agreement.h"
 #include "support/LiteralEstimate.h"
@@ -102,14 +100,7 @@ double rowError(const std::vector<float>& row, const test::LiteralRow& literal) 
     for (const test::LiteralValue& expected : entry.second) {
       const float value = *rendered++;
       if (!test::isComparable(expected)) continue;
-      double error = 0.0;
-      if (!std::isfinite(value) || !std::isfinite(expected.value)) {
-        if (!test::agrees(value, expected.value)) error = std::numeric_limits<double>::infinity();
-      } else {
-        error = std::fabs(static_cast<double>(value) - expected.value) /
-                test::allowedDifference(expected.value);
-      }
-      worst = std::max(worst, error);
+      worst = std::max(worst, test::differenceInParts(value, expected.value));
     }
   }
   return worst;

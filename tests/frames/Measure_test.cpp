@@ -2,10 +2,27 @@
 
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <stdexcept>
+#include <thread>
 
 namespace drevin::bench {
 namespace {
+
+TEST(ThreadSeconds, ofSleep_areNone) {
+  const auto sleep = [] { std::this_thread::sleep_for(std::chrono::milliseconds(30)); };
+  EXPECT_LT(threadSecondsOf(sleep), 0.02);
+  EXPECT_GE(secondsOf(sleep), 0.03);
+}
+
+TEST(ThreadSeconds, ofWork_areCounted) {
+  volatile double sum = 0.0;
+  EXPECT_GT(threadSecondsOf([&] {
+              for (int i = 0; i < 1000000; ++i)
+                sum = sum + 1.0;
+            }),
+            1e-5);
+}
 
 TEST(Median, oddNumberOfValues_isTheMiddleOne) {
   EXPECT_DOUBLE_EQ(median({9.0, 1.0, 5.0}), 5.0);
