@@ -19,7 +19,7 @@ struct dvCutKernel {
 class dvCutKernels {
  public:
   /// Kernels that lack more rows are not worth a spectrum of their own.
-  static constexpr int greatestCut = 8;
+  static constexpr int greatestCut = 64;
 
   /// `greatestShift`: how many rows from its source row a splat may be centred.
   dvCutKernels(int largestRadius, int padding, int greatestShift)

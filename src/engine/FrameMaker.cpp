@@ -82,7 +82,7 @@ bool dvFrameMaker::transform(Group& group, std::size_t slice) {
   dvSliceTiles tiles(
       group.kernels, group.channels, group.rows, slice,
       {box_.left - padding_, box_.bottom - padding_, box_.right + padding_, box_.top + padding_});
-  tiles.choose(choice_, group.cost, parallel_);
+  tiles.choose(choice_, group.cost, box_, parallel_);
   if (!tiles.hasTransforms()) return false;
   const std::size_t count = group.channels + 1;
   Transformed& transformed = group.transformed;

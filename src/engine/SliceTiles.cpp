@@ -131,17 +131,20 @@ bool dvSliceTiles::forEachRun(const Tile& tile, const Visit& visit) const {
   return lights;
 }
 
-void dvSliceTiles::plan(Tile& tile, const dvRowCost& cost, dvTileChoice choice) const {
+void dvSliceTiles::plan(Tile& tile, const dvRowCost& cost, const dvFrameBox& wanted,
+                        dvTileChoice choice) const {
   dvTileCensus census(kernels_);
   const bool lights = forEachRun(tile, [&](const Run& run) {
     census.add(kernels_, run.row->splats->row.records[run.begin], run.row->shift(),
                static_cast<int>(run.end - run.begin));
   });
-  tile.plan = planTile(census, kernels_, dvTileSide, static_cast<int>(units_.size()), cost, choice);
+  tile.plan = planTile(census, kernels_, dvTileSide, static_cast<int>(units_.size()), cost, choice,
+                       {tile.left, tile.bottom, dvTileSide, wanted});
   tile.isWhole = tile.plan.largest >= 0 && !lights && census.isWholeBy(tile.plan);
 }
 
-void dvSliceTiles::choose(dvTileChoice choice, const dvRowCost& cost, dvParallel& parallel) {
+void dvSliceTiles::choose(dvTileChoice choice, const dvRowCost& cost, const dvFrameBox& wanted,
+                          dvParallel& parallel) {
   if (choice == dvTileChoice::Nothing) return;
   if (choice == dvTileChoice::ByCost && rows_.largestRadius(slice_) < dvLeastTransformed) return;
   parallel.forEach(static_cast<int>(tiles_.size()), [&](int /*worker*/, int item) {
@@ -149,7 +152,7 @@ void dvSliceTiles::choose(dvTileChoice choice, const dvRowCost& cost, dvParallel
     findParts(tile);
     if (tile.parts.empty()) return;
     findLights(tile);
-    plan(tile, cost, choice);
+    plan(tile, cost, wanted, choice);
   });
   findUnits();
   findOrder();

@@ -38,8 +38,9 @@ class dvSliceTiles {
   dvSliceTiles(const dvKernelTable& kernels, std::size_t channels, const dvGroupRows& rows,
                std::size_t slice, const dvFrameBox& sources);
 
-  /// Chooses every tile's kernels. `cost` is that of the group's kernels.
-  void choose(dvTileChoice choice, const dvRowCost& cost, dvParallel& parallel);
+  /// Chooses every tile's kernels for a picture of `wanted`. `cost` is that of the group's kernels.
+  void choose(dvTileChoice choice, const dvRowCost& cost, const dvFrameBox& wanted,
+              dvParallel& parallel);
   /// Whether any tile has kernels to transform.
   bool hasTransforms() const;
   /// The columns of each row of a box that transforms may add to.
@@ -102,7 +103,7 @@ class dvSliceTiles {
   template <typename Visit>
   bool forEachRun(const Tile& tile, const Visit& visit) const;
   void findLights(Tile& tile) const;
-  void plan(Tile& tile, const dvRowCost& cost, dvTileChoice choice) const;
+  void plan(Tile& tile, const dvRowCost& cost, const dvFrameBox& wanted, dvTileChoice choice) const;
   void findUnits();
   void findOrder();
   void collectImpulses(const Tile& tile, Impulses& impulses) const;

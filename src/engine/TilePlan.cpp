@@ -1,6 +1,7 @@
 #include "engine/TilePlan.h"
 
 #include <algorithm>
+#include <cstdint>
 
 #include "engine/CostModel.h"
 #include "engine/FourierPlan.h"
@@ -25,7 +26,26 @@ double gainOf(const std::vector<Candidate>& candidates, int side, int length, in
   return gain;
 }
 
+/// The mean share of [c - radius, c + radius] that lies in [begin, end), for centres c of the
+/// `side` places from `first` on.
+double meanShare(int first, int side, int radius, int begin, int end) {
+  constexpr int step = 8;
+  std::int64_t covered = 0;
+  int count = 0;
+  for (int centre = first + step / 2; centre < first + side; centre += step, ++count)
+    covered += std::max(0, std::min(end, centre + radius + 1) - std::max(begin, centre - radius));
+  const double all = static_cast<double>(count) * (2.0 * radius + 1.0);
+  return count == 0 ? 1.0 : static_cast<double>(covered) / all;
+}
+
 }  // namespace
+
+double dvWantedPart::share(int radius) const {
+  constexpr double leastColumns = 0.1;
+  if (isAll_) return 1.0;
+  return meanShare(bottom_, side_, radius, box_.bottom, box_.top) *
+         std::max(leastColumns, meanShare(left_, side_, radius, box_.left, box_.right));
+}
 
 dvTileCensus::dvTileCensus(const dvCutKernels& kernels)
     : uses_(static_cast<std::size_t>(kernels.count())),
@@ -77,14 +97,15 @@ double dvTileCensus::directTime(const dvCutKernels& kernels, int place, int side
 }
 
 dvTilePlan planTile(const dvTileCensus& census, const dvCutKernels& kernels, int side, int planes,
-                    const dvRowCost& cost, dvTileChoice choice) {
+                    const dvRowCost& cost, dvTileChoice choice, const dvWantedPart& wanted) {
   dvTilePlan plan;
   if (choice == dvTileChoice::Nothing) return plan;
   std::vector<Candidate> candidates;
   for (int place = 0; place < kernels.count(); ++place) {
     const int radius = kernels[place].radius;
     if (!census.has(place) || (radius == 0 && choice == dvTileChoice::ByCost)) continue;
-    candidates.push_back({place, radius, census.directTime(kernels, place, side, cost)});
+    const double directTime = census.directTime(kernels, place, side, cost);
+    candidates.push_back({place, radius, directTime * wanted.share(radius)});
   }
   const bool everything = choice == dvTileChoice::Everything;
   for (const Candidate& candidate : candidates) {

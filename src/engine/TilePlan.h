@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "engine/CutKernels.h"
+#include "engine/FrameBox.h"
 #include "engine/RowCost.h"
 #include "engine/SplatRecords.h"
 
@@ -48,6 +49,27 @@ class dvTileCensus {
   std::vector<int> splats_;  ///< by radius of the nearer size
 };
 
+/// How much of what the splats of a tile cover is wanted: rows are added for the box alone, while a
+/// transform makes all that its tile reaches.
+class dvWantedPart {
+ public:
+  dvWantedPart() = default;
+  /// Of a tile at (left, bottom) for a box.
+  dvWantedPart(int left, int bottom, int side, const dvFrameBox& box)
+      : left_(left), bottom_(bottom), side_(side), box_(box), isAll_(false) {}
+
+  /// The share of the rows and columns of kernels of a radius that lie in the box, on average over
+  /// the tile; 1 if nothing was said of a box. A splat beside the columns takes some time as well.
+  double share(int radius) const;
+
+ private:
+  int left_ = 0;
+  int bottom_ = 0;
+  int side_ = 0;
+  dvFrameBox box_;
+  bool isAll_ = true;
+};
+
 struct dvTilePlan {
   std::vector<std::uint8_t> transformed;  ///< by place among the kernels; empty: none
   int largest = -1;                       ///< largest radius of those; -1: none
@@ -66,9 +88,11 @@ struct dvTilePlan {
 ///
 ///   gain(N) = sum over kernels of max(0, direct time - fourierAddCost(N)) - fourierFinishCost(N)
 ///
-/// is largest, over kernels whose pictures fit into it; nothing if none gains. Radius 0 is not
+/// is largest, over kernels whose pictures fit into it, the direct time that of what is wanted;
+/// nothing if none gains. Radius 0 is not
 /// taken: what is in focus stays as sharp and as exact as it is.
 dvTilePlan planTile(const dvTileCensus& census, const dvCutKernels& kernels, int side, int planes,
-                    const dvRowCost& cost, dvTileChoice choice);
+                    const dvRowCost& cost, dvTileChoice choice,
+                    const dvWantedPart& wanted = dvWantedPart());
 
 }  // namespace drevin

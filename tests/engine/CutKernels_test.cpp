@@ -36,11 +36,12 @@ TEST(CutKernels, shiftBeyondTheReach_cutsRowsOfThatSide) {
 }
 
 TEST(CutKernels, wideCuts_areNotAmongThem) {
-  const dvCutKernels kernels(30, 30, 20);
-  EXPECT_GE(kernels.place(30, dvCutKernels::greatestCut), 0);
-  EXPECT_EQ(kernels.place(30, dvCutKernels::greatestCut + 1), -1);
-  EXPECT_EQ(kernels.place(30, -dvCutKernels::greatestCut - 1), -1);
-  EXPECT_GE(kernels.place(10, 20), 0);
+  constexpr int radius = 2 * dvCutKernels::greatestCut;
+  const dvCutKernels kernels(radius, radius, radius);
+  EXPECT_GE(kernels.place(radius, dvCutKernels::greatestCut), 0);
+  EXPECT_EQ(kernels.place(radius, dvCutKernels::greatestCut + 1), -1);
+  EXPECT_EQ(kernels.place(radius, -dvCutKernels::greatestCut - 1), -1);
+  EXPECT_GE(kernels.place(dvCutKernels::greatestCut, 2 * dvCutKernels::greatestCut), 0);
 }
 
 TEST(CutKernels, kernelHigherThanTheReach_isNotAmongThem) {

@@ -58,12 +58,13 @@ double largestDifferenceOfBorders(const LiteralScene& scene, dvTileChoice choice
 }
 
 TEST(FrameSeams, bordersOfTilesAnywhere_giveTheSamePicture) {
+  // Two frames of which each may be off, in either direction: what is transformed in one need not
+  // be in the other.
   for (const LiteralScene& scene : unshiftedScenes())
-    EXPECT_LT(largestDifferenceOfBorders(scene, dvTileChoice::ByCost), engineShare);
+    EXPECT_LT(largestDifferenceOfBorders(scene, dvTileChoice::ByCost), 2.0 * engineShare);
 }
 
 TEST(FrameSeams, bordersWhereEverythingIsTransformed_giveTheSamePicture) {
-  // Two frames of which each may be off, in either direction.
   for (const LiteralScene& scene : unshiftedScenes())
     EXPECT_LT(largestDifferenceOfBorders(scene, dvTileChoice::Everything), 2.0 * engineShare);
 }

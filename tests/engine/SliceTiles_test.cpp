@@ -102,9 +102,10 @@ Field uniformField() {
 }
 
 dvSliceTiles chosen(const Field& field, dvTileChoice choice) {
+  constexpr dvFrameBox everywhere{-10000, -10000, 10000, 10000};
   ThreadParallel parallel(2);
   dvSliceTiles tiles = field.tiles();
-  tiles.choose(choice, field.cost(), parallel);
+  tiles.choose(choice, field.cost(), everywhere, parallel);
   return tiles;
 }
 

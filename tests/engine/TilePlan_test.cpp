@@ -38,6 +38,11 @@ class Tile {
   dvTilePlan plan(dvTileChoice choice = dvTileChoice::ByCost) const {
     return planTile(census_, kernels_, side, planes, cost_, choice);
   }
+  /// For a picture of `box`, the tile's first pixel at 0, 0.
+  dvTilePlan planFor(const dvFrameBox& box) const {
+    return planTile(census_, kernels_, side, planes, cost_, dvTileChoice::ByCost,
+                    {0, 0, side, box});
+  }
   dvTilePlan planBy(const dvRowCost& cost) const {
     return planTile(census_, kernels_, side, planes, cost, dvTileChoice::ByCost);
   }
@@ -63,6 +68,31 @@ class Tile {
 
 bool takes(const Tile& tile, int radius) {
   return tile.plan().takes(tile.kernels().place(radius, 0));
+}
+
+TEST(TilePlan, boxAroundTheReach_isWantedWhole) {
+  EXPECT_EQ(dvWantedPart().share(64), 1.0);
+  const dvWantedPart around(0, 0, side, {-64, -64, side + 64, side + 64});
+  EXPECT_EQ(around.share(64), 1.0);
+  EXPECT_LT(around.share(70), 1.0);
+}
+
+TEST(TilePlan, oneRow_isWantedByItsShareOfKernels) {
+  EXPECT_NEAR(dvWantedPart(0, 0, side, {-500, 64, 500, 65}).share(64), 1.0 / 129.0, 1e-9);
+  // Half of the tile's rows are too far from it.
+  EXPECT_NEAR(dvWantedPart(0, 0, side, {-500, 64, 500, 65}).share(31), 0.5 / 63.0, 0.03 / 63.0);
+}
+
+TEST(TilePlan, boxOutOfReach_isWantedNotAtAll) {
+  EXPECT_EQ(dvWantedPart(0, 0, side, {0, 300, 100, 400}).share(64), 0.0);
+  EXPECT_GT(dvWantedPart(0, 0, side, {300, 0, 400, 100}).share(64), 0.0);
+}
+
+TEST(TilePlan, fewRows_areSplattedWhereAWholePictureIsTransformed) {
+  Tile tile;
+  tile.addAlone(40, side * side);
+  EXPECT_EQ(tile.planFor({-100, -100, 300, 300}).largest, 40);
+  EXPECT_EQ(tile.planFor({-100, 60, 300, 61}).largest, -1);
 }
 
 TEST(TilePlan, emptyTile_hasNone) {
