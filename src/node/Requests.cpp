@@ -30,11 +30,10 @@ void Drevin::deep_in_channels(ChannelSet& channels) const {
 }
 
 void Drevin::_request(int x, int y, int r, int t, ChannelMask channels, int count) {
+  settings_.processChannels =
+      settings_.bokehChannels.all() ? ChannelSet(channels) : settings_.bokehChannels;
   requestedBox_.merge(Box(x, y, r, t));
   requestedChannels_ += channels;
-  // All of several requests: the kernels are made once, for rows of any of them.
-  settings_.processChannels =
-      settings_.bokehChannels.all() ? requestedChannels_ : settings_.bokehChannels;
   const Box padded(x - padding_, y - padding_, r + padding_, t + padding_);
   if (Iop* image = input(dvInput::image)) {
     ChannelSet read(channels);
