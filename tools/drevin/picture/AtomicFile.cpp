@@ -46,6 +46,7 @@ std::string resolved(const std::string& path) {
   std::error_code error;
   for (int links = 0; fs::is_symlink(fs::symlink_status(place, error)); ++links) {
     if (links == kMostLinks) failAt(path, systemText(ELOOP));
+    if (StreamPlace::at(place.string())) break;
     if (isOfOpenFile(place)) failAt(path, "is open already, and no place for a file; name a file");
     const fs::path target = fs::read_symlink(place, error);
     if (error) failAt(path, "cannot follow the link: " + error.message());
@@ -55,6 +56,11 @@ std::string resolved(const std::string& path) {
 }
 
 void checkResolved(const std::string& path, const std::string& place) {
+  if (const std::optional<StreamPlace> stream = StreamPlace::at(place)) {
+    if (stream->fault() == EBADF) failAt(path, "is not open for writing");
+    if (stream->fault() != 0) failAt(path, systemText(stream->fault()));
+    return;
+  }
   std::error_code error;
   const fs::file_status status = fs::status(place, error);
   if (fs::is_directory(status)) failAt(path, "is a directory; name a file in it");
@@ -71,6 +77,13 @@ mode_t modeFor(const std::string& place) {
   constexpr mode_t kPermissions = 0777;
   constexpr mode_t kNew = 0666;
   return stat(place.c_str(), &status) == 0 ? status.st_mode & kPermissions : kNew;
+}
+
+// What temporary files are named for that are given to streams.
+std::string placeForStreams() {
+  std::error_code error;
+  const fs::path folder = fs::temp_directory_path(error);
+  return ((error ? fs::path("/tmp") : folder) / "drevin").string();
 }
 
 // Some file systems know no sync; that alone does not spoil a file.
@@ -96,10 +109,13 @@ void AtomicFile::checkPlace(const std::string& path) {
   checkResolved(path, resolved(path));
 }
 
-AtomicFile::AtomicFile(const std::string& path) : path_(path), place_(resolved(path)) {
+AtomicFile::AtomicFile(const std::string& path)
+    : path_(path), place_(resolved(path)), stream_(StreamPlace::at(place_)) {
+  constexpr mode_t kOwn = 0600;
   checkResolved(path_, place_);
-  removeAbandonedFiles(place_);
-  const TemporaryFile made = makeTemporaryFile(place_, modeFor(place_));
+  const std::string beside = stream_ ? placeForStreams() : place_;
+  removeAbandonedFiles(beside);
+  const TemporaryFile made = makeTemporaryFile(beside, stream_ ? kOwn : modeFor(place_));
   if (made.descriptor < 0) failAt(path_, systemText(errno));
   temporary_ = made.path;
   lock_ = made.descriptor;
@@ -159,11 +175,21 @@ void AtomicFile::finishWriting() {
   if (closed != 0) fail(errno);
 }
 
+void AtomicFile::giveToStream() {
+  const int error = stream_->take(lock_);
+  discard();
+  if (error != 0) fail(error);
+}
+
 void AtomicFile::commit(const FileCheck& check) {
   finishWriting();
   if (access(temporary_.c_str(), F_OK) != 0) failAt(path_, "was removed while it was written");
   const std::string fault = check ? check(temporary_) : std::string();
   if (!fault.empty()) failAt(path_, "was not written whole: " + fault);
+  if (stream_) {
+    giveToStream();
+    return;
+  }
   if (std::rename(temporary_.c_str(), place_.c_str()) != 0) fail(errno);
   temporary_.clear();
   if (folderSyncFailed(place_)) fail(errno);

@@ -5,7 +5,10 @@
 #include <cstdint>
 #include <cstdio>
 #include <functional>
+#include <optional>
 #include <string>
+
+#include "picture/StreamPlace.h"
 
 namespace drevintool {
 
@@ -13,13 +16,14 @@ namespace drevintool {
 using FileCheck = std::function<std::string(const std::string& file)>;
 
 /// Writes beside the wanted place and renames at the end; what stood there before stays until then.
-/// A symbolic link is followed, its target is replaced. Every failure throws ToolError
-/// (OutputNotWritten) with one line that names the wanted file and the reason. What a process that
-/// was killed left beside the place goes when the next one writes there.
+/// A symbolic link is followed, its target is replaced. Devices, pipes and what this process has
+/// open (see StreamPlace) are never replaced: they are given all bytes at the end. Every failure
+/// throws ToolError (OutputNotWritten) with one line that names the wanted file and the reason.
+/// What a process that was killed left beside the place goes when the next one writes there.
 class AtomicFile {
  public:
   /// Creates the file beside the place. Fails if the folder is missing or not writable, or if the
-  /// place holds something other than a regular file.
+  /// place holds something other than a regular file or a stream.
   explicit AtomicFile(const std::string& path);
   /// Removes what was not committed.
   ~AtomicFile();
@@ -40,11 +44,13 @@ class AtomicFile {
  private:
   [[noreturn]] void fail(int error);
   void finishWriting();
+  void giveToStream();
   void discard() noexcept;
 
-  std::string path_;       // as the user wrote it
-  std::string place_;      // with links resolved
-  std::string temporary_;  // beside it
+  std::string path_;   // as the user wrote it
+  std::string place_;  // with links resolved
+  std::optional<StreamPlace> stream_;
+  std::string temporary_;  // beside the place, or of a stream in the folder for such files
   std::FILE* file_ = nullptr;
   int lock_ = -1;  // keeps the temporary file locked when file_ is closed
   int firstError_ = 0;

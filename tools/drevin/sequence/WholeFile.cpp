@@ -29,7 +29,7 @@ bool isWholeExr(const std::string& path) {
 
 bool isWholePicture(const std::string& path) {
   std::error_code error;
-  if (!std::filesystem::exists(path, error)) return false;
+  if (!std::filesystem::is_regular_file(path, error)) return false;
   const bool png = !path.empty() && std::tolower(static_cast<unsigned char>(path.back())) == 'g';
   return png ? faultOfWrittenPng(path).empty() : isWholeExr(path);
 }
