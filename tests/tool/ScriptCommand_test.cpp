@@ -367,6 +367,19 @@ TEST_F(Script, clones_areRefusedWhereOnlyTheyWouldDo) {
   EXPECT_EQ(controlsFrom(node + clone, {"--node", "Two"}).exitCode, 2);
 }
 
+TEST_F(Script, nameWithAPlaceForTheFrame_isRefusedUnlessAFileHasIt) {
+  for (const char* name : {"s.####.nk", "s.%04d.nk", "%V/s.nk"}) {
+    const RunResult result = controls({"--script", folder_.file(name)});
+    EXPECT_EQ(result.exitCode, 2) << name;
+    EXPECT_TRUE(isOneErrorLine(result.error)) << result.error;
+    EXPECT_NE(result.error.find(std::string(name) + ": one script is for all frames"),
+              std::string::npos)
+        << result.error;
+  }
+  writeBytes(folder_.file("s.####.nk"), "Drevin {\n multiplier 3\n}\n");
+  EXPECT_EQ(valuesOf(controls({"--script", folder_.file("s.####.nk")}))["multiplier"], 3.0);
+}
+
 TEST_F(Script, folder_isNoScript) {
   const RunResult result = controls({"--script", folder_.path()});
   EXPECT_EQ(result.exitCode, 3);

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <filesystem>
 #include <iterator>
 #include <map>
 #include <system_error>
@@ -12,6 +13,7 @@
 
 #include "controls/PluginSearch.h"
 #include "picture/FileBytes.h"
+#include "sequence/FramePattern.h"
 #include "terminal/ExitCode.h"
 #include "terminal/NameList.h"
 #include "terminal/NearestName.h"
@@ -52,8 +54,21 @@ std::string standardInput() {
   return text;
 }
 
+// Its curves have the values of all frames; a file may have such a name all the same.
+void refuseFramePlace(const std::string& file) {
+  const FramePattern pattern(file);
+  std::error_code error;
+  if (!pattern.hasFrame() && !pattern.hasView()) return;
+  if (std::filesystem::exists(file, error)) return;
+  fail(file,
+       "one script is for all frames and views, and its name has no place for them; name one file, "
+       "whose curves have the values of each frame",
+       ExitCode::Usage);
+}
+
 std::string textOf(const std::string& file) {
   if (file == "-") return standardInput();
+  refuseFramePlace(file);
   FileBytes bytes(file, "script");
   if (bytes.size() > kMostScriptBytes) fail(file, "is larger than 64 MiB");
   return bytes.take(bytes.size());
