@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <filesystem>
+
 #include "CommandRun.h"
 #include "DeepExrFixture.h"
 #include "ExrFixture.h"
@@ -42,6 +44,15 @@ TEST_F(DidYouMean, subcommandsAndOptions) {
   expectHint({"--repotr", "r.json"}, "--report");
   expectHintOf({"controls", "--jsno"}, "--json");
   expectHintOf({"render", "--input", input_, "--out", folder_.file("o.exr")}, "--output");
+}
+
+TEST_F(DidYouMean, folderOfTheOutput) {
+  std::filesystem::create_directory(folder_.file("renders"));
+  const RunResult result = runCommand(renderArguments(input_, folder_.file("rendres/o.exr")));
+  EXPECT_EQ(result.exitCode, 4);
+  EXPECT_TRUE(isOneErrorLine(result.error)) << result.error;
+  EXPECT_NE(result.error.find("did you mean " + folder_.file("renders") + "?"), std::string::npos)
+      << result.error;
 }
 
 TEST_F(DidYouMean, controlsAndChoices) {

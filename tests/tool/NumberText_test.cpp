@@ -10,12 +10,18 @@ TEST(ParseNumber, decimalForms_areTaken) {
   EXPECT_EQ(parseNumber("-3"), -3.0);
   EXPECT_EQ(parseNumber("1e3"), 1000.0);
   EXPECT_EQ(parseNumber(".5"), 0.5);
+  EXPECT_EQ(parseNumber("+5"), 5.0);
 }
 
 TEST(ParseNumber, notWhollyANumber_isNothing) {
   for (const char* text : {"", " 1", "1 ", "1x", "x", "0x10", "--1", "1,2", "1e"}) {
     EXPECT_FALSE(parseNumber(text)) << text;
   }
+}
+
+TEST(ParseNumber, signsAlone_areNothing) {
+  for (const char* text : {"+", "-", "+-5", "-+5", "++5", "+ 5"})
+    EXPECT_FALSE(parseNumber(text)) << text;
 }
 
 TEST(ParseNumber, notFiniteOrTooLarge_isNothing) {

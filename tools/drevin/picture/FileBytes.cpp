@@ -26,7 +26,7 @@ FileBytes::FileBytes(const std::string& path, const std::string& kind)
   struct stat status {};
   if (stat(path.c_str(), &status) != 0) fail(systemText() + nearestFileHint(path));
   if (S_ISDIR(status.st_mode)) fail("is a directory, not a " + kind);
-  if (!S_ISREG(status.st_mode)) fail("is not a regular file");
+  if (!S_ISREG(status.st_mode)) fail("is not a regular file; save the " + kind + " as one");
   size_ = static_cast<std::uint64_t>(status.st_size);
   file_.reset(std::fopen(path.c_str(), "rbe"));
   if (!file_) fail(systemText());

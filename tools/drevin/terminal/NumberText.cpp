@@ -15,8 +15,10 @@ constexpr double kMostFloat = static_cast<double>(std::numeric_limits<float>::ma
 template <typename Value>
 std::optional<Value> parseWhole(const std::string& text) {
   Value value{};
+  const bool plus = text.size() > 1 && text[0] == '+' && text[1] != '-';
+  const char* begin = text.data() + (plus ? 1 : 0);
   const char* end = text.data() + text.size();
-  const std::from_chars_result result = std::from_chars(text.data(), end, value);
+  const std::from_chars_result result = std::from_chars(begin, end, value);
   if (result.ec != std::errc() || result.ptr != end) return std::nullopt;
   return value;
 }
