@@ -207,6 +207,79 @@ TEST_F(InspectCommand, deepSamples_areCountedByWhatIsOddAboutThem) {
   EXPECT_EQ(deep["far"], 9.0);
 }
 
+TEST_F(InspectCommand, deepChannels_haveTheirNamesAndTypesInTheFile) {
+  DeepPartFixture part = opaqueDeepPart(4, 1, 2.0);
+  part.channels.front().type = Imf::HALF;
+  const std::string first = part.channels.front().name;
+  const ordered_json channels = inspectDeep(part)["channels"];
+  const auto named = [&](const char* key, const std::string& name) {
+    const auto found =
+        std::find_if(channels.begin(), channels.end(),
+                     [&](const ordered_json& channel) { return channel[key] == name; });
+    return found == channels.end() ? ordered_json() : *found;
+  };
+  EXPECT_EQ(named("name", first)["type"], "half") << channels;
+  EXPECT_EQ(named("name", "Z")["type"], "float") << channels;
+  EXPECT_EQ(named("name", "Z")["hostName"], "deep.front") << channels;
+  // The file has no back; the host is given one.
+  EXPECT_TRUE(named("hostName", "deep.back")["name"].is_null()) << channels;
+  EXPECT_TRUE(named("hostName", "deep.back")["type"].is_null()) << channels;
+  const RunResult text = inspect({file_});
+  EXPECT_NE(text.out.find("    deep.back            none   2 (made: the file has none)\n"),
+            std::string::npos)
+      << text.out;
+  EXPECT_NE(text.out.find("    Z                    float  2\n"), std::string::npos) << text.out;
+}
+
+TEST_F(InspectCommand, deepValuesThatAreNotFinite_areCountedByChannel) {
+  DeepPartFixture part = opaqueDeepPart(3, 1, 2.0);
+  part.samples = [](int x, int) {
+    const double odd = x == 0 ? kNan : x == 1 ? kInfinity : 0.5;
+    return DeepPixelFixture{{1.0, 0.25, odd, 0.75, 2.0}};
+  };
+  const ordered_json channels = inspectDeep(part)["channels"];
+  std::uint64_t nan = 0;
+  std::uint64_t infinite = 0;
+  for (const ordered_json& channel : channels) {
+    nan += channel["nan"].get<std::uint64_t>();
+    infinite += channel["infinite"].get<std::uint64_t>();
+    EXPECT_EQ(channel["nan"], channel["infinite"]) << channel;
+  }
+  EXPECT_EQ(nan, 1U) << channels;
+  EXPECT_EQ(infinite, 1U) << channels;
+  const RunResult text = inspect({file_});
+  EXPECT_NE(text.out.find("0.5, 1 NaN, 1 infinite\n"), std::string::npos) << text.out;
+}
+
+TEST_F(InspectCommand, deepDepths_areDistancesInAUnitOfTheirNearestSamples) {
+  DeepPartFixture part = opaqueDeepPart(4, 1, 0.0);
+  // Behind the first samples lies what is far too far away for metres.
+  part.samples = [](int x, int) {
+    const double near = 2.0 + x;
+    if (x == 3) return DeepPixelFixture{};
+    return DeepPixelFixture{{1.0, 0.25, 0.5, 0.75, near}, {1.0, 0.25, 0.5, 0.75, 900.0}};
+  };
+  const ordered_json deep = inspectDeep(part);
+  EXPECT_EQ(deep["style"]["guess"], "Real");
+  EXPECT_EQ(deep["medianNearest"], 3.0);
+  EXPECT_EQ(deep["unit"]["guess"], "m");
+  const RunResult text = inspect({file_});
+  EXPECT_NE(text.out.find("\n    style       Real (depths of deep samples are distances always)\n"),
+            std::string::npos)
+      << text.out;
+  EXPECT_NE(text.out.find("\n    unit        m (a guess: "), std::string::npos) << text.out;
+  EXPECT_NE(text.out.find("2 to 900, median 3 of the nearest samples"), std::string::npos)
+      << text.out;
+}
+
+TEST_F(InspectCommand, deepPictureWithoutSamples_hasNoUnit) {
+  DeepPartFixture part = opaqueDeepPart(3, 2, 2.0);
+  part.samples = [](int, int) { return DeepPixelFixture{}; };
+  const ordered_json deep = inspectDeep(part);
+  EXPECT_TRUE(deep["unit"].is_null());
+  EXPECT_TRUE(deep["medianNearest"].is_null());
+}
+
 TEST_F(InspectCommand, fileThatCannotBeRead_leavesTheOthersTold) {
   writeExrFixture(file_, rgbazPart(8, 4, 5.0));
   const std::string bad = folder_.file("bad.exr");
@@ -677,6 +750,21 @@ TEST(RealInspection, cameraOfTheHeader_isTold) {
   EXPECT_EQ(camera["focalLength"]["value"], 35.0);
   EXPECT_EQ(camera["focalPlane"]["value"], 200.0);
   EXPECT_EQ(camera["focalPlane"]["from"], "cameraTargetDistance");
+}
+
+// Too little for a camera is not nothing.
+TEST(RealInspection, fieldOfViewAlone_isToldWithWhatItLacks) {
+  SKIP_WITHOUT_PICTURES();
+  const std::string path = pictureFolder() + "/deep/fire_and_spikes.volume.exr";
+  const ordered_json file = inspectJson({path}).at(0);
+  EXPECT_EQ(file["camera"]["fieldOfView"]["value"], 50.0);
+  EXPECT_EQ(file["camera"]["fieldOfView"]["from"], "CameraFov");
+  EXPECT_EQ(file["cameraLacks"], (ordered_json{"fStop", "focalPlane", "horizontalAperture"}));
+  const RunResult text = inspect({path});
+  EXPECT_NE(text.out.find("fieldOfView 50 degrees (CameraFov); --camera header also needs fStop, "
+                          "focalPlane, horizontalAperture\n"),
+            std::string::npos)
+      << text.out;
 }
 
 TEST(RealInspection, damagedFiles_areOneLineEach) {

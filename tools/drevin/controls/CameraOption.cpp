@@ -146,24 +146,35 @@ FoundCamera CameraOption::at(std::optional<double> frame, const Node& node,
   return camera;
 }
 
-void CameraOption::checkEnough(const std::map<std::string, CameraFinding>& findings,
-                               const Picture& picture) const {
-  const std::optional<CameraFinding> view =
-      picture.attributes ? findFieldOfView(picture.attributes->header) : std::nullopt;
-  std::string missing;
-  std::string remedy;
+std::optional<CameraFinding> fieldOfViewOf(const Picture& picture) {
+  return picture.attributes ? findFieldOfView(picture.attributes->header) : std::nullopt;
+}
+
+std::vector<std::string> missingCameraKeys(const std::map<std::string, CameraFinding>& findings,
+                                           const Picture& picture) {
+  const bool ofView = fieldOfViewOf(picture) && findings.count("horizontalAperture") == 0;
+  std::vector<std::string> missing;
   for (const CameraKey& key : cameraKeys()) {
     const std::string name = key.name;
     // The width makes them, with the picture's shape and with the field of view.
-    const bool ofView = view && findings.count("horizontalAperture") == 0;
     const bool follows = name == "verticalAperture" || (name == "focalLength" && ofView);
-    if (findings.count(name) != 0 || follows) continue;
-    missing += (missing.empty() ? "" : ", ") + std::string(key.name);
-    remedy += std::string(",") + key.name + "=...";
+    if (findings.count(name) == 0 && !follows) missing.push_back(name);
+  }
+  return missing;
+}
+
+void CameraOption::checkEnough(const std::map<std::string, CameraFinding>& findings,
+                               const Picture& picture) const {
+  std::string missing;
+  std::string remedy;
+  for (const std::string& name : missingCameraKeys(findings, picture)) {
+    missing += (missing.empty() ? "" : ", ") + name;
+    remedy += "," + name + "=...";
   }
   if (missing.empty()) return;
   std::string found = listOf(findings);
-  if (view) found += (found.empty() ? "" : ", ") + view->from;
+  const std::optional<CameraFinding> view = fieldOfViewOf(picture);
+  if (view) found += (found.empty() ? "" : ", ") + fieldOfViewText(*view);
   throw ToolError(ExitCode::InputUnreadable,
                   oneLine(picture.path + ": its header lacks the camera's " + missing +
                           "; it has " + (found.empty() ? "nothing of a camera" : found) +

@@ -5,6 +5,7 @@
 #include <map>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "EmbeddedHost/CameraInput.h"
 #include "EmbeddedHost/Node.h"
@@ -74,6 +75,14 @@ std::string cameraLine(const std::map<std::string, CameraFinding>& findings);
 /// node's controls worldScale and worldScaleMultiplier turn metres into scene units. Without a node
 /// they are taken as they are made.
 std::map<std::string, CameraFinding> cameraOfHeader(const Node* node, const Picture& picture);
+
+/// The horizontal field of view of the picture's header, see findFieldOfView.
+std::optional<CameraFinding> fieldOfViewOf(const Picture& picture);
+
+/// The keys whose values `--camera header` needs, and that neither were found nor follow from what
+/// was; in the order of cameraKeys.
+std::vector<std::string> missingCameraKeys(const std::map<std::string, CameraFinding>& findings,
+                                           const Picture& picture);
 
 /// Gives the node's own lens controls the values, with a film format of the artist's own.
 void setLensControls(Node& node, const embedded::CameraValues& values);

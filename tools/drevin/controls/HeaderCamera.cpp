@@ -197,10 +197,14 @@ std::optional<CameraFinding> findFieldOfView(const Imf::Header& header) {
     if (!isFieldOfView(it.name())) continue;
     const std::optional<double> degrees = numberOf(it.attribute());
     if (degrees && *degrees > 0.0 && *degrees < kStraight) {
-      return CameraFinding{*degrees, it.name() + (" " + numberText(*degrees)) + " degrees"};
+      return CameraFinding{*degrees, it.name()};
     }
   }
   return std::nullopt;
+}
+
+std::string fieldOfViewText(const CameraFinding& view) {
+  return view.from + " " + numberText(view.value) + " degrees";
 }
 
 void addFocalLength(const Imf::Header& header, Findings& findings) {
@@ -211,7 +215,8 @@ void addFocalLength(const Imf::Header& header, Findings& findings) {
   const double slope = std::tan(view->value * kRadians / 2.0);
   // With no more digits than the header's floats.
   const auto millimetres = static_cast<float>(width->second.value / (2.0 * slope));
-  add(findings, "focalLength", tidyNumber(static_cast<double>(millimetres)), view->from);
+  add(findings, "focalLength", tidyNumber(static_cast<double>(millimetres)),
+      fieldOfViewText(*view));
 }
 
 Findings findHeaderCamera(const Imf::Header& header, const PictureSize& size,

@@ -43,6 +43,9 @@ std::map<std::string, CameraFinding> findHeaderCamera(const Imf::Header& header,
 /// `horizontalFov` and their like), or nothing.
 std::optional<CameraFinding> findFieldOfView(const Imf::Header& header);
 
+/// "fov 50 degrees".
+std::string fieldOfViewText(const CameraFinding& view);
+
 /// Gives a camera that has a film back's width w and no focal length that of the header's field of
 /// view a: w / (2 tan(a / 2)).
 void addFocalLength(const Imf::Header& header, std::map<std::string, CameraFinding>& findings);

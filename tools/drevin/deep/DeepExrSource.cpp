@@ -120,6 +120,18 @@ void DeepExrSource::append(DD::Image::Hash& hash) const {
   hash.append(static_cast<DD::Image::U64>(part_));
 }
 
+const ExrChannelFacts* DeepExrSource::storedChannel(Channel channel) const {
+  const auto& stored = channels_.stored;
+  const auto found = std::find_if(stored.begin(), stored.end(), [&](const DeepChannel& known) {
+    return known.number == channel;
+  });
+  if (found == stored.end()) return nullptr;
+  const auto facts =
+      std::find_if(facts_.channels.begin(), facts_.channels.end(),
+                   [&](const ExrChannelFacts& known) { return known.name == found->fileName; });
+  return facts == facts_.channels.end() ? nullptr : &*facts;
+}
+
 DeepSampleCounts DeepExrSource::counts() const {
   const std::lock_guard<std::mutex> lock(mutex_);
   return counts_;

@@ -42,6 +42,8 @@ class DeepExrSource : public embedded::DeepSource {
   const DisplayWindow& display() const { return display_; }
   std::shared_ptr<const HeaderAttributes> attributes() const { return attributes_; }
   bool hasAlpha() const { return channels_.hasAlpha; }
+  /// The channel of the file that this one is read from, or null if it is made.
+  const ExrChannelFacts* storedChannel(DD::Image::Channel channel) const;
   /// Of the bands that were read so far, each counted once.
   DeepSampleCounts counts() const;
   /// How often a band was read; more often than there are bands where they did not stay in memory.

@@ -1,6 +1,8 @@
 #include "inspect/DeepInspection.h"
 
 #include <algorithm>
+#include <cmath>
+#include <limits>
 #include <map>
 #include <nlohmann/json.hpp>
 #include <vector>
@@ -8,7 +10,9 @@
 #include "DDImage/ChannelMap.h"
 #include "deep/DeepReading.h"
 #include "deep/SamplePlace.h"
+#include "inspect/DepthInspection.h"
 #include "inspect/ValueRange.h"
+#include "picture/SampleTypeName.h"
 #include "terminal/Signals.h"
 
 namespace drevintool {
@@ -27,8 +31,9 @@ constexpr float kThinSample = 1e-6F;
 
 class DeepFigures {
  public:
-  explicit DeepFigures(const ChannelMap& channels)
+  DeepFigures(const ChannelMap& channels, const DeepExrSource& deep)
       : channels_(channels),
+        deep_(deep),
         front_(placeOf(channels, Chan_DeepFront)),
         back_(placeOf(channels, Chan_DeepBack)),
         alpha_(placeOf(channels, Chan_Alpha)),
@@ -42,7 +47,8 @@ class DeepFigures {
     }
   }
 
-  Json json(const DeepSampleCounts& counts) const {
+  Json json() const {
+    const DeepSampleCounts counts = deep_.counts();
     Json json;
     json["samples"] = {{"all", counts.samples},
                        {"mostPerPixel", counts.mostPerPixel},
@@ -58,19 +64,28 @@ class DeepFigures {
     json["unsortedPixels"] = counts.unsorted;
     json["alphaAboveOne"] = alphaAboveOne_;
     json["notFinite"] = counts.notFinite;
-    const ValueRange& depths = ranges_[front_];
-    json["near"] = depths.anyFinite() ? depthJson(static_cast<float>(depths.least)) : Json();
-    json["far"] = depths.anyFinite() ? depthJson(static_cast<float>(depths.most)) : Json();
-    json["farthestBacks"] = rangeJson(ends_);
+    addDistances(json);
     json["channels"] = channelsJson();
     return json;
   }
 
  private:
+  void addDistances(Json& json) const {
+    const ValueRange& depths = ranges_[front_];
+    const float median = medianNearest();
+    json["style"] = {{"guess", "Real"}, {"why", "depths of deep samples are distances always"}};
+    json["unit"] = unitJson(median);
+    json["medianNearest"] = nearest_.empty() ? Json() : depthJson(median);
+    json["near"] = depths.anyFinite() ? depthJson(static_cast<float>(depths.least)) : Json();
+    json["far"] = depths.anyFinite() ? depthJson(static_cast<float>(depths.most)) : Json();
+    json["farthestBacks"] = rangeJson(ends_);
+  }
+
   // Samples lie nearest first.
   void addPixel(const float* sample, std::uint32_t count) {
     ++pixels_;
     ++perPixel_[count];
+    if (count > 0 && std::isfinite(sample[front_])) nearest_.push_back(sample[front_]);
     bool overlap = false;
     float reached = 0.0F;
     std::uint64_t chain = 0;  // pieces that the sample before it comes to
@@ -85,6 +100,15 @@ class DeepFigures {
     }
     if (overlap) ++overlapping_;
     if (count > 0) ends_.add(static_cast<double>(reached));
+  }
+
+  // Of the pixels that have samples: what is seen first. NaN if there is none.
+  float medianNearest() const {
+    if (nearest_.empty()) return std::numeric_limits<float>::quiet_NaN();
+    std::vector<float> depths = nearest_;
+    const auto middle = depths.begin() + static_cast<std::ptrdiff_t>((depths.size() - 1) / 2);
+    std::nth_element(depths.begin(), middle, depths.end());
+    return *middle;
   }
 
   // A thick sample is cut at the one before it, and comes with all pieces of that.
@@ -107,7 +131,10 @@ class DeepFigures {
     Json json = Json::array();
     std::size_t place = 0;
     for (const Channel channel : static_cast<const ChannelSet&>(channels_)) {
-      Json entry = {{"hostName", DD::Image::getName(channel)}};
+      const ExrChannelFacts* stored = deep_.storedChannel(channel);
+      Json entry = {{"name", stored == nullptr ? Json() : Json(stored->name)},
+                    {"hostName", DD::Image::getName(channel)},
+                    {"type", stored == nullptr ? Json() : Json(sampleTypeName(stored->type))}};
       entry.update(rangeJson(ranges_[place++]));
       json.push_back(entry);
     }
@@ -115,11 +142,13 @@ class DeepFigures {
   }
 
   const ChannelMap& channels_;
+  const DeepExrSource& deep_;
   std::size_t front_;
   std::size_t back_;
   std::size_t alpha_;
   std::vector<ValueRange> ranges_;
   ValueRange ends_;                                  // the farthest backs of the pixels
+  std::vector<float> nearest_;                       // the first finite fronts of the pixels
   std::map<std::uint32_t, std::uint64_t> perPixel_;  // pixels by their number of samples
   std::uint64_t pixels_ = 0;
   std::uint64_t overlapping_ = 0;
@@ -131,7 +160,7 @@ class DeepFigures {
 
 Json inspectDeep(DeepExrSource& deep) {
   const ChannelMap channels(deep.channels());
-  DeepFigures figures(channels);
+  DeepFigures figures(channels, deep);
   const DD::Image::Box& box = deep.box();
   embedded::DeepRow row;
   readingDeep([&] {
@@ -143,7 +172,7 @@ Json inspectDeep(DeepExrSource& deep) {
   });
   Json json;
   json["part"] = deep.partName().empty() ? Json() : Json(deep.partName());
-  json.update(figures.json(deep.counts()));
+  json.update(figures.json());
   return json;
 }
 

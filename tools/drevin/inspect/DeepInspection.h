@@ -14,8 +14,10 @@ namespace drevintool {
 /// inside a sample), the "pieces" into which the node cuts the samples, nearest first, before it
 /// blurs them (thick ones come to many, for each is cut at all that are nearer), pixels that are
 /// "unsorted" in the file, samples with "alphaAboveOne" and with values that are "notFinite", the
-/// least and the largest front as "near" and "far", the range of the farthest backs of the pixels,
-/// and the range of each channel. Throws ToolError (InputUnreadable) with one line that names the
+/// least and the largest front as "near" and "far", the "medianNearest" of the nearest fronts of
+/// the pixels with the "unit" that is guessed from it, the "style", the range of the farthest backs
+/// of the pixels, and the channels with the type in the file (null if they are made) and range of
+/// each. Throws ToolError (InputUnreadable) with one line that names the
 /// file.
 nlohmann::ordered_json inspectDeep(DeepExrSource& deep);
 

@@ -50,14 +50,16 @@ void addDistances(std::vector<float> distances, Json& json) {
   const auto middle = distances.begin() + static_cast<std::ptrdiff_t>((distances.size() - 1) / 2);
   std::nth_element(distances.begin(), middle, distances.end());
   json["median"] = depthJson(*middle);
-  const std::string unit = guessUnit(*middle);
-  if (!unit.empty()) {
-    json["unit"] = {{"guess", unit},
-                    {"why", "most things that one photographs are 0.3 to 30 m away"}};
-  }
+  json["unit"] = unitJson(*middle);
 }
 
 }  // namespace
+
+Json unitJson(float median) {
+  const std::string unit = guessUnit(median);
+  if (unit.empty()) return nullptr;
+  return {{"guess", unit}, {"why", "most things that one photographs are 0.3 to 30 m away"}};
+}
 
 Json inspectDepth(const Picture& picture, const PictureChannel& channel, DepthStyle control) {
   const DepthPlane depth = depthPlane(picture, channel, windowOf(picture, channel));

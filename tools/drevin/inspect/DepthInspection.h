@@ -9,6 +9,9 @@
 
 namespace drevintool {
 
+/// The guessed unit of a scene whose median distance is this one: {"guess", "why"}, or null.
+nlohmann::ordered_json unitJson(float median);
+
 /// Of a depth channel, over the pixels that its part has: the guessed "style" and "unit", each with
 /// its reason, the style also with that of the render's "control"; the "background" that a render
 /// in the control's style takes (its value, pixels and reason, and the "others" that have codes),

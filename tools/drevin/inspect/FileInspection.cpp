@@ -1,6 +1,7 @@
 #include "inspect/FileInspection.h"
 
 #include <algorithm>
+#include <map>
 #include <memory>
 #include <nlohmann/json.hpp>
 #include <optional>
@@ -21,6 +22,7 @@
 #include "picture/ExrCompression.h"
 #include "picture/ExrHeaderScan.h"
 #include "picture/ExrReader.h"
+#include "picture/SampleTypeName.h"
 #include "terminal/Signals.h"
 
 namespace drevintool {
@@ -37,10 +39,6 @@ Json windowJson(const ExrWindow& window) {
   return Json::array({window.minX, window.minY, window.maxX, window.maxY});
 }
 
-const char* typeName(int type) {
-  return type == 0 ? "uint" : type == 1 ? "half" : "float";
-}
-
 Json partJson(const ExrPartFacts& part) {
   Json json;
   json["name"] = textOrNull(part.name);
@@ -51,7 +49,7 @@ Json partJson(const ExrPartFacts& part) {
   json["displayWindow"] = windowJson(part.displayWindow);
   json["channels"] = Json::array();
   for (const ExrChannelFacts& channel : part.channels)
-    json["channels"].push_back({{"name", channel.name}, {"type", typeName(channel.type)}});
+    json["channels"].push_back({{"name", channel.name}, {"type", sampleTypeName(channel.type)}});
   return json;
 }
 
@@ -116,19 +114,25 @@ Json depthOf(const Picture& picture, const std::vector<std::string>& views, cons
   return json;
 }
 
-Json cameraJson(const Node* node, const Picture& picture) {
-  Json json;
-  for (const auto& [name, finding] : cameraOfHeader(node, picture)) {
-    json[name] = {
-        {"value", finding.value}, {"unit", findCameraKey(name)->unit}, {"from", finding.from}};
-  }
-  return json;
+Json findingJson(const CameraFinding& finding, const std::string& unit) {
+  return {{"value", finding.value}, {"unit", unit}, {"from", finding.from}};
+}
+
+void addCamera(const Node* node, const Picture& picture, Json& json) {
+  const std::map<std::string, CameraFinding> findings = cameraOfHeader(node, picture);
+  Json camera;
+  for (const auto& [name, finding] : findings)
+    camera[name] = findingJson(finding, findCameraKey(name)->unit);
+  const std::optional<CameraFinding> view = fieldOfViewOf(picture);
+  if (view) camera["fieldOfView"] = findingJson(*view, "degrees");
+  json["camera"] = camera;
+  json["cameraLacks"] = missingCameraKeys(findings, picture);
 }
 
 void addFormat(const Picture& picture, const Node* node, Json& json) {
   json["format"] = {
       {"width", picture.width}, {"height", picture.height}, {"pixelAspect", picture.pixelAspect}};
-  json["camera"] = cameraJson(node, picture);
+  addCamera(node, picture, json);
 }
 
 Json predictionJson(const PredictedBlur& blur, int largestKernel) {
@@ -230,7 +234,7 @@ Json inspectFile(const std::string& path, const AskedRender* asked, bool predict
   json["parts"] = Json::array();
   for (const ExrPartFacts& part : facts.parts)
     json["parts"].push_back(partJson(part));
-  for (const char* name : {"camera", "layers", "depth", "deep", "prediction"})
+  for (const char* name : {"camera", "cameraLacks", "layers", "depth", "deep", "prediction"})
     json[name] = nullptr;
   const auto deep = [](const ExrPartFacts& part) { return part.deep; };
   if (!std::all_of(facts.parts.begin(), facts.parts.end(), deep)) {

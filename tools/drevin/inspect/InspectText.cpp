@@ -70,27 +70,37 @@ std::string columnText(const Json& name) {
   return columnName(text(name), kWidest);
 }
 
+// By the file's own name where it has one.
+std::string channelName(const Json& channel) {
+  return columnText(channel[channel["name"].is_null() ? "hostName" : "name"]);
+}
+
 // Characters of the widest name, so that what is behind it stands in one column.
-std::size_t columnWidth(const Json& channels, const char* key) {
+std::size_t columnWidth(const Json& channels) {
   std::size_t width = 20;
   for (const Json& channel : channels)
-    width = std::max(width, characters(columnText(channel[key])));
+    width = std::max(width, characters(channelName(channel)));
   return width;
 }
 
-std::string layerLines(const Json& layer, std::size_t width) {
-  std::string lines = line("layer", shortText(layer["layer"]));
-  for (const Json& channel : layer["channels"]) {
-    lines += fmt::format("    {:<{}} {:<6} {}\n", columnText(channel["name"]), width,
-                         text(channel["type"]), rangeText(channel));
+std::string channelLines(const Json& channels, std::size_t width) {
+  std::string lines;
+  for (const Json& channel : channels) {
+    lines += fmt::format("    {:<{}} {:<6} {}{}\n", channelName(channel), width,
+                         text(channel["type"]), rangeText(channel),
+                         channel["name"].is_null() ? " (made: the file has none)" : "");
   }
   return lines;
+}
+
+std::string layerLines(const Json& layer, std::size_t width) {
+  return line("layer", shortText(layer["layer"])) + channelLines(layer["channels"], width);
 }
 
 std::string layersLines(const Json& layers) {
   std::size_t width = 0;
   for (const Json& layer : layers)
-    width = std::max(width, columnWidth(layer["channels"], "name"));
+    width = std::max(width, columnWidth(layer["channels"]));
   std::string lines;
   for (const Json& layer : layers)
     lines += layerLines(layer, width);
@@ -156,7 +166,11 @@ std::string deepLines(const Json& deep) {
                                text(samples["all"]), text(samples["medianPerPixel"]),
                                text(samples["mostPerPixel"]), text(deep["emptyPixels"]),
                                text(deep["pixels"])));
-  lines += line("  distances", text(deep["near"]) + " to " + text(deep["far"]));
+  lines += line("  style", text(deep["style"]["guess"]) + " (" + text(deep["style"]["why"]) + ")");
+  lines += line("  unit", guessText(deep["unit"]));
+  lines += line("  distances",
+                fmt::format("{} to {}, median {} of the nearest samples", text(deep["near"]),
+                            text(deep["far"]), text(deep["medianNearest"])));
   lines += line("  samples",
                 fmt::format("{} points, {} thick, {} with ZBack before Z", text(deep["points"]),
                             text(deep["thick"]), text(deep["inverted"])));
@@ -165,12 +179,7 @@ std::string deepLines(const Json& deep) {
                                    text(deep["overlappingPixels"]), text(deep["unsortedPixels"])));
   lines += line("  values", fmt::format("{} samples with alpha above 1, {} not finite",
                                         text(deep["alphaAboveOne"]), text(deep["notFinite"])));
-  const std::size_t width = columnWidth(deep["channels"], "hostName");
-  for (const Json& channel : deep["channels"]) {
-    lines +=
-        fmt::format("    {:<{}} {}\n", columnText(channel["hostName"]), width, rangeText(channel));
-  }
-  return lines;
+  return lines + channelLines(deep["channels"], columnWidth(deep["channels"]));
 }
 
 std::string predictionLines(const Json& prediction) {
@@ -192,14 +201,21 @@ std::string predictionLines(const Json& prediction) {
                                                text(prediction["largestKernel"])));
 }
 
-std::string cameraLine(const Json& camera) {
+std::string lacksText(const Json& keys) {
+  std::string names;
+  for (const Json& key : keys)
+    names += (names.empty() ? "" : ", ") + text(key);
+  return names.empty() ? "" : "; --camera header also needs " + names;
+}
+
+std::string cameraLine(const Json& camera, const Json& lacks) {
   std::string found;
   for (const auto& [name, value] : camera.items()) {
     const std::string unit = text(value["unit"]);
     found += fmt::format("{}{} {}{}{} ({})", found.empty() ? "" : ", ", name, text(value["value"]),
                          unit.empty() ? "" : " ", unit, text(value["from"]));
   }
-  return line("camera", found.empty() ? "nothing in the header" : found);
+  return line("camera", found.empty() ? "nothing in the header" : found + lacksText(lacks));
 }
 
 }  // namespace
@@ -211,7 +227,7 @@ std::string inspectText(const Json& file) {
   lines += layersLines(file["layers"]);
   if (!file["depth"].is_null()) lines += depthLines(file["depth"]);
   if (!file["deep"].is_null()) lines += deepLines(file["deep"]);
-  lines += cameraLine(file["camera"]);
+  lines += cameraLine(file["camera"], file["cameraLacks"]);
   if (!file["prediction"].is_null()) lines += predictionLines(file["prediction"]);
   return lines;
 }
