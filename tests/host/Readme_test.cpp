@@ -111,7 +111,8 @@ TEST(ReadmeExample, rendersADeepPicture) {
 }
 
 TEST(ReadmeExample, areThoseInTheDocument) {
-  const std::vector<std::string> tested = between(textOf(HOST_README_TEST), "// [example]", "// [example]");
+  const std::vector<std::string> tested =
+      between(textOf(HOST_README_TEST), "// [example]", "// [example]");
   ASSERT_EQ(tested.size(), 2U);
   EXPECT_GT(tested[0].size(), 500U);
   EXPECT_EQ(between(textOf(HOST_README), "```cpp", "```"), tested);
