@@ -114,7 +114,7 @@ TEST_F(Channels, bokehChannelThatTheInputLacks_listsWhatThereIs) {
 }
 
 TEST_F(Channels, layerAsBokehChannels_standsForItsMembers) {
-  render({"--set", "bokehChannels=other"});
+  render({"--set", "bokehChannels=other", "--type", "float"});
   EXPECT_EQ(readBack(output_).channels.at("other.mask").type, Imf::FLOAT);
   EXPECT_EQ(readBack(output_).channels.at("R").type, Imf::HALF);
 }

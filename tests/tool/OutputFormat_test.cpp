@@ -75,8 +75,17 @@ TEST_F(OutputFormat, type_isOfBlurredChannelsAlone) {
             Imf::FLOAT);
 }
 
+TEST_F(OutputFormat, typeOfEveryChannel_isKeptUnlessAnotherIsAskedFor) {
+  const ReadFile input = readBack(input_);
+  for (const char* channels : {"rgba", "all"}) {
+    const ReadFile result = render({"--set", std::string("bokehChannels=") + channels});
+    for (const auto& [name, channel] : input.channels)
+      EXPECT_EQ(result.channels.at(name).type, channel.type) << name << " " << channels;
+  }
+}
+
 TEST_F(OutputFormat, halfResult_isTheFloatOneRounded) {
-  const ReadFile whole = render();
+  const ReadFile whole = render({"--type", "float"});
   const ReadFile half = render({"--type", "half"});
   for (int y = 0; y < 40; ++y) {
     for (int x = 0; x < 24; ++x)

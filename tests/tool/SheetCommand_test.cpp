@@ -112,11 +112,12 @@ TEST_F(SheetCommand, booleansAndComponents_areVaried) {
 }
 
 TEST_F(SheetCommand, width_scalesPicturesByTheirMeans) {
-  const json report = reportOf({"--vary", "focalPlane=100,120", "--width", "10"});
+  const json report =
+      reportOf({"--vary", "focalPlane=100,120", "--width", "10", "--type", "float"});
   const json picture = report["pictures"][0];
   EXPECT_EQ(picture["size"], json({10, 6}));
   const ReadFile sheet = readBack(output_);
-  const ReadFile single = rendered({"--set", "focalPlane=100"});
+  const ReadFile single = rendered({"--set", "focalPlane=100", "--type", "float"});
   double sum = 0.0;
   for (int i = 0; i < 16; ++i)
     sum += single.value("R", single.data.min.x + 4 + i % 4, single.data.min.y + 8 + i / 4);

@@ -35,8 +35,8 @@ void FormatOptions::addTo(CLI::App& app) {
                      " (default: as the input, or zip where that loses bits)")
       ->type_name("NAME");
   app.add_option("--type", type_,
-                 "The type of blurred channels in an EXR: float (default), half, or keep that of "
-                 "the input")
+                 "The type of blurred channels in an EXR: keep that of the input (default), float "
+                 "or half")
       ->type_name("NAME");
 }
 

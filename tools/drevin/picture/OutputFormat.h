@@ -17,7 +17,7 @@ enum class ResultType {
 
 struct OutputFormat {
   std::optional<Imf::Compression> compression;  ///< none: the writer's choice
-  ResultType type = ResultType::Float;
+  ResultType type = ResultType::Input;
 };
 
 }  // namespace drevintool
