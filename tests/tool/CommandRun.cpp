@@ -38,23 +38,39 @@ void dropPrivileges() {
   if (setgroups(0, nullptr) != 0 || setgid(kNobody) != 0 || setuid(kNobody) != 0) _exit(126);
 }
 
-[[noreturn]] void becomeCommand(const std::vector<std::string>& arguments,
-                                const RunOptions& options, const ScratchFolder& folder) {
-  redirect(folder.file("out"), STDOUT_FILENO);
-  redirect(folder.file("error"), STDERR_FILENO);
+/// Made before the process divides: another thread's memory lock would be held for ever in the
+/// child.
+struct Launch {
+  Launch(const std::vector<std::string>& arguments, const RunOptions& options,
+         const ScratchFolder& folder)
+      : out(folder.file("out")),
+        error(folder.file("error")),
+        command(options.command.empty() ? DREVIN_COMMAND : options.command) {
+    texts.push_back(command.data());
+    for (const std::string& text : arguments)
+      texts.push_back(const_cast<char*>(text.c_str()));
+    texts.push_back(nullptr);
+  }
+  Launch(const Launch&) = delete;
+  Launch& operator=(const Launch&) = delete;
+
+  std::string out;
+  std::string error;
+  std::string command;
+  std::vector<char*> texts;
+};
+
+[[noreturn]] void becomeCommand(const Launch& launch, const RunOptions& options) {
+  redirect(launch.out, STDOUT_FILENO);
+  redirect(launch.error, STDERR_FILENO);
   for (const auto& [name, value] : options.environment)
     setenv(name.c_str(), value.c_str(), 1);
-  const std::string command = options.command.empty() ? DREVIN_COMMAND : options.command;
-  std::vector<char*> texts{const_cast<char*>(command.c_str())};
-  for (const std::string& text : arguments)
-    texts.push_back(const_cast<char*>(text.c_str()));
-  texts.push_back(nullptr);
   if (options.unprivileged) dropPrivileges();
   limit(RLIMIT_AS, options.addressSpace);
   limit(RLIMIT_FSIZE, options.fileSize);
   limit(RLIMIT_NOFILE, options.openFiles);
   if (options.inChild) options.inChild();
-  execv(command.c_str(), texts.data());
+  execv(launch.command.c_str(), launch.texts.data());
   _exit(127);
 }
 
@@ -136,10 +152,11 @@ End waitFor(pid_t process, const RunOptions& options) {
 
 RunResult runCommand(const std::vector<std::string>& arguments, const RunOptions& options) {
   const ScratchFolder folder;
+  const Launch launch(arguments, options, folder);
   const auto start = Clock::now();
   const pid_t process = fork();
   if (process < 0) throw std::runtime_error("cannot fork");
-  if (process == 0) becomeCommand(arguments, options, folder);
+  if (process == 0) becomeCommand(launch, options);
   const End end = waitFor(process, options);
   RunResult result;
   result.seconds = secondsSince(start);

@@ -70,25 +70,32 @@ TEST_F(OutputFaults, standardOutputThatIsOpenForReading_isFour) {
 }
 
 // The picture must take some time to write.
+// On a busy machine the picture may be there before its folder is seen to have anything in it.
 TEST_F(OutputFaults, folderThatIsRemovedMeanwhile_isToldAsThat) {
+  constexpr int kAttempts = 8;
   const std::string place = folder_.file("gone");
-  fs::create_directory(place);
   PartFixture part = noisyPart();
   part.display = part.data = Imath::Box2i({0, 0}, {1199, 899});
   writeExrFixture(input_, part);
   RunOptions options;
   options.signal = SIGURG;  // nothing to anyone
   options.signalWhen = [&] {
-    if (!fs::exists(place) || fs::is_empty(place)) return false;
     std::error_code error;
+    if (!fs::exists(place, error) || fs::is_empty(place, error)) return false;
     fs::remove_all(place, error);
     return true;
   };
-  const RunResult result = runCommand(
-      renderArguments(input_, place + "/o.exr", {"--set", "bokehChannels=none"}), options);
-  EXPECT_EQ(result.exitCode, 4);
-  EXPECT_TRUE(isOneErrorLine(result.error)) << result.error;
-  EXPECT_NE(result.error.find("removed while it was written"), std::string::npos) << result.error;
+  for (int attempt = 0; attempt < kAttempts; ++attempt) {
+    fs::create_directory(place);
+    const RunResult result = runCommand(
+        renderArguments(input_, place + "/o.exr", {"--set", "bokehChannels=none"}), options);
+    if (result.exitCode == 0) continue;
+    EXPECT_EQ(result.exitCode, 4);
+    EXPECT_TRUE(isOneErrorLine(result.error)) << result.error;
+    EXPECT_NE(result.error.find("removed while it was written"), std::string::npos) << result.error;
+    return;
+  }
+  FAIL() << "always whole before it was removed";
 }
 
 // Error lines are files too, and need some of the room.
