@@ -89,8 +89,8 @@ struct dvTilePlan {
 ///   gain(N) = sum over kernels of max(0, direct time - fourierAddCost(N)) - fourierFinishCost(N)
 ///
 /// is largest, over kernels whose pictures fit into it, the direct time that of what is wanted;
-/// nothing if none gains. Radius 0 is not
-/// taken: what is in focus stays as sharp and as exact as it is.
+/// nothing if none gains. Radius 0 is not taken: what is in focus stays as sharp and as exact as it
+/// is.
 dvTilePlan planTile(const dvTileCensus& census, const dvCutKernels& kernels, int side, int planes,
                     const dvRowCost& cost, dvTileChoice choice,
                     const dvWantedPart& wanted = dvWantedPart());
