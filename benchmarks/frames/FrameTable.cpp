@@ -36,9 +36,9 @@ bool checkLine(const TableLine& line) {
                line.figure, *line.error, line.mostError);
     good = false;
   }
-  if (line.rowsError && !(*line.rowsError <= 1.0)) {
-    fmt::print(stderr, "{}: a row of the row-by-row form strays by {:.3g} of the bound\n",
-               line.figure, *line.rowsError);
+  if (line.otherError && !(*line.otherError <= 1.0)) {
+    fmt::print(stderr, "{}: a row of what it is compared with strays by {:.3g} of the bound\n",
+               line.figure, *line.otherError);
     good = false;
   }
   return good;

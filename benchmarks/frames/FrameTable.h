@@ -13,8 +13,8 @@ namespace drevin::bench {
 void printFrameTable(const TablePlan& plan, const std::string& only);
 
 /// Measures every figure on small pictures and prints what is wrong on standard error: a picture,
-/// or a row of a row-by-row form, that strays from the yardstick by more than the bound. True if
-/// nothing is.
+/// or a row of what it is compared with, that strays from the yardstick by more than the bound.
+/// True if nothing is.
 bool checkFrameTable();
 
 }  // namespace drevin::bench

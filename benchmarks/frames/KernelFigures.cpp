@@ -55,7 +55,7 @@ TableLine kernelLine(const KernelGoal& goal, const FrameBench& bench, const Fram
   line.reach = goal.reach;
   line.aim = goal.aim;
   line.error = errors.picture;
-  line.rowsError = errors.rows;
+  line.otherError = errors.rows;
   return line;
 }
 

@@ -28,7 +28,7 @@ TableLine speedLine(const SpeedGoal& goal, const TablePlan& plan) {
   line.reach = fmt::format("{}×", goal.reach);
   line.aim = fmt::format("{}×", goal.aim);
   line.error = errors.picture;
-  line.rowsError = errors.rows;
+  line.otherError = errors.rows;
   return line;
 }
 

@@ -19,8 +19,8 @@ struct TableLine {
   std::optional<double> error;
   /// What that may be; not printed.
   double mostError = 1.0;
-  /// Worst of the row-by-row forms; not printed.
-  std::optional<double> rowsError;
+  /// Worst of what it is compared with: the row-by-row forms, or other ways; not printed.
+  std::optional<double> otherError;
 };
 
 /// Both lines above the first; columns are named.
