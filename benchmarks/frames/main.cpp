@@ -18,6 +18,7 @@
 #include "frames/FrameScenes.h"
 #include "frames/FrameTable.h"
 #include "frames/PeakMemory.h"
+#include "frames/SideBySide.h"
 #include "frames/SinglePicture.h"
 
 namespace {
@@ -35,6 +36,7 @@ struct Arguments {
   bool table = false;
   bool quick = false;
   bool memory = false;
+  bool onRequest = false;
   bool coloured = false;
   bool effects = false;
   int deepSamples = 0;
@@ -61,6 +63,8 @@ void declare(CLI::App& app, Arguments& arguments) {
   app.add_option("--deep", arguments.deepSamples, "One picture with so many points a pixel")
       ->check(CLI::Range(1, 64));
   app.add_flag("--memory", arguments.memory, "Print the bytes before and at the peak")->group("");
+  app.add_flag("--on-request", arguments.onRequest, "Render for every line of standard input")
+      ->group("");
 }
 
 FrameCase pictureOf(const Arguments& arguments) {
@@ -93,6 +97,8 @@ int run(const Arguments& arguments) {
   } else if (arguments.memory) {
     const PeakMemory memory = measurePeakMemory(picture.size, arguments.blur, arguments.threads);
     fmt::print("{:.0f} {:.0f}\n", memory.before, memory.peak);
+  } else if (arguments.onRequest) {
+    renderOnRequest(picture);
   } else {
     printSinglePicture(picture);
   }
