@@ -1,7 +1,8 @@
-# Sourced by demo.sh and test.sh: sees to the Debian or Ubuntu packages that a build needs.
+# Sourced by demo.sh, test.sh and scripts/aarch64_root.sh: sees to the Debian or Ubuntu packages that a build
+# needs.
 
-build_packages=(g++ cmake ninja-build libopenexr-dev libimath-dev libcli11-dev libfmt-dev
-                nlohmann-json3-dev libpng-dev)
+library_packages=(libopenexr-dev libimath-dev libcli11-dev libfmt-dev nlohmann-json3-dev libpng-dev)
+build_packages=(g++ cmake ninja-build "${library_packages[@]}")
 test_packages=(libgtest-dev)
 farm_packages=(slurmctld slurmd slurm-client munge)
 
