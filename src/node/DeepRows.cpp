@@ -113,10 +113,8 @@ dvDeepPlan Drevin::deepPlan(int left, int right, const ChannelSet& channels,
 }
 
 void Drevin::deepDefocus(int y, int x, int r, const ChannelSet& channels, Row& out, int mode) {
-  passInputThrough(y, x, r, channels, out);
-  ChannelSet processed(channels);
-  processed &= kernelChannels_;
-  if (processed.empty() || kernelBank_.empty()) return;
+  const ChannelSet processed = passUnprocessed(y, x, r, channels, out);
+  if (processed.empty()) return;
   const auto wanted = static_cast<dvDeepMode>(mode);
   if (picture_.has(y, x, r, processed, wanted)) {
     picture_.copy(y, x, r, processed, wanted, out);
@@ -137,7 +135,6 @@ void Drevin::deepDefocus(int y, int x, int r, const ChannelSet& channels, Row& o
 }
 
 void Drevin::defocusDeepInput(int y, int x, int r, const ChannelSet& channels, Row& out) {
-  passInputThrough(y, x, r, channels, out);
   if (settings_.integrateFrontAndBackSeparately) {
     integrateFrontAndBack(y, x, r, channels, out);
   } else {
@@ -146,17 +143,18 @@ void Drevin::defocusDeepInput(int y, int x, int r, const ChannelSet& channels, R
 }
 
 void Drevin::integrateFrontAndBack(int y, int x, int r, const ChannelSet& channels, Row& out) {
+  const ChannelSet processed = passUnprocessed(y, x, r, channels, out);
   Row front(x, r);
   Row back(x, r);
   for (const dvDeepMode mode : deepModes()) {
-    deepDefocus(y, x, r, channels, mode == dvDeepMode::Front ? front : back,
+    deepDefocus(y, x, r, processed, mode == dvDeepMode::Front ? front : back,
                 static_cast<int>(mode));
   }
-  ChannelSet processed(channels);
-  processed &= kernelChannels_;
   const dvFocusOutput wanted = focusOutput(settings_);
-  // Where alpha was not asked for, the front covers nothing.
-  const float* cover = channels.contains(Chan_Alpha) ? front[Chan_Alpha] : nullptr;
+  // An alpha that is not processed is the input's; where none was asked for, the front covers
+  // nothing.
+  const Row& covering = processed.contains(Chan_Alpha) ? front : out;
+  const float* cover = channels.contains(Chan_Alpha) ? covering[Chan_Alpha] : nullptr;
   foreach (z, processed) {
     if (wanted != dvFocusOutput::Both) {
       out.copy(wanted == dvFocusOutput::Front ? front : back, ChannelSet(z), x, r);

@@ -160,6 +160,9 @@ class Drevin : public DD::Image::Iop {
   dvFlatPlan flatPlan(int left, int right, const DD::Image::ChannelSet& channels);
   void passInputThrough(int y, int x, int r, const DD::Image::ChannelSet& channels,
                         DD::Image::Row& out);
+  /// The channels that are to be defocused; the others are then the input's.
+  DD::Image::ChannelSet passUnprocessed(int y, int x, int r, const DD::Image::ChannelSet& channels,
+                                        DD::Image::Row& out);
 
   dvChannelFloatBuffer heroKernel_;
   DrevinSettings settings_;

@@ -51,7 +51,7 @@ dvFlatPlan Drevin::flatPlan(int left, int right, const ChannelSet& channels) {
   return plan;
 }
 
-void Drevin::defocus(int y, int x, int r, const ChannelSet& channels, Row& out) {
+ChannelSet Drevin::passUnprocessed(int y, int x, int r, const ChannelSet& channels, Row& out) {
   // A later request may want other channels than the kernels were built for: those pass through.
   // An opening that was cut short leaves no kernels, and its rows are not wanted.
   ChannelSet processed;
@@ -62,6 +62,11 @@ void Drevin::defocus(int y, int x, int r, const ChannelSet& channels, Row& out) 
   ChannelSet passed(channels);
   passed -= processed;
   passInputThrough(y, x, r, passed, out);
+  return processed;
+}
+
+void Drevin::defocus(int y, int x, int r, const ChannelSet& channels, Row& out) {
+  const ChannelSet processed = passUnprocessed(y, x, r, channels, out);
   if (processed.empty()) return;
   if (picture_.has(y, x, r, processed, dvDeepMode::Both)) {
     picture_.copy(y, x, r, processed, dvDeepMode::Both, out);
