@@ -131,8 +131,15 @@ const DD::Image::MetaData::Bundle& Drevin::_fetchMetaData(const char* /*key*/) {
 }
 
 void Drevin::_open() {
-  initialize();
-  preparePicture();
+  try {
+    initialize();
+    preparePicture();
+  } catch (...) {
+    freeKernels();
+    throw;
+  }
+  // What was cut short must not be taken for whole.
+  if (openingAborted_) freeKernels();
 }
 
 void Drevin::engine(int y, int x, int r, ChannelMask channels, Row& out) {

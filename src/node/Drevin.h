@@ -56,7 +56,8 @@ class Drevin : public DD::Image::Iop {
 
   // Kernels, made when the node opens (Kernels.cpp) ---------------------------------------------
 
-  /// Makes the kernels that the output type needs: aperture image, size estimate, bank.
+  /// Makes the kernels that the output type needs: aperture image, size estimate, bank. An opening
+  /// begins with it.
   void initialize();
   /// The aperture image; its side is the format's smaller one when `sizeToFormat`.
   void makeHeroKernel(bool sizeToFormat);
@@ -69,6 +70,10 @@ class Drevin : public DD::Image::Iop {
   void initializeKernelPair(int pair);
   /// Fills plane z of `kernel`, sized size x size, by resampling the hero kernel.
   void buildKernel(dvChannelFloatBuffer& kernel, int size, const DD::Image::Channel& z);
+  /// Whether an abort has been seen since the opening began. Once true it stays so to the end of
+  /// the opening, for what saw it has left work out, whatever the host says later. Any thread may
+  /// ask.
+  bool openingAborted() const;
 
   // Rows of flat inputs (FlatRows.cpp) ----------------------------------------------------------
 
@@ -128,6 +133,8 @@ class Drevin : public DD::Image::Iop {
   void deriveLensValues();
   void deriveSlices();
   void resetKernels();
+  /// Drops all that an opening makes.
+  void freeKernels();
 
   // Requests.cpp
   void requestDeepInput(const DD::Image::Box& box, const DD::Image::ChannelSet& channels,
@@ -141,7 +148,6 @@ class Drevin : public DD::Image::Iop {
 
   // Prepared.cpp
   void preparePicture();
-  void makePicture();
 
   // DeepRows.cpp
   /// The modes that the settings ask for.
@@ -180,6 +186,7 @@ class Drevin : public DD::Image::Iop {
   dvPreparedPicture picture_;
   std::atomic<std::uint64_t> mergedPixels_{0};
   std::size_t bandBytes_ = dvBandBytes;
+  mutable std::atomic<bool> openingAborted_{false};
 };
 
 /// Thread body: builds the pairs of bank entries threadIndex, threadIndex + threadCount, ... of a

@@ -51,31 +51,31 @@ void scanRows(int height, dvParallel& parallel, Estimate& estimate, const Add& a
 
 }  // namespace
 
+bool Drevin::openingAborted() const {
+  if (!openingAborted_ && aborted()) openingAborted_ = true;
+  return openingAborted_;
+}
+
 void Drevin::initialize() {
+  openingAborted_ = false;
   const auto output = static_cast<dvOutputType>(settings_.outputType);
   if (output == dvOutputType::FocalDistance || output == dvOutputType::FocusMatte) return;
   progressMessage("Aperture");
   makeHeroKernel(output == dvOutputType::FilterShape);
-  if (output == dvOutputType::FilterShape || aborted()) return;
+  if (output == dvOutputType::FilterShape || openingAborted()) return;
   progressMessage("Size estimate");
   computeOptimalPadding();
-  if (aborted()) return;
+  if (openingAborted()) return;
   progressMessage("Kernels");
   kernelBank_.clear();
   kernelBank_.resize(static_cast<std::size_t>(bankSize(kernelSize_)));
   const int pairs = static_cast<int>(kernelBank_.size() / 2) + 1;
-  dvHostParallel parallel([this] { return aborted(); });
-  try {
-    // The largest first, so that no thread is left with much at the end.
-    parallel.forEach(pairs, [&](int /*worker*/, int item) {
-      initializeKernelsThreaded(static_cast<unsigned>(pairs - 1 - item),
-                                static_cast<unsigned>(pairs), this);
-    });
-  } catch (...) {
-    kernelBank_.clear();
-    throw;
-  }
-  if (parallel.aborted()) kernelBank_.clear();
+  dvHostParallel parallel([this] { return openingAborted(); });
+  // The largest first, so that no thread is left with much at the end.
+  parallel.forEach(pairs, [&](int /*worker*/, int item) {
+    initializeKernelsThreaded(static_cast<unsigned>(pairs - 1 - item), static_cast<unsigned>(pairs),
+                              this);
+  });
 }
 
 void Drevin::makeHeroKernel(bool sizeToFormat) {
@@ -93,7 +93,7 @@ void Drevin::makeHeroKernel(bool sizeToFormat) {
   drevin::makeHeroKernel(heroKernel_, apertureShape(settings_), sizeHeroKernel(request),
                          channelNumbers(kernelChannels_),
                          kernelImage(kernel, settings_.missingKernelChannel),
-                         [this] { return aborted(); });
+                         [this] { return openingAborted(); });
 }
 
 template <typename Estimate>
@@ -135,7 +135,7 @@ void Drevin::computeOptimalPadding() {
                                return unscaledCoc(z, focusRegion(z, lens), lens);
                              },
                              lens.uiContextScale);
-  dvHostParallel parallel([this] { return aborted(); });
+  dvHostParallel parallel([this] { return openingAborted(); });
   deep ? scanDeepDepth(estimate, parallel) : scanFlatDepth(estimate, parallel);
   // Of a scan that was cut short nothing is known.
   if (parallel.aborted()) return;
@@ -172,7 +172,7 @@ void Drevin::buildKernel(dvChannelFloatBuffer& kernel, int size, const Channel& 
 void initializeKernelsThreaded(unsigned threadIndex, unsigned threadCount, void* node) {
   auto& drevin = *static_cast<Drevin*>(node);
   const std::size_t pairs = drevin.kernelBank().size() / 2 + 1;
-  for (std::size_t i = threadIndex; i < pairs && !drevin.aborted(); i += threadCount)
+  for (std::size_t i = threadIndex; i < pairs && !drevin.openingAborted(); i += threadCount)
     drevin.initializeKernelPair(static_cast<int>(i));
 }
 

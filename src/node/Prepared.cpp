@@ -65,16 +65,7 @@ dvLineSource linesOf(const dvDeepPlan& plan, const dvLineSettings& settings,
 void Drevin::preparePicture() {
   picture_.clear();
   mergedPixels_ = 0;
-  if (kernelBank_.empty() || aborted()) return;
-  try {
-    makePicture();
-  } catch (...) {
-    picture_.clear();
-    throw;
-  }
-}
-
-void Drevin::makePicture() {
+  if (kernelBank_.empty() || openingAborted()) return;
   ChannelSet processed(requestedChannels_);
   processed &= kernelChannels_;
   Box box(requestedBox_);
@@ -83,7 +74,7 @@ void Drevin::makePicture() {
   if (channels.empty()) return;
   progressMessage("Defocus");
   const auto progress = [this](double done) { progressFraction(done); };
-  dvHostParallel parallel([this] { return aborted(); });
+  dvHostParallel parallel([this] { return openingAborted(); });
   const dvLineSettings settings = lineSettings(splatFrame(), channels, parallel);
   if (parallel.aborted()) return;
   if (settings_.deepInput) {

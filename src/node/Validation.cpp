@@ -123,11 +123,15 @@ void Drevin::deriveSlices() {
 void Drevin::resetKernels() {
   kernelSize_ = settings_.maxKernelSize;
   padding_ = validationPadding(settings_.maxKernelSize);
+  requestedBox_.clear();
+  requestedChannels_.clear();
+  freeKernels();
+}
+
+void Drevin::freeKernels() {
   kernelBank_.clear();
   heroKernel_.clear();
   kernelChannels_.clear();
-  requestedBox_.clear();
-  requestedChannels_.clear();
   picture_.clear();
 }
 
