@@ -7,7 +7,7 @@
 #include <limits>
 
 #include "engine/FrameScenes.h"
-#include "engine/LiteralRows.h"
+#include "engine/LiteralComparison.h"
 #include "support/Draw.h"
 #include "support/PlainScene.h"
 
@@ -28,7 +28,7 @@ std::vector<int> rowsToCompare(const LiteralScene& scene, int padding) {
 
 void expectLiteralScene(const LiteralScene& scene) {
   const EngineFrame frame(scene);
-  const LiteralRows literal(scene, rowsToCompare(scene, frame.padding()));
+  const LiteralComparison literal(scene, rowsToCompare(scene, frame.padding()));
   EXPECT_GT(literal.comparableShare(), 0.97);
   const EngineLines lines = frame.lines(formatBox(scene));
   for (const dvTileChoice choice : allChoices) {
@@ -183,7 +183,7 @@ TEST(FrameAccuracy, brightSkyAllButHiddenByADarkBlur_isLiteral) {
   for (const float blur : {60.0F, 100.0F, 200.0F}) {
     const LiteralScene scene = darkBeforeASky(blur, 20.0F);
     const EngineFrame frame(scene);
-    const LiteralRows literal(scene, {3});
+    const LiteralComparison literal(scene, {3});
     EXPECT_GT(literal.comparableShare(), 0.75) << blur;
     const EngineLines lines = frame.lines(formatBox(scene));
     for (const dvTileChoice choice : {dvTileChoice::Nothing, dvTileChoice::ByCost})

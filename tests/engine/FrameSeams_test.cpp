@@ -6,7 +6,7 @@
 #include <cmath>
 
 #include "engine/FrameScenes.h"
-#include "engine/LiteralRows.h"
+#include "engine/LiteralComparison.h"
 #include "support/Agreement.h"
 #include "support/PlainScene.h"
 

@@ -15,11 +15,11 @@ constexpr double engineShare = 0.25;
 /// The same where everything is transformed, single splats too, which no frame of use does.
 constexpr double transformedShare = 0.3;
 
-class LiteralRows {
+class LiteralComparison {
  public:
   /// `rows` over the width of the format. An output type that splats; the picture's alpha is 1
   /// everywhere, so that what nothing covers is known by it.
-  LiteralRows(const LiteralScene& scene, const std::vector<int>& rows);
+  LiteralComparison(const LiteralScene& scene, const std::vector<int>& rows);
 
   /// The largest difference of a well-conditioned value, in parts of what is allowed. Infinite
   /// where only one of the two is finite, and where a pixel that nothing covers is not exactly 0.

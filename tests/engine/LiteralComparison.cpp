@@ -1,4 +1,4 @@
-#include "engine/LiteralRows.h"
+#include "engine/LiteralComparison.h"
 
 #include <algorithm>
 #include <limits>
@@ -13,13 +13,14 @@ constexpr int alpha = 4;
 
 }  // namespace
 
-LiteralRows::LiteralRows(const LiteralScene& scene, const std::vector<int>& rows) {
+LiteralComparison::LiteralComparison(const LiteralScene& scene, const std::vector<int>& rows) {
   const LiteralFrame literal(scene);
   for (const int y : rows)
     rows_[y] = literal.row(y, 0, scene.image.formatWidth);
 }
 
-double LiteralRows::worstDifference(const EngineFrame& frame, const dvFramePlanes& planes) const {
+double LiteralComparison::worstDifference(const EngineFrame& frame,
+                                          const dvFramePlanes& planes) const {
   double worst = 0.0;
   for (const auto& [y, row] : rows_) {
     for (std::size_t c = 0; c < planes.size(); ++c) {
@@ -36,7 +37,7 @@ double LiteralRows::worstDifference(const EngineFrame& frame, const dvFramePlane
   return worst;
 }
 
-double LiteralRows::comparableShare() const {
+double LiteralComparison::comparableShare() const {
   double values = 0.0;
   double comparable = 0.0;
   for (const auto& [y, row] : rows_) {
