@@ -1,8 +1,6 @@
 #include "DDImage/DeepOp.h"
 
-#include <exception>
-#include <new>
-
+#include "Guarded.h"
 #include "OpState.h"
 
 namespace DD {
@@ -37,19 +35,15 @@ bool DeepOp::deepEngine(Box box, const ChannelSet& channels, DeepPlane& plane) {
   if (behind.aborted()) return false;
   ChannelSet wanted(channels);
   wanted &= _deepInfo.channels();
-  try {
-    DeepOutputPlane made(wanted, box);
-    if (!doDeepEngine(box, wanted, made)) return false;
-    made.fill();
-    plane = made;
-  } catch (const std::bad_alloc&) {
-    behind.error("%s", "out of memory");
-  } catch (const std::exception& exception) {
-    behind.error("%s", exception.what());
-  } catch (...) {
-    behind.error("%s", "unknown exception");
-  }
-  return !behind.aborted();
+  bool made = false;
+  embedded::guarded(behind, [&] {
+    DeepOutputPlane filled(wanted, box);
+    made = doDeepEngine(box, wanted, filled);
+    if (!made) return;
+    filled.fill();
+    plane = filled;
+  });
+  return made && !behind.aborted();
 }
 
 DeepOnlyOp::DeepOnlyOp(Node* node) : Op(node) {}

@@ -4,11 +4,10 @@
 #include <chrono>
 #include <condition_variable>
 #include <cstdio>
-#include <exception>
 #include <mutex>
-#include <new>
 
 #include "DDImage/Thread.h"
+#include "Guarded.h"
 #include "ThreadPool.h"
 
 namespace embedded {
@@ -137,20 +136,6 @@ void makeRows(RenderSession& session, const RenderOptions& options, RenderResult
   result.image = work.image(session.info().format());
 }
 
-/// Makes the rows; whatever is thrown on the way becomes a message of the node.
-void makeRowsGuarded(Node& node, RenderSession& session, const RenderOptions& options,
-                     RenderResult& result) {
-  try {
-    makeRows(session, options, result);
-  } catch (const std::bad_alloc&) {
-    node.op().error("%s", "out of memory");
-  } catch (const std::exception& exception) {
-    node.op().error("%s", exception.what());
-  } catch (...) {
-    node.op().error("%s", "unknown exception");
-  }
-}
-
 std::string hexadecimal(DD::Image::U64 value) {
   char text[17];
   std::snprintf(text, sizeof(text), "%016llx", static_cast<unsigned long long>(value));
@@ -167,7 +152,7 @@ RenderResult render(Node& node, const RenderOptions& options) {
     result.image.format = session->info().format();
     result.image.box = session->box();
     if (!session->box().empty() && !options.channels.empty()) {
-      makeRowsGuarded(node, *session, options, result);
+      guarded(node.op(), [&] { makeRows(*session, options, result); });
     }
   }
   result.requests = session->requests();

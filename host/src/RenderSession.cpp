@@ -1,12 +1,11 @@
 #include <algorithm>
 #include <chrono>
-#include <exception>
-#include <new>
 #include <thread>
 #include <utility>
 
 #include "DDImage/Iop.h"
 #include "EmbeddedHost/Render.h"
+#include "Guarded.h"
 #include "OpState.h"
 #include "StageClock.h"
 
@@ -59,20 +58,6 @@ struct RenderSession::Impl {
     if (!options.progress || std::this_thread::get_id() != thread) return;
     told = std::chrono::steady_clock::now();
     options.progress(progress);
-  }
-
-  /// Whatever leaves the operator becomes a message, so that no frame brings the program down.
-  template <class Step>
-  void guarded(const Step& step) const {
-    try {
-      step();
-    } catch (const std::bad_alloc&) {
-      node.op().error("%s", "out of memory");
-    } catch (const std::exception& exception) {
-      node.op().error("%s", exception.what());
-    } catch (...) {
-      node.op().error("%s", "unknown exception");
-    }
   }
 
   void collect(Op& op) {
@@ -165,7 +150,7 @@ RenderSession::RenderSession(Node& node, const RenderOptions& options)
   Impl* impl = impl_.get();
   node.onProgress({[impl](const std::string& stage) { impl->announce(stage); },
                    [impl](double fraction) { impl->announceFraction(fraction); }});
-  impl_->guarded([&] { impl_->prepare(); });
+  guarded(impl_->node.op(), [&] { impl_->prepare(); });
   // What rows announce is no stage: they run side by side.
   node.onProgress({});
   impl_->clock.end();
@@ -173,7 +158,7 @@ RenderSession::RenderSession(Node& node, const RenderOptions& options)
 
 RenderSession::~RenderSession() {
   if (!impl_->isCurrent()) return;
-  impl_->guarded([&] { impl_->close(); });
+  guarded(impl_->node.op(), [&] { impl_->close(); });
   impl_->node.op().hostState().session = nullptr;
 }
 
@@ -222,7 +207,7 @@ void RenderSession::beginStage(const std::string& name) {
 bool RenderSession::row(int y, int x, int r, const ChannelSet& channels, Row& row) {
   if (!impl_->ok()) return false;
   if (r > x && !channels.empty()) {
-    impl_->guarded([&] { impl_->makeRow(y, x, r, channels, row); });
+    guarded(impl_->node.op(), [&] { impl_->makeRow(y, x, r, channels, row); });
   }
   return impl_->ok();
 }

@@ -1,6 +1,5 @@
 #include "DeepExrFixture.h"
 
-#include <Imath/half.h>
 #include <OpenEXR/ImfChannelList.h>
 #include <OpenEXR/ImfDeepFrameBuffer.h>
 #include <OpenEXR/ImfDeepScanLineOutputPart.h>
@@ -13,20 +12,12 @@
 #include <cstring>
 #include <memory>
 
+#include "ExrFixture.h"
 #include "ScratchFolder.h"
 #include "picture/ExrHeaderScan.h"
 
 namespace drevintool::testing {
 namespace {
-
-std::uint32_t bitsFor(Imf::PixelType type, double value) {
-  if (type == Imf::UINT) return static_cast<std::uint32_t>(value);
-  const auto single = static_cast<float>(value);
-  if (type == Imf::HALF) return imath_float_to_half(single);
-  std::uint32_t bits = 0;
-  std::memcpy(&bits, &single, sizeof bits);
-  return bits;
-}
 
 std::string typeOf(const DeepPartFixture& part) {
   if (part.flat) return Imf::SCANLINEIMAGE;

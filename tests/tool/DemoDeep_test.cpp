@@ -10,6 +10,7 @@
 #include <string>
 #include <vector>
 
+#include "DemoSamples.h"
 #include "ScratchFolder.h"
 #include "demo/DemoDeepFile.h"
 #include "demo/DemoDeepScene.h"
@@ -22,16 +23,18 @@
 namespace drevintool {
 namespace {
 
+using testing::compositeOf;
+using testing::kHalfStep;
+using testing::Samples;
+using testing::shareBetween;
+
 constexpr int kWidth = 240;
 constexpr int kHeight = 135;
-constexpr double kHalfStep = 0x1p-10;  // twice what rounding to half precision may change, of 1
 
 const DemoPictures& pictures() {
   static const DemoPictures kPictures = renderDemoPictures(DemoCamera{}, kWidth);
   return kPictures;
 }
-
-using Samples = std::vector<DemoDeepSample>;
 
 // The samples of every pixel, row by row.
 std::vector<Samples> pixelsOf(const DemoDeepPicture& picture) {
@@ -58,35 +61,6 @@ const Samples& pixelAt(int column, int row) {
 
 bool isThick(const DemoDeepSample& sample) {
   return sample.back > sample.front;
-}
-
-// Front to back: the share of the pixel that each sample takes.
-std::vector<double> sharesOf(const Samples& samples) {
-  std::vector<double> shares;
-  double open = 1.0;
-  for (const DemoDeepSample& sample : samples) {
-    shares.push_back(open * sample.alpha);
-    open *= 1.0 - sample.alpha;
-  }
-  return shares;
-}
-
-DemoVector compositeOf(const Samples& samples) {
-  DemoVector colour;
-  double open = 1.0;
-  for (const DemoDeepSample& sample : samples) {
-    colour = colour + DemoVector{sample.red, sample.green, sample.blue} * open;
-    open *= 1.0 - sample.alpha;
-  }
-  return colour;
-}
-
-double shareBetween(const Samples& samples, double from, double to) {
-  const std::vector<double> shares = sharesOf(samples);
-  double sum = 0.0;
-  for (std::size_t i = 0; i < samples.size(); ++i)
-    sum += samples[i].front >= from && samples[i].front < to ? shares[i] : 0.0;
-  return sum;
 }
 
 // Whether a pixel shows the scene alone, without glass and steam.

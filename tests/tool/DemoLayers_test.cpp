@@ -5,43 +5,16 @@
 #include <cmath>
 #include <vector>
 
+#include "DemoSamples.h"
 #include "demo/DemoNoise.h"
 
 namespace drevintool {
 namespace {
 
-constexpr double kHalfStep = 0x1p-10;  // twice what rounding to half precision may change, of 1
-
-using Samples = std::vector<DemoDeepSample>;
-
-// Front to back: the share of the pixel that each sample takes.
-std::vector<double> sharesOf(const Samples& samples) {
-  std::vector<double> shares;
-  double open = 1.0;
-  for (const DemoDeepSample& sample : samples) {
-    shares.push_back(open * sample.alpha);
-    open *= 1.0 - sample.alpha;
-  }
-  return shares;
-}
-
-DemoVector compositeOf(const Samples& samples) {
-  DemoVector colour;
-  double open = 1.0;
-  for (const DemoDeepSample& sample : samples) {
-    colour = colour + DemoVector{sample.red, sample.green, sample.blue} * open;
-    open *= 1.0 - sample.alpha;
-  }
-  return colour;
-}
-
-double shareBetween(const Samples& samples, double from, double to) {
-  const std::vector<double> shares = sharesOf(samples);
-  double sum = 0.0;
-  for (std::size_t i = 0; i < samples.size(); ++i)
-    sum += samples[i].front >= from && samples[i].front < to ? shares[i] : 0.0;
-  return sum;
-}
+using testing::compositeOf;
+using testing::kHalfStep;
+using testing::Samples;
+using testing::shareBetween;
 
 TEST(DemoLayers, oneLayer_becomesOneOpaquePoint) {
   std::vector<DemoLayer> layers{{5.0, 1.0, {0.25, 0.5, 2.0}}};

@@ -23,15 +23,6 @@ std::size_t heightOf(const Imath::Box2i& box) {
   return static_cast<std::size_t>(box.max.y - box.min.y) + 1;
 }
 
-std::uint32_t bitsFor(Imf::PixelType type, double value) {
-  if (type == Imf::UINT) return static_cast<std::uint32_t>(value);
-  const auto single = static_cast<float>(value);
-  if (type == Imf::HALF) return imath_float_to_half(single);
-  std::uint32_t bits = 0;
-  std::memcpy(&bits, &single, sizeof bits);
-  return bits;
-}
-
 double valueOf(Imf::PixelType type, std::uint32_t bits) {
   if (type == Imf::UINT) return bits;
   if (type == Imf::HALF) return imath_half_to_float(static_cast<std::uint16_t>(bits));
@@ -104,6 +95,15 @@ void writeTiled(const std::string& path, const PartFixture& part) {
 }
 
 }  // namespace
+
+std::uint32_t bitsFor(Imf::PixelType type, double value) {
+  if (type == Imf::UINT) return static_cast<std::uint32_t>(value);
+  const auto single = static_cast<float>(value);
+  if (type == Imf::HALF) return imath_float_to_half(single);
+  std::uint32_t bits = 0;
+  std::memcpy(&bits, &single, sizeof bits);
+  return bits;
+}
 
 void writeExrFixture(const std::string& path, const PartFixture& part) {
   if (part.tileSize > 0) {

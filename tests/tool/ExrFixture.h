@@ -33,6 +33,9 @@ struct PartFixture {
   float pixelAspect = 1.0F;
 };
 
+/// A value as the bits of a sample; half bits in the lower 16.
+std::uint32_t bitsFor(Imf::PixelType type, double value);
+
 /// One part as a file of its own.
 void writeExrFixture(const std::string& path, const PartFixture& part);
 /// Scanline parts in one file.

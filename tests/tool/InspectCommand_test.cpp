@@ -606,43 +606,35 @@ TEST_F(InspectCommand, pictureWhoseWindowsDoNotMeet_isEstimatedWithoutAFault) {
 }
 
 // The estimate is a plain sum: it is to be of the right size, not exact.
+void expectMemoryWithinAFactorOfTwo(const std::string& file, const Arguments& settings,
+                                    Arguments (*renderOf)(const std::string&, const std::string&,
+                                                          const Arguments&)) {
+  const ScratchFolder folder;
+  const std::string report = folder.file("report.json");
+  const ordered_json prediction = inspectJson(with({file}, settings)).at(0)["prediction"];
+  const RunResult result =
+      runCommand(renderOf(file, folder.file("out.exr"), with({"--report", report}, settings)));
+  ASSERT_EQ(result.exitCode, 0) << result.error;
+  const double real = ordered_json::parse(bytesOfFile(report))["peakMemoryBytes"];
+  const double estimate = prediction["estimate"]["memoryBytes"];
+  EXPECT_GT(estimate, real / 2.0) << file;
+  EXPECT_LT(estimate, real * 2.0) << file;
+}
+
 TEST(RealInspection, memory_isWithinAFactorOfTwo) {
   SKIP_WITHOUT_PICTURES();
   if (DREVIN_SANITIZED) GTEST_SKIP() << "sanitizers take far more memory";
-  const ScratchFolder folder;
-  for (const char* name : {"flat/courtyard.exr", "flat/beachball.singlepart.0001.exr"}) {
-    const std::string file = pictureFolder() + "/" + name;
-    const Arguments& render = kRenders.front();
-    const ordered_json prediction = inspectJson(with({file}, render)).at(0)["prediction"];
-    const RunResult result = runCommand(renderArguments(
-        file, folder.file("out.exr"), with({"--report", folder.file("report.json")}, render)));
-    ASSERT_EQ(result.exitCode, 0) << result.error;
-    const double real =
-        ordered_json::parse(bytesOfFile(folder.file("report.json")))["peakMemoryBytes"];
-    const double estimate = prediction["estimate"]["memoryBytes"];
-    EXPECT_GT(estimate, real / 2.0) << name;
-    EXPECT_LT(estimate, real * 2.0) << name;
-  }
+  for (const char* name : {"flat/courtyard.exr", "flat/beachball.singlepart.0001.exr"})
+    expectMemoryWithinAFactorOfTwo(pictureFolder() + "/" + name, kRenders.front(), renderArguments);
 }
 
 TEST(RealInspection, memoryOfDeepRenders_isWithinAFactorOfTwo) {
   SKIP_WITHOUT_PICTURES();
   if (DREVIN_SANITIZED) GTEST_SKIP() << "sanitizers take far more memory";
-  const ScratchFolder folder;
-  for (const char* name : {"deep/forest.Leaves.exr", "deep/fire_and_spikes.volume.exr"}) {
-    const std::string file = pictureFolder() + "/" + name;
-    const Arguments render = {"--set",        "multiplier=64", "--set",
+  const Arguments settings = {"--set",        "multiplier=64", "--set",
                               "focalPlane=5", "--set",         "focusRegionSize=2"};
-    const ordered_json prediction = inspectJson(with({file}, render)).at(0)["prediction"];
-    const RunResult result = runCommand(deepArguments(
-        file, folder.file("out.exr"), with({"--report", folder.file("report.json")}, render)));
-    ASSERT_EQ(result.exitCode, 0) << result.error;
-    const double real =
-        ordered_json::parse(bytesOfFile(folder.file("report.json")))["peakMemoryBytes"];
-    const double estimate = prediction["estimate"]["memoryBytes"];
-    EXPECT_GT(estimate, real / 2.0) << name;
-    EXPECT_LT(estimate, real * 2.0) << name;
-  }
+  for (const char* name : {"deep/forest.Leaves.exr", "deep/fire_and_spikes.volume.exr"})
+    expectMemoryWithinAFactorOfTwo(pictureFolder() + "/" + name, settings, deepArguments);
 }
 
 TEST(RealInspection, largestKernel_isTheNodesOwn) {
