@@ -58,8 +58,9 @@ class Work {
   std::exception_ptr failure_;
 };
 
+/// Worker 0 is the caller.
 void runWorker(unsigned index, unsigned /*count*/, void* work) {
-  static_cast<Work*>(work)->run(static_cast<int>(index));
+  static_cast<Work*>(work)->run(static_cast<int>(index) + 1);
 }
 
 }  // namespace
@@ -74,11 +75,11 @@ bool dvHostParallel::aborted() const {
 
 void dvHostParallel::forEach(int items, const std::function<void(int worker, int item)>& work) {
   Work shared(*this, work, items);
-  if (items > 1 && Thread::spawn(runWorker, static_cast<unsigned>(workers_), &shared)) {
-    Thread::wait(&shared);
-  } else {
-    shared.run(0);
-  }
+  const int others = std::min(workers_, items) - 1;
+  const bool spawned =
+      others > 0 && Thread::spawn(runWorker, static_cast<unsigned>(others), &shared);
+  shared.run(0);
+  if (spawned) Thread::wait(&shared);
   shared.rethrow();
 }
 
