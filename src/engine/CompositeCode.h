@@ -24,8 +24,8 @@ struct dvCompositeCode {
   void (*layUnder)(const double* sums, const double* shares, float* colours, int count);
   /// colours /= coverage where that is above 0.
   void (*divide)(float* colours, const double* coverage, int count);
-  /// to += unit * from, from = 0.
-  void (*moveScaled)(float* from, double unit, double* to, int count);
+  /// to += from, from = 0.
+  void (*move)(float* from, double* to, int count);
   /// Whether any coverage is below `least`.
   bool (*anyBelow)(const double* coverage, double least, int count);
   /// Whether for any column  error + weightError * |colour| / coverage

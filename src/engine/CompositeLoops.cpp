@@ -28,9 +28,9 @@ void divide(float* __restrict colours, const double* __restrict coverage, int co
   }
 }
 
-void moveScaled(float* __restrict from, double unit, double* __restrict to, int count) {
+void move(float* __restrict from, double* __restrict to, int count) {
   for (int i = 0; i < count; ++i) {
-    to[i] += unit * static_cast<double>(from[i]);
+    to[i] += static_cast<double>(from[i]);
     from[i] = 0.0F;
   }
 }
@@ -66,7 +66,7 @@ bool anyNearZero(const float* colours, float limit, int count) {
 }  // namespace
 
 extern const dvCompositeCode compositeCode;
-const dvCompositeCode compositeCode{takeRoom, layUnder,   divide,     moveScaled,
+const dvCompositeCode compositeCode{takeRoom, layUnder,   divide,     move,
                                     anyBelow, anyInDoubt, anyNearZero};
 
 }  // namespace DREVIN_SIMD_LEVEL

@@ -217,17 +217,17 @@ bool load(const float* row, std::ptrdiff_t stride, int columns, int rows, float*
   return any;
 }
 
-void add(const float* block, int rows, int columns, float* to, std::ptrdiff_t stride) {
+void add(const float* block, int rows, int columns, float scale, float* to, std::ptrdiff_t stride) {
   for (int y = 0; y < rows; ++y, block += dvStripStep, to += stride) {
     if (columns == dvStripLanes) {
       // The next block's pixels: the rows are too many for the processor to foresee them.
       __builtin_prefetch(to + 2 * dvStripLanes, 1);
       for (int lane = 0; lane < dvStripLanes; lane += width)
         *reinterpret_cast<AnyVector*>(to + lane) +=
-            *reinterpret_cast<const AnyVector*>(block + lane);
+            scale * *reinterpret_cast<const AnyVector*>(block + lane);
     } else {
       for (int lane = 0; lane < columns; ++lane)
-        to[lane] += block[lane];
+        to[lane] += scale * block[lane];
     }
   }
 }

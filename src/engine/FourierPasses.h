@@ -83,8 +83,10 @@ struct dvFourierPasses {
   void (*inverseRealColumns)(const dvFourierSteps& steps, const dvRealBlocks& blocks,
                              float* columns, const float* next, std::ptrdiff_t stride,
                              float* strip);
-  /// Adds `columns` lanes, of one part, of `rows` positions to rows `stride` floats apart.
-  void (*add)(const float* block, int rows, int columns, float* to, std::ptrdiff_t stride);
+  /// Adds `columns` lanes, of one part, of `rows` positions, times `scale`, to rows `stride` floats
+  /// apart.
+  void (*add)(const float* block, int rows, int columns, float scale, float* to,
+              std::ptrdiff_t stride);
 };
 
 namespace baseline {

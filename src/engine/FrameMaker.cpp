@@ -93,9 +93,6 @@ bool dvFrameMaker::transform(Group& group, std::size_t slice) {
       transformed.planes.emplace_back(box_, parallel_);
   }
   transformed.reached = tiles.reached(box_);
-  transformed.units.clear();
-  for (std::size_t plane = 0; plane < count; ++plane)
-    transformed.units.push_back(static_cast<double>(tiles.unit(plane)));
   // Slices have few kernels in common, but tiles of one slice many.
   if (group.spectra.bytes() > dvKeptSpectra) group.spectra.clear();
   tiles.sum(group.spectra, parallel_, transformed.planes, *group.rounding);
@@ -154,8 +151,8 @@ void dvFrameMaker::Transformed::moveTo(std::vector<std::vector<double>>& sums, i
   const dvColumnSpan span = columns(y);
   if (span.empty()) return;
   for (std::size_t plane = 0; plane < planes.size(); ++plane) {
-    compositeCode().moveScaled(planes[plane].row(y) + span.begin, units[plane],
-                               sums[plane].data() + span.begin, span.end - span.begin);
+    compositeCode().move(planes[plane].row(y) + span.begin, sums[plane].data() + span.begin,
+                         span.end - span.begin);
   }
 }
 
@@ -186,9 +183,9 @@ void dvFrameMaker::finish(Group& group, dvFramePlanes& planes) {
     Scratch& scratch = group.scratches[static_cast<std::size_t>(worker)];
     const int y = box_.bottom + item;
     pointAt(group, box_.left, y, planes, scratch.colours);
-    const std::vector<std::uint8_t> covered =
+    const dvReachedColumns reached =
         clearUnreached(reach, y, box_.left, box_.right, scratch.colours, group.coverage.row(y));
-    finishRow(group, y, covered.data(), planes, scratch);
+    finishRow(group, y, &reached, planes, scratch);
   });
 }
 
@@ -212,13 +209,13 @@ bool dvFrameMaker::mayBeNothing(Group& group, int y, dvFramePlanes& planes,
   return may;
 }
 
-void dvFrameMaker::repairRow(Group& group, int y, const std::uint8_t* covered,
+void dvFrameMaker::repairRow(Group& group, int y, const dvReachedColumns* reached,
                              dvFramePlanes& planes, Scratch& scratch) const {
   forEachCell(group, y, planes, scratch, [&](int left, int right) {
     const int column = left - box_.left;
     double* coverage = group.coverage.row(y) + column;
-    const std::uint8_t* coveredHere = covered == nullptr ? nullptr : covered + column;
-    if (isInDoubt(scratch.colours, coverage, coveredHere, right - left, *group.rounding, left, y)) {
+    const dvDoubtfulColumns columns{left, y, right - left, column, reached};
+    if (isInDoubt(scratch.colours, coverage, columns, *group.rounding)) {
       repairSpan(group.rows, group.kernels, group.signs.get(), settings_.slices, y, left, right,
                  scratch.colours, coverage);
     }
@@ -226,9 +223,9 @@ void dvFrameMaker::repairRow(Group& group, int y, const std::uint8_t* covered,
   });
 }
 
-void dvFrameMaker::finishRow(Group& group, int y, const std::uint8_t* covered,
+void dvFrameMaker::finishRow(Group& group, int y, const dvReachedColumns* reached,
                              dvFramePlanes& planes, Scratch& scratch) const {
-  if (group.rounding != nullptr) repairRow(group, y, covered, planes, scratch);
+  if (group.rounding != nullptr) repairRow(group, y, reached, planes, scratch);
   const double* coverage = group.coverage.row(y);
   pointAt(group, box_.left, y, planes, scratch.colours);
   divideByCoverage(scratch.colours, coverage, box_.width());

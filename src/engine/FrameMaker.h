@@ -12,6 +12,7 @@
 #include "engine/FrameBox.h"
 #include "engine/GroupRows.h"
 #include "engine/Parallel.h"
+#include "engine/Repair.h"
 #include "engine/RowSums.h"
 #include "engine/SliceTiles.h"
 #include "engine/SplatLine.h"
@@ -59,7 +60,6 @@ class dvFrameMaker {
   /// The transformed part of a slice.
   struct Transformed {
     std::vector<dvFramePlane<float>> planes;  ///< zeros between slices
-    std::vector<double> units;                ///< by plane
     std::vector<dvColumnSpan> reached;        ///< columns that may have anything but zeros, by row
     DirectRows direct;                        ///< what is not in the planes
 
@@ -105,10 +105,10 @@ class dvFrameMaker {
   void forEachCell(Group& group, int y, dvFramePlanes& planes, Scratch& scratch,
                    const Visit& visit) const;
   bool mayBeNothing(Group& group, int y, dvFramePlanes& planes, Scratch& scratch) const;
-  /// `covered` as isInDoubt takes it, of the whole row.
-  void repairRow(Group& group, int y, const std::uint8_t* covered, dvFramePlanes& planes,
+  /// `reached`: of the whole row; null: as isInDoubt takes it.
+  void repairRow(Group& group, int y, const dvReachedColumns* reached, dvFramePlanes& planes,
                  Scratch& scratch) const;
-  void finishRow(Group& group, int y, const std::uint8_t* covered, dvFramePlanes& planes,
+  void finishRow(Group& group, int y, const dvReachedColumns* reached, dvFramePlanes& planes,
                  Scratch& scratch) const;
 
   const dvLineSettings& settings_;

@@ -50,8 +50,9 @@ class dvInOrder {
     bool over_ = false;
   };
 
-  /// A result that has been used, to be filled anew, or a fresh one.
-  std::unique_ptr<Result> blank() {
+  /// A result that has been used, to be filled anew, or a fresh one of these arguments.
+  template <typename... Arguments>
+  std::unique_ptr<Result> blank(const Arguments&... arguments) {
     {
       const std::lock_guard<std::mutex> lock(mutex_);
       if (!used_.empty()) {
@@ -60,7 +61,7 @@ class dvInOrder {
         return result;
       }
     }
-    return std::make_unique<Result>();
+    return std::make_unique<Result>(arguments...);
   }
 
  private:

@@ -10,11 +10,18 @@ namespace drevin {
 
 namespace {
 
-bool anyThin(const double* coverage, const std::uint8_t* covered, int count) {
-  if (!compositeCode().anyBelow(coverage, dvRepairCoverage, count)) return false;
-  if (covered == nullptr) return true;
-  for (int i = 0; i < count; ++i)
-    if (covered[i] != 0 && coverage[i] < dvRepairCoverage) return true;
+/// Whether test(first, count) holds for any stretch of columns that a plane reaches, counted from
+/// the first column.
+template <typename Test>
+bool anyReached(const dvDoubtfulColumns& columns, std::size_t plane, const Test& test) {
+  if (columns.reached == nullptr) return test(0, columns.count);
+  const std::uint8_t* reached = (*columns.reached)[plane].data() + columns.place;
+  const std::uint8_t* last = reached + columns.count;
+  for (const std::uint8_t* begin = std::find(reached, last, 1); begin != last;) {
+    const std::uint8_t* end = std::find(begin, last, 0);
+    if (test(static_cast<int>(begin - reached), static_cast<int>(end - begin))) return true;
+    begin = std::find(end, last, 1);
+  }
   return false;
 }
 
@@ -22,7 +29,7 @@ bool anyThin(const double* coverage, const std::uint8_t* covered, int count) {
 
 bool mayBeNothing(const std::vector<float*>& colours, const double* coverage, int count,
                   const dvTransformRounding& rounding, int x, int y) {
-  if (anyThin(coverage, nullptr, count)) return true;
+  if (compositeCode().anyBelow(coverage, dvRepairCoverage, count)) return true;
   for (std::size_t c = 0; c < colours.size(); ++c) {
     const double noise = dvRepairNoise * rounding.error(static_cast<int>(c), x, y);
     if (compositeCode().anyNearZero(colours[c], static_cast<float>(noise), count)) return true;
@@ -30,30 +37,37 @@ bool mayBeNothing(const std::vector<float*>& colours, const double* coverage, in
   return false;
 }
 
-std::vector<std::uint8_t> clearUnreached(const dvNonZeroReach& reach, int y, int left, int right,
-                                         const std::vector<float*>& colours, double* coverage) {
+dvReachedColumns clearUnreached(const dvNonZeroReach& reach, int y, int left, int right,
+                                const std::vector<float*>& colours, double* coverage) {
   const auto width = static_cast<std::size_t>(right - left);
-  std::vector<std::uint8_t> covered = reach.row(colours.size(), y, left, right);
+  dvReachedColumns columns;
+  for (std::size_t plane = 0; plane <= colours.size(); ++plane)
+    columns.push_back(reach.row(plane, y, left, right));
   for (std::size_t c = 0; c < colours.size(); ++c) {
-    const std::vector<std::uint8_t> reached = reach.row(c, y, left, right);
     for (std::size_t i = 0; i < width; ++i)
-      if (reached[i] == 0) colours[c][i] = 0.0F;
+      if (columns[c][i] == 0) colours[c][i] = 0.0F;
   }
   for (std::size_t i = 0; i < width; ++i)
-    if (covered[i] == 0) coverage[i] = 0.0;
-  return covered;
+    if (columns.back()[i] == 0) coverage[i] = 0.0;
+  return columns;
 }
 
 bool isInDoubt(const std::vector<float*>& colours, const double* coverage,
-               const std::uint8_t* covered, int count, const dvTransformRounding& rounding, int x,
-               int y) {
+               const dvDoubtfulColumns& columns, const dvTransformRounding& rounding) {
   const dvCompositeCode& code = compositeCode();
-  if (anyThin(coverage, covered, count)) return true;
-  const double weightError = rounding.error(static_cast<int>(colours.size()), x, y);
+  const auto isThin = [&](int first, int count) {
+    return code.anyBelow(coverage + first, dvRepairCoverage, count);
+  };
+  if (anyReached(columns, colours.size(), isThin)) return true;
+  const auto error = [&](std::size_t plane) {
+    return rounding.error(static_cast<int>(plane), columns.x, columns.y);
+  };
   for (std::size_t c = 0; c < colours.size(); ++c) {
-    const double error = rounding.error(static_cast<int>(c), x, y);
-    const dvDoubtLimits limits{error, weightError, dvRepairAbsolute, dvRepairRelative};
-    if (code.anyInDoubt(colours[c], coverage, limits, count)) return true;
+    const dvDoubtLimits limits{error(c), error(colours.size()), dvRepairAbsolute, dvRepairRelative};
+    const auto isOff = [&](int first, int count) {
+      return code.anyInDoubt(colours[c] + first, coverage + first, limits, count);
+    };
+    if (anyReached(columns, c, isOff)) return true;
   }
   return false;
 }

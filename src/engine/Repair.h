@@ -17,8 +17,8 @@ namespace drevin {
 /// transforms may be above these shares, absolute and of the value.
 constexpr int dvRepairColumns = dvRoundingCell;
 constexpr double dvRepairCoverage = 1e-2;
-constexpr double dvRepairAbsolute = 2.5e-6;
-constexpr double dvRepairRelative = 2.5e-5;
+constexpr double dvRepairAbsolute = 2e-6;
+constexpr double dvRepairRelative = 2e-5;
 
 /// Sums this many times what rounding may put them off by, or less, may be nothing but rounding.
 constexpr double dvRepairNoise = 2.0;
@@ -30,24 +30,35 @@ constexpr double dvRepairNoise = 2.0;
 bool mayBeNothing(const std::vector<float*>& colours, const double* coverage, int count,
                   const dvTransformRounding& rounding, int x, int y);
 
+/// Which columns of a row have anything but zeros, 1 or 0 for each: by colour, then of the
+/// coverage.
+using dvReachedColumns = std::vector<std::vector<std::uint8_t>>;
+
 /// Puts exact zeros where nothing but zeros is added to the columns [left, right) of row y: in a
 /// colour, or where nothing covers a pixel in all of it. `colours` and `coverage` begin at column
-/// `left`. Gives the columns that something covers, 1 or 0 for each.
-std::vector<std::uint8_t> clearUnreached(const dvNonZeroReach& reach, int y, int left, int right,
-                                         const std::vector<float*>& colours, double* coverage);
+/// `left`.
+dvReachedColumns clearUnreached(const dvNonZeroReach& reach, int y, int left, int right,
+                                const std::vector<float*>& colours, double* coverage);
 
-/// Whether the columns from x on of row y, all in one cell of `rounding`, have a pixel for which
+/// Columns of a row, all in one cell of a dvTransformRounding.
+struct dvDoubtfulColumns {
+  int x;
+  int y;
+  int count;
+  int place = 0;  ///< of column x in `reached`
+  /// There is no doubt of what is not reached. Null: everything is.
+  const dvReachedColumns* reached = nullptr;
+};
+
+/// Whether the columns have a pixel for which
 ///
 ///   coverage < dvRepairCoverage   or
 ///   e[c] + e_w * |colour[c]| / coverage > dvRepairAbsolute * coverage + dvRepairRelative *
 ///   |colour[c]|
 ///
 ///   colour[c], coverage  sums of all slices, from x on     e[c], e_w  what they may be off by
-///
-/// `covered`: 0 for columns that nothing covers, of which there is no doubt; null: all are covered.
 bool isInDoubt(const std::vector<float*>& colours, const double* coverage,
-               const std::uint8_t* covered, int count, const dvTransformRounding& rounding, int x,
-               int y);
+               const dvDoubtfulColumns& columns, const dvTransformRounding& rounding);
 
 /// The columns [left, right) of row y from splats alone, slices from the nearest to the farthest:
 /// sums of colours and coverage as compositeSlice leaves them. `colours` and `coverage` begin at

@@ -73,7 +73,7 @@ const float* dvTileSum::block(int plane, int row, int column) const {
   return pair.sums.data() + position * dvStripStep + part * dvStripLanes;
 }
 
-void dvTileSum::addInto(int plane, const dvTileBox& box, int reach, float* target,
+void dvTileSum::addInto(int plane, const dvTileBox& box, int reach, float scale, float* target,
                         std::ptrdiff_t origin, std::ptrdiff_t stride) const {
   if (pairs_[static_cast<std::size_t>(plane / 2)].empty) return;
   const int length = transform_.plan().side();
@@ -85,7 +85,7 @@ void dvTileSum::addInto(int plane, const dvTileBox& box, int reach, float* targe
       const BlockPart columns(x, right, length);
       const float* from = block(plane, rows.block, columns.block);
       transform_.passes().add(from + rows.first * dvStripStep + columns.first, rows.count,
-                              columns.count, target + (origin + y * stride + x), stride);
+                              columns.count, scale, target + (origin + y * stride + x), stride);
       x += columns.count;
     }
     y += rows.count;

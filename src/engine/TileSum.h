@@ -46,11 +46,11 @@ class dvTileSum {
   void add(const float* planes, const dvKernelSpectrum& spectrum);
   /// Transforms the sum back.
   void finish();
-  /// Adds the picture of a plane, as far as the kernels of `reach` get, within `box`: the
-  /// tile's first pixel, which may lie outside the box, would be target[origin]; `stride` floats to
-  /// the next row.
-  void addInto(int plane, const dvTileBox& box, int reach, float* target, std::ptrdiff_t origin,
-               std::ptrdiff_t stride) const;
+  /// Adds the picture of a plane times `scale`, as far as the kernels of `reach` get, within `box`:
+  /// the tile's first pixel, which may lie outside the box, would be target[origin]; `stride`
+  /// floats to the next row.
+  void addInto(int plane, const dvTileBox& box, int reach, float scale, float* target,
+               std::ptrdiff_t origin, std::ptrdiff_t stride) const;
 
  private:
   /// Two planes, or the odd one.

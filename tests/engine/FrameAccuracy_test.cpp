@@ -131,6 +131,21 @@ TEST(FrameAccuracy, halfHundredThousandHalfAThousandth_isLiteral) {
   expectLiteralScene(brightSide(1e5F, 1e-3F));
 }
 
+TEST(FrameAccuracy, brightWindowInADarkOrBlackPicture_isLiteral) {
+  for (const float dark : {0.05F, 0.0F}) {
+    LiteralScene scene = farScene(40.0F, 300, 300);
+    for (int channel = 1; channel <= 3; ++channel) {
+      for (int y = 0; y < 300; ++y) {
+        for (int x = 0; x < 300; ++x) {
+          const bool window = x >= 20 && x < 90 && y >= 30 && y < 100;
+          pixelAt(scene.image, channel, x, y) *= window ? 50.0F : dark;
+        }
+      }
+    }
+    expectLiteralScene(scene);
+  }
+}
+
 TEST(FrameAccuracy, oneChannelBrightTheOthersDim_isLiteral) {
   LiteralScene scene = farScene(40.0F, width, height);
   for (float& value : scene.image.planes[1])

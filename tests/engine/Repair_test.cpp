@@ -20,7 +20,18 @@ class Stretch {
     return *this;
   }
   bool inDoubt() {
-    return isInDoubt({colour.data()}, coverage.data(), nullptr, count, rounding_, 0, 0);
+    return isInDoubt({colour.data()}, coverage.data(), {0, 0, count, 0, nullptr}, rounding_);
+  }
+
+  /// As if it were the last columns of a row.
+  bool inDoubt(const std::vector<std::uint8_t>& colourReached,
+               const std::vector<std::uint8_t>& covered) {
+    dvReachedColumns reached;
+    for (const auto* columns : {&colourReached, &covered}) {
+      reached.emplace_back(3, 1);
+      reached.back().insert(reached.back().end(), columns->begin(), columns->end());
+    }
+    return isInDoubt({colour.data()}, coverage.data(), {0, 0, count, 3, &reached}, rounding_);
   }
 
   std::vector<float> colour = std::vector<float>(count, 1.0F);
@@ -49,7 +60,7 @@ TEST(RepairDoubt, onePixelOfLittleCoverage_isEnough) {
 }
 
 TEST(RepairDoubt, dimPixelBesideBrightOnes_isEnough) {
-  // Off by 2e-7 * 100 = 2e-5, which is within 2.5e-5 of 1.
+  // Off by 2e-7 * 100 = 2e-5, which is within 2.2e-5 of 1.
   Stretch stretch(1e4);
   EXPECT_FALSE(stretch.inDoubt());
   stretch.colour[2] = -0.5F;
@@ -61,6 +72,29 @@ TEST(RepairDoubt, roundingOfTheWeight_countsByTheColour) {
   EXPECT_FALSE(within.addToWeight(1e4).inDoubt());
   Stretch beyond(0.0);
   EXPECT_TRUE(beyond.addToWeight(4e4).inDoubt());
+}
+
+TEST(RepairDoubt, colourThatNothingReaches_isNone) {
+  const std::vector<std::uint8_t> all(count, 1);
+  const std::vector<std::uint8_t> butTwo = {1, 1, 0, 1, 1, 1, 1, 0};
+  Stretch stretch(1e4);
+  stretch.colour[2] = 0.0F;
+  stretch.colour[7] = 0.0F;
+  EXPECT_TRUE(stretch.inDoubt(all, all));
+  EXPECT_FALSE(stretch.inDoubt(butTwo, all));
+  stretch.colour[6] = 0.0F;
+  EXPECT_TRUE(stretch.inDoubt(butTwo, all));
+}
+
+TEST(RepairDoubt, columnsThatNothingCovers_areNone) {
+  const std::vector<std::uint8_t> all(count, 1);
+  const std::vector<std::uint8_t> butFirst = {0, 1, 1, 1, 1, 1, 1, 1};
+  Stretch stretch;
+  stretch.coverage[0] = 0.0;
+  EXPECT_TRUE(stretch.inDoubt(all, all));
+  EXPECT_FALSE(stretch.inDoubt(all, butFirst));
+  stretch.coverage[1] = 0.001;
+  EXPECT_TRUE(stretch.inDoubt(all, butFirst));
 }
 
 }  // namespace

@@ -171,7 +171,7 @@ void expectEverythingOnce(Field& field, dvTileChoice choice) {
     const Sums rest = splatted(field, direct, y);
     for (std::size_t plane = 0; plane < wanted.size(); ++plane) {
       for (std::size_t i = 0; i < wanted[plane].size(); ++i) {
-        const float part = planes[plane].row(y)[i] * tiles.unit(plane);
+        const float part = planes[plane].row(y)[i];
         const double sum = rest[plane][i] + static_cast<double>(part);
         ASSERT_NEAR(sum, wanted[plane][i], 4e-6) << "plane " << plane << ", row " << y;
       }
@@ -327,7 +327,7 @@ TEST(SliceTiles, severalSplatsOfAPixel_areAllSummed) {
   expectEverythingOnce(field, dvTileChoice::Everything);
 }
 
-/// Bright on the left, a thousandth of a thousandth on the right.
+/// Bright on the left, up to column 70, a thousandth of a thousandth on the right.
 Field brightSide() {
   Field field = drawnField(12, 21);
   for (int y = field.bottom(); y < field.bottom() + field.rows(); ++y) {
@@ -353,10 +353,11 @@ TEST(SliceTiles, rounding_isNoMoreThanIsTold) {
   double worst = 0.0;
   for (int y = box.bottom; y < box.top; y += 5) {
     const Sums wanted = splatted(field, all, y);
-    // Where the sums are dim they are off by the rounding of the transforms alone.
-    for (int x = 130; x < box.right; ++x) {
+    // Where the sums are dim, but the tile is not, they are off by the rounding of its transforms
+    // alone.
+    for (int x = 95; x < 130; ++x) {
       const auto i = static_cast<std::size_t>(x - box.left);
-      const auto sum = static_cast<double>(planes[0].row(y)[i] * tiles.unit(0));
+      const auto sum = static_cast<double>(planes[0].row(y)[i]);
       worst = std::max(worst, std::fabs(sum - wanted[0][i]) / rounding.error(0, x, y));
     }
   }
@@ -364,18 +365,39 @@ TEST(SliceTiles, rounding_isNoMoreThanIsTold) {
   EXPECT_GT(worst, 0.1);
 }
 
-TEST(SliceTiles, units_areThePowersOfTwoOfTheValues) {
-  Field field = uniformField();
+TEST(SliceTiles, brightTile_leavesItsRoundingWhereItReaches) {
+  // Of two tiles side by side and one in between; the first is a million times brighter.
+  Field field(128, 3 * 128);
   for (int y = field.bottom(); y < field.bottom() + field.rows(); ++y) {
-    for (std::size_t i = 0; i < field.row(y).records.size(); ++i) {
-      field.row(y).values[2 * i] = 1000.0F;
-      field.row(y).values[2 * i + 1] = -0.01F;
+    for (int x = 0; x < field.width(); ++x) {
+      const float value = x < 128 ? 1e6F : 1.0F;
+      field.add(y, {field.left() + x, 20, 1.0F, 0.0F}, value, value);
     }
   }
   const dvSliceTiles tiles = chosen(field, dvTileChoice::Everything);
-  EXPECT_EQ(tiles.unit(0), 512.0F);
-  EXPECT_EQ(tiles.unit(1), 0x1p-7F);
-  EXPECT_EQ(tiles.unit(2), 1.0F);
+  ThreadParallel parallel(2);
+  dvSpectrumCache spectra = field.spectra();
+  dvTransformRounding rounding = field.rounding();
+  std::vector<dvFramePlane<float>> planes(channels + 1, dvFramePlane<float>(field.box()));
+  tiles.sum(spectra, parallel, planes, rounding);
+  const int y = field.bottom() + 64;
+  const int dim = field.left() + 300;
+  EXPECT_GT(rounding.error(0, field.left() + 64, y), 1e-2);
+  EXPECT_LT(rounding.error(0, dim, y), 1e-4);
+  const Sums wanted = splatted(field, allRows(field), y);
+  const auto i = static_cast<std::size_t>(dim - field.box().left);
+  for (std::size_t plane = 0; plane < planes.size(); ++plane)
+    EXPECT_NEAR(static_cast<double>(planes[plane].row(y)[i]), wanted[plane][i], 1e-4);
+}
+
+TEST(SliceTiles, tinyShareOfAGreatValue_isSummed) {
+  Field field = uniformField();
+  dvSplatRow& row = field.row(30);
+  row.records[40].near = 1e-38F;
+  row.records[40].far = 0.0F;
+  row.values[80] = 1e36F;
+  for (const dvTileChoice choice : {dvTileChoice::ByCost, dvTileChoice::Everything})
+    expectEverythingOnce(field, choice);
 }
 
 TEST(SliceTiles, sum_addsToWhatIsThere) {

@@ -133,7 +133,7 @@ double worstError(const Scene& scene, const dvTileSum& sum, const std::vector<Di
       for (int x = std::max(box.left, -reach); x < std::min(box.right, scene.side + reach); ++x)
         origin[y * stride + x] = 0.5F;
     }
-    sum.addInto(static_cast<int>(p), box, reach, origin, 0, stride);
+    sum.addInto(static_cast<int>(p), box, reach, 1.0F, origin, 0, stride);
     for (int y = -reach; y < scene.side + reach; ++y) {
       for (int x = -reach; x < scene.side + reach; ++x) {
         const bool inside = x >= box.left && x < box.right && y >= box.bottom && y < box.top;
@@ -218,7 +218,7 @@ TEST(TileSum, onePixel_isTheKernelThere) {
   const int stride = side + 2 * radius;
   Values target(static_cast<std::size_t>(stride * stride), 0.0F);
   float* origin = target.data() + radius * stride + radius;
-  sum.addInto(0, everything(), radius, origin, 0, stride);
+  sum.addInto(0, everything(), radius, 1.0F, origin, 0, stride);
   for (int dy = -radius; dy <= radius; ++dy) {
     for (int dx = -radius; dx <= radius; ++dx) {
       const float expected = 2.0F * table.row(radius, radius - dy)[radius + dx];
@@ -259,7 +259,7 @@ TEST(TileSum, reusedObject_givesTheSameBits) {
     addScene(scene, 5, sum, direct);
     Values target(3 * 88 * 88, 0.0F);
     for (int p = 0; p < 3; ++p)
-      sum.addInto(p, everything(), 20, target.data() + (p * 88 + 20) * 88 + 20, 0, 88);
+      sum.addInto(p, everything(), 20, 1.0F, target.data() + (p * 88 + 20) * 88 + 20, 0, 88);
     return target;
   };
   dvTileSum fresh(48, 3);
@@ -285,7 +285,7 @@ Values pictureWithout(const std::vector<int>& zeros, int planes) {
   sum.finish();
   Values target(static_cast<std::size_t>(planes * 48 * 48), 0.0F);
   for (int p = 0; p < planes; ++p)
-    sum.addInto(p, everything(), 8, target.data() + (p * 48 + 8) * 48 + 8, 0, 48);
+    sum.addInto(p, everything(), 8, 1.0F, target.data() + (p * 48 + 8) * 48 + 8, 0, 48);
   return target;
 }
 
@@ -305,7 +305,7 @@ TEST(TileSum, nothingAdded_isNothing) {
   sum.finish();
   Values target(32 * 32, 7.0F);
   for (int p = 0; p < 3; ++p)
-    sum.addInto(p, everything(), 8, target.data() + 8 * 32 + 8, 0, 32);
+    sum.addInto(p, everything(), 8, 1.0F, target.data() + 8 * 32 + 8, 0, 32);
   EXPECT_TRUE(std::all_of(target.begin(), target.end(), [](float v) { return v == 7.0F; }));
 }
 
@@ -324,7 +324,7 @@ TEST(TileSum, weightTogetherWithStrongColours_keepsItsOwnAccuracy) {
   sum.finish();
   direct[2].add(values.data() + 2 * side * side, table, 8);
   Values target(48 * 48, 0.0F);
-  sum.addInto(2, everything(), 8, target.data() + 8 * 48 + 8, 0, 48);
+  sum.addInto(2, everything(), 8, 1.0F, target.data() + 8 * 48 + 8, 0, 48);
   for (int y = -8; y < side + 8; ++y) {
     for (int x = -8; x < side + 8; ++x) {
       const float got = target.data()[(y + 8) * 48 + x + 8];
