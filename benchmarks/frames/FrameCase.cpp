@@ -38,4 +38,9 @@ FrameCase withEffects(FrameCase picture, float chromaticAberration) {
   return picture;
 }
 
+FrameCase withBrightWindow(FrameCase picture) {
+  picture.brightWindow = true;
+  return picture;
+}
+
 }  // namespace drevin::bench

@@ -20,6 +20,7 @@ struct FrameCase {
   test::LiteralSettings settings;  ///< of the node and of its literal counterparts alike
   bool apertureImage = false;      ///< whether the Kernel input is connected
   bool mattes = false;             ///< whether the mattes are connected
+  bool brightWindow = false;       ///< see brightWindow()
   int deepSamples = 0;             ///< a pixel; 0 for a flat picture
   bool thick = false;              ///< whether deep samples overlap, or are points
 };
@@ -36,5 +37,8 @@ FrameCase withColouredAperture(FrameCase picture);
 /// The same with chromatic aberration of that amount, bloom and all three mattes. At 256 px of blur
 /// green is shifted by 1.3 px at an amount of 0.2, by 6.4 px at 1 and by 25 px at 4.
 FrameCase withEffects(FrameCase picture, float chromaticAberration = 0.2F);
+
+/// The same with a window in which it is a hundred times brighter.
+FrameCase withBrightWindow(FrameCase picture);
 
 }  // namespace drevin::bench

@@ -7,6 +7,7 @@ namespace drevin::bench {
 FramePictures framePictures(const FrameCase& picture) {
   FramePictures pictures;
   pictures.image = frameScene(picture.scene, picture.size.width, picture.size.height);
+  if (picture.brightWindow) brightenWindow(pictures.image);
   if (picture.apertureImage) pictures.aperture = apertureScene(picture.settings.maxKernelSize);
   if (picture.mattes) pictures.mattes = matteScene(picture.size.width, picture.size.height);
   if (picture.deepSamples > 0) {

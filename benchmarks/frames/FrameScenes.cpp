@@ -118,4 +118,18 @@ embedded::Image matteScene(int width, int height) {
   return image;
 }
 
+void brightenWindow(embedded::Image& image) {
+  const int width = image.box.w();
+  const int height = image.box.h();
+  for (const DD::Image::Channel channel :
+       {DD::Image::Chan_Red, DD::Image::Chan_Green, DD::Image::Chan_Blue}) {
+    auto plane = std::make_shared<embedded::Plane>(*image.planes[channel]);
+    for (int y = 3 * height / 4; y < 3 * height / 4 + height / 6; ++y) {
+      for (int x = width / 10; x < width / 5; ++x)
+        (*plane)[static_cast<std::size_t>(y * width + x)] *= 100.0F;
+    }
+    image.planes[channel] = plane;
+  }
+}
+
 }  // namespace drevin::bench

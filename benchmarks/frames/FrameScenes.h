@@ -31,4 +31,8 @@ embedded::Image apertureScene(int side);
 /// rises from the bottom to the top.
 embedded::Image matteScene(int width, int height);
 
+/// Makes the colours of an area in the upper left, a tenth of the picture wide and a sixth high, a
+/// hundred times brighter.
+void brightenWindow(embedded::Image& image);
+
 }  // namespace drevin::bench

@@ -38,6 +38,10 @@ KernelGoal colouredGoal(const FrameCase& plain) {
   return {"aperture image, coloured", withColouredAperture(plain), "≤ 1.4×", "≤ 1.1×"};
 }
 
+KernelGoal brightGoal(const FrameCase& plain) {
+  return {"window a hundred times brighter", withBrightWindow(plain), "", ""};
+}
+
 KernelGoal effectsGoal(const FrameCase& plain, float chromaticAberration) {
   return {fmt::format("chromatic aberration {:g}, bloom, three mattes", chromaticAberration),
           withEffects(plain, chromaticAberration), "≤ 1.6×", "≤ 1.25×", false};
@@ -80,7 +84,7 @@ std::vector<Figure> kernelFigures(const TablePlan& plan) {
   for (const KernelGoal& goal :
        {bladedGoal(plain), softGoal(plain, 0.0F), softGoal(plain, 0.3F), softGoal(plain, 1.0F),
         colouredGoal(plain), effectsGoal(plain, 0.2F), effectsGoal(plain, 1.0F),
-        effectsGoal(plain, 4.0F)}) {
+        effectsGoal(plain, 4.0F), brightGoal(plain)}) {
     figures.push_back({goal.name, [goal, plain, plan] { return measured(goal, plain, plan); }});
   }
   return figures;
