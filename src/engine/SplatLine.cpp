@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <iterator>
 #include <limits>
 #include <utility>
 
@@ -29,6 +30,28 @@ dvSplatRecord recordOf(const std::int32_t (&radius)[2], const float (&share)[2],
   return record;
 }
 
+/// The same list in memory of its size, where much more was reserved.
+template <typename Value>
+std::vector<Value> fitted(std::vector<Value>&& list) {
+  const std::size_t spare = list.capacity() - list.size();
+  if (spare <= list.size() / 8) return std::move(list);
+  return {std::make_move_iterator(list.begin()), std::make_move_iterator(list.end())};
+}
+
+template <typename Value>
+std::size_t reserved(const std::vector<Value>& list) {
+  return list.capacity() * sizeof(Value);
+}
+
+/// Memory of lists that have values of their own.
+template <typename Splat>
+std::size_t reservedWithValues(const std::vector<Splat>& splats) {
+  std::size_t bytes = reserved(splats);
+  for (const Splat& splat : splats)
+    bytes += reserved(splat.values);
+  return bytes;
+}
+
 /// Whether only values can be the reason that something is not finite.
 bool isOrdinary(const std::int32_t (&radius)[2], const float (&share)[2],
                 const dvKernelTable& kernels) {
@@ -38,6 +61,19 @@ bool isOrdinary(const std::int32_t (&radius)[2], const float (&share)[2],
 }
 
 }  // namespace
+
+std::size_t dvSplatLine::bytes() const {
+  std::size_t bytes = reserved(groups);
+  for (const std::vector<dvCentredSplats>& group : groups) {
+    bytes += reserved(group);
+    for (const dvCentredSplats& splats : group) {
+      bytes += reserved(splats.row.sliceBegin) + reserved(splats.row.records) +
+               reserved(splats.row.values) + reservedWithValues(splats.specials) +
+               reservedWithValues(splats.notFinite);
+    }
+  }
+  return bytes;
+}
 
 dvSplatLineMaker::dvSplatLineMaker(const dvLineSettings& settings, int sourceY,
                                    std::size_t expected)
@@ -95,6 +131,7 @@ inline dvSplatLineMaker::Centred& dvSplatLineMaker::rowAt(int y, std::size_t cha
 bool dvSplatLineMaker::addNotFinite(const dvSplatGroup& group, std::uint32_t slice, int x,
                                     const Kernels& kernels, Centred& centred) const {
   std::vector<float> values;
+  values.reserve(group.places.size());
   for (const std::size_t place : group.places)
     values.push_back(values_[place]);
   if (!isOrdinary(kernels.radius, kernels.share, *group.kernels)) {
@@ -185,8 +222,8 @@ dvSplatRow dvSplatLineMaker::sorted(Centred& centred, std::size_t channels, std:
   for (std::size_t slice = 0; slice < slices; ++slice)
     row.sliceBegin[slice + 1] += row.sliceBegin[slice];
   if (centred.inOrder) {
-    row.records = std::move(centred.records);
-    row.values = std::move(centred.values);
+    row.records = fitted(std::move(centred.records));
+    row.values = fitted(std::move(centred.values));
     return row;
   }
   std::vector<std::uint32_t> next(row.sliceBegin.begin(), row.sliceBegin.end() - 1);
@@ -204,12 +241,14 @@ dvSplatRow dvSplatLineMaker::sorted(Centred& centred, std::size_t channels, std:
 dvSplatLine dvSplatLineMaker::line() {
   dvSplatLine line;
   line.sourceY = sourceY_;
+  line.groups.reserve(groups_.size());
   for (Group& group : groups_) {
     const dvSplatGroup& settings = settings_.groups[line.groups.size()];
     std::vector<dvCentredSplats> centred;
+    centred.reserve(group.rows.size());
     for (Centred& splats : group.rows) {
       centred.push_back({splats.y, sorted(splats, settings.places.size(), settings_.slices),
-                         std::move(splats.specials), std::move(splats.notFinite),
+                         fitted(std::move(splats.specials)), fitted(std::move(splats.notFinite)),
                          splats.lastIsOne});
       // Blurs move by shifts of their own, past one another.
       if (settings.shift != 0.0F) centred.back().row.sortByColumn();

@@ -39,6 +39,9 @@ struct dvCentredSplats {
 struct dvSplatLine {
   int sourceY = 0;
   std::vector<std::vector<dvCentredSplats>> groups;
+
+  /// Memory that its lists take, bytes; what they have reserved counts.
+  std::size_t bytes() const;
 };
 
 /// What the splats of all lines have in common.
@@ -65,7 +68,8 @@ class dvSplatLineMaker {
   /// slice come by ascending column.
   void splat(const dvSplatSource& source);
 
-  /// The line; this is then empty.
+  /// The line, which reserves little more than it holds, for pictures keep many; this is then
+  /// empty.
   dvSplatLine line();
 
  private:

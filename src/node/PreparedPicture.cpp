@@ -17,22 +17,6 @@ constexpr int bandStep = 32;
 /// And by which it grows at most at a time: rows may hold more than those before.
 constexpr int mostStep = 8 * bandStep;
 
-std::size_t bytesOf(const dvSplatLine& line) {
-  std::size_t bytes = 0;
-  for (const std::vector<dvCentredSplats>& group : line.groups) {
-    for (const dvCentredSplats& splats : group) {
-      bytes += splats.row.records.size() * sizeof(dvSplatRecord) +
-               splats.row.values.size() * sizeof(float) +
-               splats.row.sliceBegin.size() * sizeof(std::uint32_t);
-      for (const dvSpecialSplat& special : splats.specials)
-        bytes += sizeof special + special.values.size() * sizeof(float);
-      for (const dvNotFiniteRun& run : splats.notFinite)
-        bytes += sizeof run + run.values.size() * sizeof(float);
-    }
-  }
-  return bytes;
-}
-
 /// The source rows of a picture while its bands are made.
 class SourceRows {
  public:
@@ -81,7 +65,7 @@ class SourceRows {
       for (int i = forgotten_; i < y - first_; ++i) {
         std::optional<dvSplatLine>& line = mode[static_cast<std::size_t>(i)];
         if (line) {
-          bytes_ -= bytesOf(*line);
+          bytes_ -= line->bytes();
           --held_;
         }
         line.reset();
@@ -110,7 +94,7 @@ class SourceRows {
     auto made = source_.read(row, rows);
     for (std::size_t mode = 0; mode < made.size(); ++mode) {
       for (std::size_t i = 0; i < rows.size(); ++i) {
-        bytes_ += bytesOf(made[mode][i]);
+        bytes_ += made[mode][i].bytes();
         ++held_;
         lines_[mode][static_cast<std::size_t>(rows[i] - first_)] = std::move(made[mode][i]);
       }

@@ -2,6 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#ifdef __GLIBC__
+#include <malloc.h>
+#endif
+
 #include <cmath>
 #include <limits>
 
@@ -551,6 +555,53 @@ TEST(SplatLine, greatValues_areKnownByTheirRow) {
   EXPECT_TRUE(hasGreat(1e8F, 1e3F));
   EXPECT_TRUE(hasGreat(0.0F, 1e10F));
 }
+
+/// Lists that a line reserves must be counted, or bands of them grow without end.
+TEST(SplatLine, bytes_areTheCapacitiesOfAllLists) {
+  LineBench bench({1, 2});
+  EXPECT_GT(bench.line({}, pixel).bytes(), 0U) << "a list of groups without rows";
+  const std::size_t one = bench.line({sourceAt(0, 3.0F)}, pixel).bytes();
+  EXPECT_GE(one, sizeof(dvSplatRecord) + 2 * sizeof(float));
+  dvSplatSource special = sourceAt(1, 3.0F);
+  special.weight = infinity;
+  EXPECT_GE(bench.line({sourceAt(0, 3.0F), special}, pixel).bytes(), one + sizeof(dvSpecialSplat));
+  const std::vector<float> notFinite{0.0F, nan, 3.0F};
+  EXPECT_GE(bench.line({sourceAt(0, 3.0F)}, notFinite).bytes(), one + sizeof(dvNotFiniteRun));
+}
+
+#if defined(__GLIBC__) && DREVIN_SANITIZED == 0
+/// Memory that the program has from the allocator.
+std::size_t allocated() {
+  const struct mallinfo2 info = mallinfo2();
+  return info.uordblks + info.hblkhd;
+}
+
+/// Lines of few sources on rows of which every pixel could be one: what they count in parts of what
+/// they take.
+double countedPart(const dvLineSettings& settings, bool inOrder) {
+  constexpr std::size_t rowWidth = 8000;
+  constexpr std::size_t rows = 500;
+  std::vector<dvSplatLine> lines;
+  lines.reserve(rows);
+  std::size_t counted = 0;
+  const std::size_t before = allocated();
+  for (std::size_t row = 0; row < rows; ++row) {
+    dvSplatLineMaker maker(settings, LineBench::sourceY, rowWidth);
+    for (int i = 0; i < 40; ++i)
+      maker.splat(sourceAt(i * 190, 3.0F, inOrder ? 0 : static_cast<std::uint64_t>(i % 3)));
+    lines.push_back(maker.line());
+    counted += lines.back().bytes();
+  }
+  return static_cast<double>(counted) / static_cast<double>(allocated() - before);
+}
+
+TEST(SplatLine, fewSplatsOfAWideRow_takeTheMemoryThatIsCounted) {
+  LineBench bench({1, 2, 3, 4});
+  // The allocator adds some bytes to each list.
+  EXPECT_NEAR(countedPart(bench.prepare(), true), 0.97, 0.04);
+  EXPECT_NEAR(countedPart(bench.prepare(), false), 0.97, 0.04);
+}
+#endif
 
 }  // namespace
 }  // namespace drevin::test
