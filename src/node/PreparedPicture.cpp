@@ -12,10 +12,17 @@ using DD::Image::Row;
 
 namespace {
 
-/// Output rows of which a band has at least this many.
+/// Output rows by which a band grows at least at a time.
 constexpr int bandStep = 32;
 /// And by which it grows at most at a time: rows may hold more than those before.
 constexpr int mostStep = 8 * bandStep;
+
+/// Output rows of which a band has at least this many. Its source rows are padding more on either
+/// side, and what is in them is transformed anew for every band that they reach: of fewer rows than
+/// padding a band would cost more than three times what its rows do in one picture.
+int leastRows(int padding) {
+  return std::max(bandStep, padding);
+}
 
 /// The source rows of a picture while its bands are made.
 class SourceRows {
@@ -125,11 +132,13 @@ void dvPreparedPicture::make(const dvLineSettings& settings, const dvLineSource&
   }
   SourceRows rows(source, wanted, padding);
   dvFrameMaker maker(settings, padding, parallel);
+  const int least = leastRows(padding);
   dvFrameBox band = wanted;
   for (band.top = wanted.bottom; band.top < wanted.top && !parallel.aborted();) {
     band.bottom = band.top;
-    while (band.top < wanted.top && (band.top == band.bottom || rows.bytes() < bandBytes)) {
-      band.top = std::min(band.top + rows.step(bandBytes), wanted.top);
+    while (band.top < wanted.top && (band.height() < least || rows.bytes() < bandBytes)) {
+      const int step = std::max(rows.step(bandBytes), least - band.height());
+      band.top = std::min(band.top + step, wanted.top);
       rows.readUpTo(band.top + padding, parallel);
     }
     for (std::size_t mode = 0; mode < source.modes.size(); ++mode) {

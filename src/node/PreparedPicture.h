@@ -35,9 +35,10 @@ constexpr std::size_t dvBandBytes = std::size_t{192} << 20;
 class dvPreparedPicture {
  public:
   /// Makes the columns and rows of `box`, in bands of rows: a band grows until the splats that
-  /// reach it take `bandBytes`. So memory follows the band and the reach of the blur, however many
-  /// samples a picture has. Every row is read once. Calls `progress` on this thread with the share
-  /// that is done. After an abort there is no picture.
+  /// reach it take `bandBytes`, and has as many rows as `padding` or more. So memory follows the
+  /// band and the reach of the blur, however many samples a picture has. Every row is read once.
+  /// Calls `progress` on this thread with the share that is done. After an abort there is no
+  /// picture.
   void make(const dvLineSettings& settings, const dvLineSource& source, int padding,
             const DD::Image::Box& box, dvParallel& parallel,
             const std::function<void(double)>& progress, std::size_t bandBytes = dvBandBytes);

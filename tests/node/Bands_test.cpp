@@ -29,7 +29,7 @@ Comparison compare(const embedded::Image& a, const embedded::Image& b) {
   return comparison;
 }
 
-/// In bands of 32 rows, the fewest that a band has, and at once.
+/// In bands of the fewest rows and at once.
 void expectBandsOfThePicture(NodeBench& bench) {
   bench.drevin().setBandBytes(std::size_t{1} << 30);
   const embedded::RenderResult whole = bench.render();

@@ -352,7 +352,7 @@ TEST(DeepPicture, tallPictures_areMergedOnceAcrossBands) {
   scene.flat.image = plainScene(7, 150, 10.0F).image;
   scene.deep = evenDeepImage({0, 0, 7, 150}, {redPoint(12.0F, 0.5F, 0.5F)});
   DeepBench bench(scene);
-  // No memory at all: bands of the fewest rows, 32.
+  // No memory at all: bands of the fewest rows.
   bench.drevin().setBandBytes(0);
   bench.render();
   EXPECT_EQ(bench.drevin().mergedPixels(), 6U * 150U);

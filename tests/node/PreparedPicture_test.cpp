@@ -81,13 +81,13 @@ struct Made {
   double lastProgress = 0.0;
 };
 
-Made make(const DD::Image::Box& box, std::size_t bandBytes) {
+Made make(const DD::Image::Box& box, std::size_t bandBytes, int reach = padding) {
   Rows rows;
   dvHostParallel parallel([] { return false; });
   dvPreparedPicture picture;
   Made made;
   picture.make(
-      rows.settings, rows.source, padding, box, parallel,
+      rows.settings, rows.source, reach, box, parallel,
       [&](double done) {
         EXPECT_GE(done, made.lastProgress);
         made.lastProgress = done;
@@ -119,6 +119,16 @@ TEST(PreparedPicture, bandsOfAnyMemory_giveTheSamePictureAndReadEveryRowOnce) {
   }
   EXPECT_GT(make(box, 0).steps, make(box, 100000).steps);
   EXPECT_GT(make(box, 100000).steps, whole.steps);
+}
+
+// One step of progress is one band.
+TEST(PreparedPicture, bandsWithoutMemory_haveAsManyRowsAsThePadding) {
+  const DD::Image::Box box(0, 0, width, height);
+  EXPECT_EQ(make(box, 0).steps, 7) << "32 rows each";
+  EXPECT_EQ(make(box, 0, 50).steps, 4);
+  EXPECT_EQ(make(box, 0, 70).steps, 3);
+  EXPECT_EQ(make(box, 0, 300).steps, 1);
+  expectAgreement(make(box, 0, 50).values, make(box, std::size_t{1} << 30, 50).values);
 }
 
 TEST(PreparedPicture, boxBeyondTheRows_repeatsTheFirstAndTheLast) {
