@@ -1,6 +1,7 @@
 /// The picture that is made when the node opens.
 
 #include <algorithm>
+#include <memory>
 
 #include "node/Drevin.h"
 #include "node/HostConversions.h"
@@ -29,12 +30,13 @@ dvLineSource linesOf(const dvFlatPlan& plan, const dvLineSettings& settings) {
   source.firstRow = plan.firstRow;
   source.lastRow = plan.lastRow;
   source.modes = {dvDeepMode::Both};
-  source.read = [&plan, &settings](int row, const std::vector<int>& sourceRows) {
-    std::vector<std::vector<dvSplatLine>> lines(1);
-    const dvFlatLine line(plan, row);
-    for (const int sourceY : sourceRows)
-      lines[0].push_back(splatLine(plan, line, sourceY, settings));
-    return lines;
+  source.read = [&plan, &settings](int row) -> dvRowSplats {
+    const auto line = std::make_shared<const dvFlatLine>(plan, row);
+    return [&plan, &settings, line](int sourceY) {
+      std::vector<dvSplatLine> made;
+      made.push_back(splatLine(plan, *line, sourceY, settings));
+      return made;
+    };
   };
   return source;
 }
@@ -46,16 +48,16 @@ dvLineSource linesOf(const dvDeepPlan& plan, const dvLineSettings& settings,
   source.lastRow = plan.formatHeight - 1;
   for (const dvDeepSettings& mode : plan.modes)
     source.modes.push_back(mode.mode);
-  source.read = [&](int row, const std::vector<int>& sourceRows) {
-    std::vector<std::vector<dvSplatLine>> lines;
-    const dvDeepLine line(plan, row);
-    mergedPixels += line.mergedPixels();
-    for (std::size_t mode = 0; mode < plan.modes.size() && line.hasSamples(); ++mode) {
-      std::vector<dvSplatLine>& made = lines.emplace_back();
-      for (const int sourceY : sourceRows)
-        made.push_back(splatLine(plan, line, sourceY, mode, settings));
-    }
-    return lines;
+  source.read = [&](int row) -> dvRowSplats {
+    const auto line = std::make_shared<const dvDeepLine>(plan, row);
+    mergedPixels += line->mergedPixels();
+    if (!line->hasSamples()) return nullptr;
+    return [&plan, &settings, line](int sourceY) {
+      std::vector<dvSplatLine> made;
+      for (std::size_t mode = 0; mode < plan.modes.size(); ++mode)
+        made.push_back(splatLine(plan, *line, sourceY, mode, settings));
+      return made;
+    };
   };
   return source;
 }

@@ -53,7 +53,8 @@ class SourceRows {
   void readUpTo(int end, dvParallel& parallel) {
     const int last = rowOf(end - 1);
     const int begin = std::max(nextRow_.value_or(rowOf(first_)), rowOf(first_));
-    parallel.forEach(last - begin + 1, [&](int /*worker*/, int item) { read(begin + item); });
+    parallel.forEach(last - begin + 1,
+                     [&](int /*worker*/, int item) { read(begin + item, parallel); });
     nextRow_ = std::max(begin, last + 1);
   }
 
@@ -86,25 +87,21 @@ class SourceRows {
     return std::max(source_.firstRow, std::min(sourceY, source_.lastRow));
   }
 
-  /// All source rows that show a row: one, but for the first and the last.
-  std::vector<int> sourceRowsOf(int row) const {
+  /// Reads a row, and makes it for all source rows that show it: one, but for the first and the
+  /// last, which may be as many as a blur reaches.
+  void read(int row, const dvParallel& parallel) {
     const int begin = row == source_.firstRow ? first_ : std::max(first_, row);
     const int end = row == source_.lastRow ? end_ : std::min(end_, row + 1);
-    std::vector<int> rows;
-    for (int y = begin; y < end; ++y)
-      rows.push_back(y);
-    return rows;
+    const dvRowSplats splats = source_.read(row);
+    for (int y = begin; y < end && splats != nullptr && (y == begin || !parallel.aborted()); ++y)
+      take(y, splats(y));
   }
 
-  void read(int row) {
-    const std::vector<int> rows = sourceRowsOf(row);
-    auto made = source_.read(row, rows);
+  void take(int sourceY, std::vector<dvSplatLine>&& made) {
     for (std::size_t mode = 0; mode < made.size(); ++mode) {
-      for (std::size_t i = 0; i < rows.size(); ++i) {
-        bytes_ += made[mode][i].bytes();
-        ++held_;
-        lines_[mode][static_cast<std::size_t>(rows[i] - first_)] = std::move(made[mode][i]);
-      }
+      bytes_ += made[mode].bytes();
+      ++held_;
+      lines_[mode][static_cast<std::size_t>(sourceY - first_)] = std::move(made[mode]);
     }
   }
 

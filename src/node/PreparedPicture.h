@@ -16,6 +16,9 @@
 
 namespace drevin {
 
+/// Makes the splats of a row that has been read as source row `sourceY`, for each mode.
+using dvRowSplats = std::function<std::vector<dvSplatLine>(int sourceY)>;
+
 /// Where the splats of a picture come from.
 struct dvLineSource {
   /// Rows that are read; source rows below and above them repeat the first and the last.
@@ -23,10 +26,9 @@ struct dvLineSource {
   int lastRow = 0;
   /// One for each picture that is made; a flat picture has one, of dvDeepMode::Both.
   std::vector<dvDeepMode> modes;
-  /// Reads a row: for each mode the splats of every given source row, all of which show that row.
-  /// Nothing if the row is not to be had. Called by many threads at once, once for each row.
-  std::function<std::vector<std::vector<dvSplatLine>>(int row, const std::vector<int>& sourceRows)>
-      read;
+  /// Reads a row, for its splats as they are seen from the source rows that show it. Null if it is
+  /// not to be had. Called by many threads at once, once for each row.
+  std::function<dvRowSplats(int row)> read;
 };
 
 /// Memory of the splats that are held at a time, bytes.

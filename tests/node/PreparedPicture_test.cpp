@@ -29,20 +29,22 @@ class Rows {
     settings.groups = splatGroups(bank_, {}, {1});
     source.lastRow = height - 1;
     source.modes = {dvDeepMode::Both};
-    source.read = [this](int row, const std::vector<int>& sourceRows) {
+    source.read = [this](int row) -> dvRowSplats {
       ++reads;
-      std::vector<std::vector<dvSplatLine>> lines;
-      if (row == 100) return lines;
-      lines.resize(1);
-      for (const int sourceY : sourceRows)
-        lines[0].push_back(line(row, sourceY));
-      return lines;
+      if (row == 100) return nullptr;
+      return [this, row](int sourceY) {
+        ++made;
+        std::vector<dvSplatLine> lines;
+        lines.push_back(line(row, sourceY));
+        return lines;
+      };
     };
   }
 
   dvLineSettings settings;
   dvLineSource source;
   std::atomic<int> reads{0};
+  std::atomic<int> made{0};  ///< lines of all source rows
 
  private:
   dvSplatLine line(int row, int sourceY) const {
@@ -174,6 +176,19 @@ TEST(PreparedPicture, abort_leavesNoPicture) {
   dvPreparedPicture picture;
   picture.make(rows.settings, rows.source, padding, {0, 0, width, height}, parallel, [](double) {});
   EXPECT_FALSE(picture.has(0, 0, width, DD::Image::Mask_Red, dvDeepMode::Both));
+}
+
+TEST(PreparedPicture, abortAmongTheCopiesOfARow_leavesTheRest) {
+  // Far above the rows every source row shows the last one.
+  const DD::Image::Box above(0, height + 1000, width, height + 1001);
+  for (const int most : {1, 20}) {
+    Rows rows;
+    dvHostParallel parallel([&] { return rows.made >= most; });
+    dvPreparedPicture picture;
+    picture.make(rows.settings, rows.source, 400, above, parallel, [](double) {});
+    EXPECT_EQ(rows.made, most) << "of 801";
+    EXPECT_FALSE(picture.has(height + 1000, 0, width, DD::Image::Mask_Red, dvDeepMode::Both));
+  }
 }
 
 }  // namespace
