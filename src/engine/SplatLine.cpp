@@ -189,8 +189,10 @@ inline void dvSplatLineMaker::addToGroup(const dvSplatGroup& group, const dvSpla
   float greatest = 0.0F;
   const bool valuesFinite = takeValues(group, centred, greatest);
   const bool sharesFinite = std::isfinite(kernels.share[0]) && std::isfinite(kernels.share[1]);
-  // A value of 1 times an infinite share is not its own weight: that one is spread as a number.
-  centred.lastIsOne = centred.lastIsOne && sharesFinite && values_[group.places.back()] == 1.0F;
+  // What an infinite share or kernel makes of 1 is not its own weight: no part of so much weight
+  // has room, and no part of infinity is NaN.
+  centred.lastIsOne = centred.lastIsOne && values_[group.places.back()] == 1.0F &&
+                      isOrdinary(kernels.radius, kernels.share, *group.kernels);
   const auto slice = static_cast<std::uint32_t>(source.slice);
   const bool finite = valuesFinite && sharesFinite;
   if (!finite && !addNotFinite(group, slice, x, kernels, centred)) return;

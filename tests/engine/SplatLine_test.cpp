@@ -542,6 +542,23 @@ TEST(SplatLine, oneOfAnInfiniteShare_isNotItsOwnWeight) {
   EXPECT_TRUE(onlyRow(bench.line({source}, {0.0F, 1.0F})).lastIsOne);
 }
 
+TEST(SplatLine, oneUnderAnInfiniteKernel_isNotItsOwnWeight) {
+  dvKernelBank bank = countingBank(12, {1});
+  bank.back().plane(1)[0] = infinity;
+  dvLineSettings settings;
+  settings.bank = &bank;
+  settings.channels = {1};
+  settings.groups = splatGroups(bank, {}, {1});
+  const auto lastIsOne = [&](float coc) {
+    dvSplatLineMaker maker(settings, 0);
+    maker.pixel(1) = 1.0F;
+    maker.splat(sourceAt(0, coc));
+    return onlyRow(maker.line()).lastIsOne;
+  };
+  EXPECT_FALSE(lastIsOne(static_cast<float>(bank.back().width)));
+  EXPECT_TRUE(lastIsOne(3.0F)) << "of finite kernels";
+}
+
 TEST(SplatLine, greatValues_areKnownByTheirRow) {
   LineBench bench;
   const auto hasGreat = [&](float value, float weight) {
