@@ -24,7 +24,8 @@ targets=("$@")
 command -v clang++ >/dev/null || { echo "fuzz/run.sh: no clang++ here; install clang" >&2; exit 1; }
 
 cmake -S . -B build/fuzz -G Ninja -DCMAKE_CXX_COMPILER=clang++ -DDREVIN_FUZZ=ON -DDREVIN_TESTS=OFF \
-  -DDREVIN_SANITIZE=address,undefined -DCMAKE_BUILD_TYPE=RelWithDebInfo -DDREVIN_PRECOMPILED_HEADERS=ON >/dev/null
+  -DDREVIN_SANITIZE=address,undefined -DCMAKE_BUILD_TYPE=RelWithDebInfo -DDREVIN_PRECOMPILED_HEADERS=ON \
+  -DDREVIN_JOIN_SOURCES=ON >/dev/null
 cmake --build build/fuzz --target "${targets[@]/%/_fuzz}"
 
 # Where the tests look for them too.

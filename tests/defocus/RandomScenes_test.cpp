@@ -7,7 +7,7 @@
 namespace drevin::test {
 namespace {
 
-constexpr unsigned seeds = 500;
+constexpr unsigned seeds = DREVIN_SANITIZED != 0 ? 125 : 500;
 /// Least share of the values that must be well-conditioned enough to be compared.
 constexpr double leastCompared = 0.97;
 

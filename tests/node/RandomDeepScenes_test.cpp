@@ -11,7 +11,7 @@
 namespace drevin::test {
 namespace {
 
-constexpr unsigned seeds = 200;
+constexpr unsigned seeds = DREVIN_SANITIZED != 0 ? 40 : 200;
 /// Least share of the values that must be well-conditioned enough to be compared.
 constexpr double leastCompared = 0.9;
 

@@ -12,7 +12,7 @@
 namespace drevin::test {
 namespace {
 
-constexpr unsigned seeds = 400;
+constexpr unsigned seeds = DREVIN_SANITIZED != 0 ? 80 : 400;
 /// Least share of the values that must be well-conditioned enough to be compared.
 constexpr double leastCompared = 0.97;
 
