@@ -142,6 +142,10 @@ void Drevin::_open() {
   if (openingAborted_) freeKernels();
 }
 
+void Drevin::_close() {
+  freeKernels();
+}
+
 void Drevin::engine(int y, int x, int r, ChannelMask channels, Row& out) {
   ChannelSet read(channels);
   in_channels(read);

@@ -5,6 +5,7 @@
 #include <atomic>
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <vector>
 
 #include "DDImage/Hash.h"
@@ -54,7 +55,7 @@ class Drevin : public DD::Image::Iop {
   /// Adds what a row reads of the deep input: as above with front and back instead of depth.
   void deep_in_channels(DD::Image::ChannelSet& channels) const;
 
-  // Kernels, made when the node opens (Kernels.cpp) ---------------------------------------------
+  // Kernels, there while the node is open (Kernels.cpp) -----------------------------------------
 
   /// Makes the kernels that the output type needs: aperture image, size estimate, bank. An opening
   /// begins with it.
@@ -122,6 +123,8 @@ class Drevin : public DD::Image::Iop {
   void _validate(bool for_real) override;
   void _request(int x, int y, int r, int t, DD::Image::ChannelMask channels, int count) override;
   void _open() override;
+  /// Frees what the opening made; the node may open again.
+  void _close() override;
 
  private:
   // Validation.cpp
@@ -178,11 +181,12 @@ class Drevin : public DD::Image::Iop {
   bool defocusMatteUsed_ = false;
   bool chromaticMatteUsed_ = false;
   DD::Image::ChannelSet matteChannels_;
-  int padding_ = 0;                          ///< px by which requests are grown on every side
-  int kernelSize_ = 0;                       ///< px, working maximum kernel diameter
-  DD::Image::ChannelSet kernelChannels_;     ///< channels that the kernels were built for
-  DD::Image::Box requestedBox_;              ///< of the output, since the last validation
-  DD::Image::ChannelSet requestedChannels_;  ///< as requestedBox_
+  int padding_ = 0;                       ///< px by which requests are grown on every side
+  int kernelSize_ = 0;                    ///< px, working maximum kernel diameter
+  DD::Image::ChannelSet kernelChannels_;  ///< channels that the kernels were built for
+  /// Around all requests of the output since the last validation; none without one.
+  std::optional<DD::Image::Box> requestedBox_;
+  DD::Image::ChannelSet requestedChannels_;  ///< of the same requests
   dvPreparedPicture picture_;
   std::atomic<std::uint64_t> mergedPixels_{0};
   std::size_t bandBytes_ = dvBandBytes;

@@ -67,10 +67,10 @@ dvLineSource linesOf(const dvDeepPlan& plan, const dvLineSettings& settings,
 void Drevin::preparePicture() {
   picture_.clear();
   mergedPixels_ = 0;
-  if (kernelBank_.empty() || openingAborted()) return;
+  if (!requestedBox_ || kernelBank_.empty() || openingAborted()) return;
   ChannelSet processed(requestedChannels_);
   processed &= kernelChannels_;
-  Box box(requestedBox_);
+  Box box(*requestedBox_);
   box.intersect(info_);
   const std::vector<int> channels = channelNumbers(processed);
   if (channels.empty()) return;

@@ -32,7 +32,12 @@ void Drevin::deep_in_channels(ChannelSet& channels) const {
 void Drevin::_request(int x, int y, int r, int t, ChannelMask channels, int count) {
   settings_.processChannels =
       settings_.bokehChannels.all() ? ChannelSet(channels) : settings_.bokehChannels;
-  requestedBox_.merge(Box(x, y, r, t));
+  const Box box(x, y, r, t);
+  if (requestedBox_) {
+    requestedBox_->merge(box);
+  } else {
+    requestedBox_ = box;
+  }
   requestedChannels_ += channels;
   const Box padded(x - padding_, y - padding_, r + padding_, t + padding_);
   if (Iop* image = input(dvInput::image)) {

@@ -123,7 +123,7 @@ void Drevin::deriveSlices() {
 void Drevin::resetKernels() {
   kernelSize_ = settings_.maxKernelSize;
   padding_ = validationPadding(settings_.maxKernelSize);
-  requestedBox_.clear();
+  requestedBox_.reset();
   requestedChannels_.clear();
   freeKernels();
 }

@@ -307,7 +307,7 @@ TEST(DeepFrontAndBack, unwantedSide_isNeverMade) {
     DeepBench bench(frontAndBack());
     bench.node().set("integrateFrontAndBackSeperately", 1.0);
     bench.node().set("focusOutput", focusOutput);
-    bench.render();
+    bench.node().open();
     const auto wanted = static_cast<dvDeepMode>(focusOutput);
     const auto other = wanted == dvDeepMode::Front ? dvDeepMode::Back : dvDeepMode::Front;
     const dvPreparedPicture& picture = bench.drevin().picture();

@@ -226,11 +226,14 @@ TEST_P(HostWays, requestBetweenTwoOpenings_growsThePicture) {
   EXPECT_TRUE(sameBits(rowsOf(opened.node(), whole), rowsOf(fresh.node(), whole)));
 }
 
-TEST_P(HostWays, closedAndOpenedAgain_makesTheSamePicture) {
+TEST_P(HostWays, closedAndOpenedAgain_freesAllAndMakesTheSamePicture) {
   OpenedNode opened(GetParam(), {whole});
   const Pixels before = rowsOf(opened.node(), whole);
   const int padding = opened.node().padding();
   opened.node().close();
+  EXPECT_FALSE(opened.hasPicture(whole));
+  EXPECT_TRUE(opened.node().kernelBank().empty());
+  EXPECT_EQ(opened.node().heroKernel().width, 0);
   opened.node().open();
   EXPECT_EQ(opened.node().padding(), padding);
   EXPECT_TRUE(opened.hasPicture(whole));
@@ -246,6 +249,20 @@ TEST(HostWaysOfFlatInputs, validationWithoutOpening_leavesTheInputInTheRows) {
   const LiteralScene scene = transformedScene();
   for (int x = 0; x < width; ++x)
     EXPECT_EQ(row[static_cast<std::size_t>(x)], scene.image.at(x, 50, 2)) << x;
+}
+
+TEST(HostWaysOfFlatInputs, openingWithoutARequest_makesNoPicture) {
+  OpenedNode opened(Source::Flat, std::vector<Box>{});
+  EXPECT_FALSE(opened.hasPicture(Box(0, 0, 1, 1)));
+  EXPECT_FALSE(opened.hasPicture(whole));
+}
+
+TEST_P(HostWays, requestBesideTheOrigin_isTheBoxOfThePicture) {
+  const Box beside(100, 80, 160, 120);
+  OpenedNode opened(GetParam(), {beside});
+  EXPECT_TRUE(opened.hasPicture(beside));
+  EXPECT_FALSE(opened.hasPicture({99, 80, 160, 120}));
+  EXPECT_FALSE(opened.hasPicture({100, 79, 160, 120}));
 }
 
 TEST_P(HostWays, validationsWithoutOpening_doNotShowLater) {

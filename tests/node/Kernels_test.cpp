@@ -59,6 +59,7 @@ TEST(OpenedNode, diameterAboveTheMaximum_warnsAndIsHeld) {
   EXPECT_EQ(result.messages[0].text,
             "Max kernel size is less than the maximum coc in the result, you may want to consider "
             "increasing the max kernel size above 73.");
+  bench.open();
   EXPECT_EQ(bench.drevin().kernelBank().size(), 55U);
   EXPECT_EQ(bench.drevin().padding(), 27);
 }

@@ -55,6 +55,7 @@ NodeBench::NodeBench(const LiteralScene& scene) : NodeBench() {
 }
 
 NodeBench::~NodeBench() {
+  close();
   node_.reset();
 }
 

@@ -47,15 +47,26 @@ class NodeBench {
 
   void connectPicture(int input, const LiteralPicture& picture);
   void connectCamera(const embedded::CameraValues& values);
-  bool connect(int input, DD::Image::Op* op) { return node_->connect(input, op); }
+  bool connect(int input, DD::Image::Op* op) {
+    close();
+    return node_->connect(input, op);
+  }
 
   /// Store pass and validation for real.
   void validate();
   /// What the scene asks for: its channels, and its interface scale.
   embedded::RenderOptions options;
-  embedded::RenderResult render() { return embedded::render(*node_, options); }
-  /// Validates, requests and opens, so that the kernels stand.
-  void open() { const embedded::RenderSession session(*node_, options); }
+  embedded::RenderResult render() {
+    close();
+    return embedded::render(*node_, options);
+  }
+  /// Validates, requests and opens. The kernels and the picture stand until the node is closed,
+  /// rendered or rewired.
+  void open() {
+    close();
+    session_ = std::make_unique<embedded::RenderSession>(*node_, options);
+  }
+  void close() { session_.reset(); }
 
  private:
   void setControls(const LiteralSettings& settings);
@@ -64,6 +75,7 @@ class NodeBench {
 
   std::vector<std::unique_ptr<DD::Image::Op>> inputs_;
   std::unique_ptr<Node> node_;
+  std::unique_ptr<embedded::RenderSession> session_;  ///< while the node is open
   Drevin* drevin_ = nullptr;
   DD::Image::Knob standIn_;
 };
