@@ -21,7 +21,6 @@ struct dvFrameBox {
   int width() const { return right > left ? right - left : 0; }
   int height() const { return top > bottom ? top - bottom : 0; }
   bool empty() const { return width() == 0 || height() == 0; }
-  bool contains(int x, int y) const { return x >= left && x < right && y >= bottom && y < top; }
 };
 
 /// Columns [begin, end) of a row, counted from its first.

@@ -42,7 +42,6 @@ double meanShare(int first, int side, int radius, int begin, int end) {
 
 double dvWantedPart::share(int radius) const {
   constexpr double leastColumns = 0.1;
-  if (isAll_) return 1.0;
   return meanShare(bottom_, side_, radius, box_.bottom, box_.top) *
          std::max(leastColumns, meanShare(left_, side_, radius, box_.left, box_.right));
 }

@@ -53,21 +53,19 @@ class dvTileCensus {
 /// transform makes all that its tile reaches.
 class dvWantedPart {
  public:
-  dvWantedPart() = default;
   /// Of a tile at (left, bottom) for a box.
   dvWantedPart(int left, int bottom, int side, const dvFrameBox& box)
-      : left_(left), bottom_(bottom), side_(side), box_(box), isAll_(false) {}
+      : left_(left), bottom_(bottom), side_(side), box_(box) {}
 
   /// The share of the rows and columns of kernels of a radius that lie in the box, on average over
-  /// the tile; 1 if nothing was said of a box. A splat beside the columns takes some time as well.
+  /// the tile. A splat beside the columns takes some time as well.
   double share(int radius) const;
 
  private:
-  int left_ = 0;
-  int bottom_ = 0;
-  int side_ = 0;
+  int left_;
+  int bottom_;
+  int side_;
   dvFrameBox box_;
-  bool isAll_ = true;
 };
 
 struct dvTilePlan {
@@ -92,7 +90,6 @@ struct dvTilePlan {
 /// nothing if none gains. Radius 0 is not taken: what is in focus stays as sharp and as exact as it
 /// is.
 dvTilePlan planTile(const dvTileCensus& census, const dvCutKernels& kernels, int side, int planes,
-                    const dvRowCost& cost, dvTileChoice choice,
-                    const dvWantedPart& wanted = dvWantedPart());
+                    const dvRowCost& cost, dvTileChoice choice, const dvWantedPart& wanted);
 
 }  // namespace drevin

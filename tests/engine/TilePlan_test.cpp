@@ -22,6 +22,11 @@ const dvKernelTable& discs() {
   return table;
 }
 
+/// Everything that the tile reaches.
+const dvWantedPart everything(0, 0, side,
+                              {-largestRadius, -largestRadius, side + largestRadius,
+                               side + largestRadius});
+
 /// A tile in which radii have splats, half of each splat's share in the next radius.
 class Tile {
  public:
@@ -36,7 +41,7 @@ class Tile {
     return *this;
   }
   dvTilePlan plan(dvTileChoice choice = dvTileChoice::ByCost) const {
-    return planTile(census_, kernels_, side, planes, cost_, choice);
+    return planTile(census_, kernels_, side, planes, cost_, choice, everything);
   }
   /// For a picture of `box`, the tile's first pixel at 0, 0.
   dvTilePlan planFor(const dvFrameBox& box) const {
@@ -44,7 +49,7 @@ class Tile {
                     {0, 0, side, box});
   }
   dvTilePlan planBy(const dvRowCost& cost) const {
-    return planTile(census_, kernels_, side, planes, cost, dvTileChoice::ByCost);
+    return planTile(census_, kernels_, side, planes, cost, dvTileChoice::ByCost, everything);
   }
   /// What a plan takes, by the costs as they are.
   double timeOf(const dvTilePlan& plan) const {
@@ -71,7 +76,6 @@ bool takes(const Tile& tile, int radius) {
 }
 
 TEST(TilePlan, boxAroundTheReach_isWantedWhole) {
-  EXPECT_EQ(dvWantedPart().share(64), 1.0);
   const dvWantedPart around(0, 0, side, {-64, -64, side + 64, side + 64});
   EXPECT_EQ(around.share(64), 1.0);
   EXPECT_LT(around.share(70), 1.0);
