@@ -12,7 +12,6 @@ namespace drevin {
 
 using DD::Image::Box;
 using DD::Image::Chan_Alpha;
-using DD::Image::Chan_Black;
 using DD::Image::Chan_DeepBack;
 using DD::Image::Chan_DeepFront;
 using DD::Image::Chan_Z;
