@@ -3,7 +3,7 @@
 #include <benchmark/benchmark.h>
 
 #include "BenchScene.h"
-#include "kernel/PaddingEstimate.h"
+#include "defocus/FlatEstimate.h"
 #include "support/LiteralEstimate.h"
 
 namespace {
@@ -20,15 +20,11 @@ void estimate(benchmark::State& state) {
   const drevin::dvLens& lens = frame.settings().blur.lens;
   const float* depth = scene.image.planes.at(5).data();
   for (auto _ : state) {
-    drevin::dvPaddingEstimate padding(
-        [&](float raw) { return normaliseDepth(raw, lens.depthStyle); },
-        [&](float z) {
-          const float clamped = clampToFocusRegion(z, lens);
-          return unscaledCoc(clamped, focusRegion(clamped, lens), lens);
-        },
-        lens.uiContextScale);
-    padding.addRow(depth, width * rows);
-    benchmark::DoNotOptimize(padding.largest());
+    drevin::withFixedModes(lens, [&](const auto& fixed) {
+      auto padding = drevin::flatEstimate(fixed);
+      padding.addRow(depth, width * rows);
+      benchmark::DoNotOptimize(padding.largest());
+    });
   }
 }
 

@@ -34,7 +34,8 @@ int validationPadding(int maxKernelSize);
 ///   finalScale  scale of every blur, the interface's proxy scale
 ///
 /// Fails to: a NaN blur raises nothing; 2^31 px or more count as the largest int.
-/// Order does not matter.   Tests: PaddingEstimate_test.cpp
+/// Order does not matter: many depths of a row are scanned at once where the functions have no
+/// branches.   Tests: PaddingEstimate_test.cpp
 template <typename Normalise, typename Blur>
 class dvPaddingEstimate {
  public:
@@ -43,23 +44,23 @@ class dvPaddingEstimate {
 
   /// Scans `count` raw samples of a flat image's depth channel; none for a count below 1.
   void addRow(const float* depth, int count) {
-    for (int i = 0; i < count; ++i) {
-      addDepth(normalise_(depth[i]));
+    float largest[lanes];
+    std::fill(largest, largest + lanes, 0.0F);
+    for (; count >= lanes; count -= lanes, depth += lanes) {
+      for (int lane = 0; lane < lanes; ++lane)
+        largest[lane] = larger(largest[lane], diameter(normalise_(depth[lane])));
     }
+    for (const float ofLane : largest)
+      largest_ = larger(largest_, ofLane);
+    for (int i = 0; i < count; ++i)
+      addDepth(normalise_(depth[i]));
   }
 
   /// Scans one depth that is in scene units already, as deep samples are.
-  void addDepth(float depth) {
-    constexpr float infinitelyFar = std::numeric_limits<float>::max();
-    if (std::fabs(depth - infinitelyFar) < 1e-5F) {
-      return;
-    }
-    const float diameter = blur_(depth) * finalScale_;
-    largest_ = diameter > largest_ ? diameter : largest_;
-  }
+  void addDepth(float depth) { largest_ = larger(largest_, diameter(depth)); }
 
   /// Adds what another estimate of the same lens has found.
-  void add(const dvPaddingEstimate& other) { largest_ = std::max(largest_, other.largest_); }
+  void add(const dvPaddingEstimate& other) { largest_ = larger(largest_, other.largest_); }
 
   /// The largest diameter so far, px, rounded up.
   int largest() const {
@@ -73,6 +74,18 @@ class dvPaddingEstimate {
   }
 
  private:
+  /// Depths of a row that are scanned at once.
+  static constexpr int lanes = 16;
+
+  /// 0 for the infinitely far.
+  float diameter(float depth) const {
+    constexpr float infinitelyFar = std::numeric_limits<float>::max();
+    const float scaled = blur_(depth) * finalScale_;
+    return std::fabs(depth - infinitelyFar) < 1e-5F ? 0.0F : scaled;
+  }
+  /// A NaN is never the larger one.
+  static float larger(float largest, float other) { return other > largest ? other : largest; }
+
   Normalise normalise_;
   Blur blur_;
   float finalScale_;

@@ -148,6 +148,8 @@ class Drevin : public DD::Image::Iop {
   void scanFlatDepth(Estimate& estimate, dvParallel& parallel);
   template <typename Estimate>
   void scanDeepDepth(Estimate& estimate, dvParallel& parallel);
+  /// Of the frame, px, without the limit; undefined after an abort.
+  int largestDiameter(const dvLens& lens, dvParallel& parallel);
 
   // Prepared.cpp
   void preparePicture();

@@ -4,6 +4,7 @@
 
 #include "DDImage/DeepOp.h"
 #include "DDImage/DeepPlane.h"
+#include "defocus/FlatEstimate.h"
 #include "defocus/PassValue.h"
 #include "kernel/HeroKernel.h"
 #include "kernel/PaddingEstimate.h"
@@ -125,21 +126,31 @@ void Drevin::scanDeepDepth(Estimate& estimate, dvParallel& parallel) {
   });
 }
 
+int Drevin::largestDiameter(const dvLens& lens, dvParallel& parallel) {
+  if (settings_.deepInput) {
+    // Deep depths are in scene units and are not clamped to the focus region.
+    dvPaddingEstimate estimate(
+        [](float depth) { return depth; },
+        [&lens](float depth) { return unscaledCoc(depth, focusRegion(depth, lens), lens); },
+        lens.uiContextScale);
+    scanDeepDepth(estimate, parallel);
+    return estimate.largest();
+  }
+  int largest = 0;
+  withFixedModes(lens, [&](const auto& fixed) {
+    auto estimate = flatEstimate(fixed);
+    scanFlatDepth(estimate, parallel);
+    largest = estimate.largest();
+  });
+  return largest;
+}
+
 void Drevin::computeOptimalPadding() {
-  const dvLens lens = lensOf(settings_, kernelSize_);
-  const bool deep = settings_.deepInput;
-  // Deep depths are in scene units and are not clamped to the focus region.
-  dvPaddingEstimate estimate([&lens](float raw) { return normaliseDepth(raw, lens.depthStyle); },
-                             [&lens, deep](float depth) {
-                               const float z = deep ? depth : clampToFocusRegion(depth, lens);
-                               return unscaledCoc(z, focusRegion(z, lens), lens);
-                             },
-                             lens.uiContextScale);
   dvHostParallel parallel([this] { return openingAborted(); });
-  deep ? scanDeepDepth(estimate, parallel) : scanFlatDepth(estimate, parallel);
+  const int largest = largestDiameter(lensOf(settings_, kernelSize_), parallel);
   // Of a scan that was cut short nothing is known.
   if (parallel.aborted()) return;
-  const dvPaddingResult result = estimate.result(settings_.maxKernelSize);
+  const dvPaddingResult result = paddingResult(largest, settings_.maxKernelSize);
   if (result.exceeded) {
     warning(
         "Max kernel size is less than the maximum coc in the result, you may want to consider "

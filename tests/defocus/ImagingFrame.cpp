@@ -5,6 +5,7 @@
 
 #include "defocus/CorrectiveSlices.h"
 #include "defocus/DepthView.h"
+#include "defocus/FlatEstimate.h"
 #include "defocus/LensValues.h"
 #include "kernel/FilterShapeView.h"
 
@@ -120,17 +121,14 @@ void ImagingFrame::prepareKernels(const std::vector<int>& processed) {
     return;
   }
   dvLens& lens = settings_.blur.lens;
-  dvPaddingEstimate estimate([&](float raw) { return normaliseDepth(raw, lens.depthStyle); },
-                             [&](float depth) {
-                               const float z = clampToFocusRegion(depth, lens);
-                               return unscaledCoc(z, focusRegion(z, lens), lens);
-                             },
-                             lens.uiContextScale);
-  for (int y = 0; y < scene_.image.formatHeight; ++y) {
-    const dvColumns columns{0, scene_.image.formatWidth};
-    estimate.addRow(read(scene_.image, y, columns, s.depthChannel).data(), columns.right);
-  }
-  estimate_ = estimate.result(s.maxKernelSize);
+  withFixedModes(lens, [&](const auto& fixed) {
+    auto estimate = flatEstimate(fixed);
+    for (int y = 0; y < scene_.image.formatHeight; ++y) {
+      const dvColumns columns{0, scene_.image.formatWidth};
+      estimate.addRow(read(scene_.image, y, columns, s.depthChannel).data(), columns.right);
+    }
+    estimate_ = estimate.result(s.maxKernelSize);
+  });
   lens.kernelSize = estimate_.kernelSize;
   bank_.resize(static_cast<std::size_t>(bankSize(estimate_.kernelSize)));
   for (std::size_t i = 0; i < bank_.size(); ++i) {

@@ -8,7 +8,7 @@
 #include <random>
 #include <vector>
 
-#include "defocus/DepthToBlur.h"
+#include "defocus/FlatEstimate.h"
 #include "kernel/KernelBank.h"
 
 namespace drevin {
@@ -25,20 +25,18 @@ auto plainEstimate(float scale = 1.0F) {
 }
 
 // As the node makes it for flat images.
-auto lensEstimate(const dvLens& lens) {
-  return dvPaddingEstimate(
-      [style = lens.depthStyle](float raw) { return normaliseDepth(raw, style); },
-      [lens](float depth) {
-        const float z = clampToFocusRegion(depth, lens);
-        return unscaledCoc(z, focusRegion(z, lens), lens);
-      },
-      lens.uiContextScale);
+dvPaddingResult resultOf(const dvLens& lens, const std::vector<float>& depths, int maxKernelSize) {
+  dvPaddingResult result;
+  withFixedModes(lens, [&](const auto& fixed) {
+    auto estimate = flatEstimate(fixed);
+    estimate.addRow(depths.data(), static_cast<int>(depths.size()));
+    result = estimate.result(maxKernelSize);
+  });
+  return result;
 }
 
 int largestOf(const dvLens& lens, const std::vector<float>& depths) {
-  auto estimate = lensEstimate(lens);
-  estimate.addRow(depths.data(), static_cast<int>(depths.size()));
-  return estimate.largest();
+  return resultOf(lens, depths, 256).largest;
 }
 
 // Blur grows to `multiplier` px at 2 units from a focal plane at 10.
@@ -80,12 +78,7 @@ TEST(PaddingEstimate, partsInAnyOrder_addUpToTheLargest) {
 }
 
 TEST(PaddingEstimate, frameAtTheInfinityMarker_givesABankOfFiveAndAPaddingOfTwo) {
-  auto estimate = lensEstimate(thinLens());
-  const std::vector<float> row(64, most);
-  for (int y = 0; y < 8; ++y) {
-    estimate.addRow(row.data(), 64);
-  }
-  const dvPaddingResult result = estimate.result(256);
+  const dvPaddingResult result = resultOf(thinLens(), std::vector<float>(512, most), 256);
   EXPECT_EQ(result.kernelSize, 0);
   EXPECT_EQ(bankSize(result.kernelSize), 5);
   EXPECT_EQ(result.padding, 2);
@@ -101,10 +94,7 @@ TEST(PaddingEstimate, largestDiameter8_hasPadding6) {
 }
 
 TEST(PaddingEstimate, largestAboveTheMaximum_namesTheDiameterFoundAndIsHeld) {
-  auto estimate = lensEstimate(artisticLens(72.5F));
-  const float depths[] = {10.0F, 11.0F, 500.0F};
-  estimate.addRow(depths, 3);
-  const dvPaddingResult result = estimate.result(50);
+  const dvPaddingResult result = resultOf(artisticLens(72.5F), {10.0F, 11.0F, 500.0F}, 50);
   EXPECT_TRUE(result.exceeded);
   EXPECT_EQ(result.largest, 73);
   EXPECT_EQ(result.kernelSize, 50);
@@ -220,6 +210,30 @@ TEST(PaddingEstimate, depthInSceneUnits_isNotNormalised) {
   EXPECT_EQ(estimate.largest(), 12);
 }
 
+TEST(PaddingEstimate, largestDepth_countsAtEveryPlaceOfARow) {
+  for (int count = 1; count < 70; ++count) {
+    for (int place = 0; place < count; ++place) {
+      std::vector<float> row(static_cast<std::size_t>(count), 2.0F);
+      row[static_cast<std::size_t>(place)] = 9.5F;
+      row[static_cast<std::size_t>((place + 1) % count)] = count > 1 ? nan : 9.5F;
+      auto estimate = plainEstimate();
+      estimate.addRow(row.data(), count);
+      ASSERT_EQ(estimate.largest(), 10) << place << " of " << count;
+    }
+  }
+}
+
+TEST(PaddingEstimate, depthsBeyondTheRow_doNotCount) {
+  const std::vector<float> row(100, 9.5F);
+  for (int count = 0; count < 70; ++count) {
+    std::vector<float> depths(static_cast<std::size_t>(count), 2.0F);
+    depths.insert(depths.end(), row.begin(), row.end());
+    auto estimate = plainEstimate();
+    estimate.addRow(depths.data(), count);
+    ASSERT_EQ(estimate.largest(), count == 0 ? 0 : 2) << count;
+  }
+}
+
 // Pixel by pixel, each rounded on its own.
 int literalLargest(const dvLens& lens, const std::vector<float>& depths) {
   int largest = 0;
@@ -251,12 +265,21 @@ TEST(PaddingEstimate, randomFrames_agreeWithPixelByPixelRounding) {
     lens.backMultiplier = 2.0F * unit(generator);
     lens.uiContextScale = 0.25F + unit(generator);
     std::vector<float> depths{nan, inf, -inf, 0.0F, -4.0F, most};
-    for (int p = 0; p < 50; ++p) {
+    for (int p = 0; p < i; ++p) {
       depths.push_back(static_cast<float>(i % 7) * 4.0F * unit(generator));
     }
     std::shuffle(depths.begin(), depths.end(), generator);
     ASSERT_EQ(largestOf(lens, depths), literalLargest(lens, depths)) << "case " << i;
   }
+}
+
+TEST(PaddingEstimate, modesThatHaveNoName_countAsInTheRows) {
+  const std::vector<float> depths{8.5F, 9.0F, 10.5F, 11.5F};
+  dvLens lens = artisticLens(40.0F);
+  lens.falloff = static_cast<dvFalloff>(2);
+  lens.depthStyle = static_cast<dvDepthStyle>(2);
+  EXPECT_EQ(largestOf(lens, depths), literalLargest(lens, depths));
+  EXPECT_EQ(largestOf(lens, depths), 30);
 }
 
 TEST(ValidationPadding, anyMaximum_isHalfOfItRoundedDown) {
