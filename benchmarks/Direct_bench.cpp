@@ -19,6 +19,7 @@ namespace {
 
 using drevin::dvKernelBank;
 using drevin::dvKernelTable;
+using drevin::dvReadyRow;
 using drevin::dvRowOrder;
 using drevin::dvRowReach;
 using drevin::dvRowShape;
@@ -87,19 +88,19 @@ void addRows(benchmark::State& state, dvRowShape shape, dvRowOrder order,
   drevin::setSimdLevel(static_cast<dvSimdLevel>(state.range(1)));
   const dvKernelTable kernels(bankTo(population.most + 1), 1);
   drevin::test::Draw draw(1);
+  const int reach = population.most + 1;
   std::vector<dvSplatRow> rows;
-  std::vector<dvRowReach> reaches;
+  std::vector<dvReadyRow> ready;
   for (int i = 0; i < 8; ++i) {
     rows.push_back(drawnRow(population, draw));
-    reaches.emplace_back(rows.back());
+    ready.emplace_back(rows.back(), -reach);
   }
-  const int reach = population.most + 1;
   dvRowSums sums(channels, -reach, width + reach, shape, order);
   for (auto _ : state) {
     sums.clear();
     for (int dy = -reach; dy <= reach; ++dy) {
       const auto i = static_cast<std::size_t>((dy + reach) % 8);
-      sums.add(rows[i], 0, rows[i].records.size(), dy, kernels, &reaches[i]);
+      sums.add(ready[i], dy, kernels);
       sums.endSourceRow();
     }
     sums.finish();

@@ -93,6 +93,7 @@ bool dvFrameMaker::transform(Group& group, std::size_t slice) {
       transformed.planes.emplace_back(box_, parallel_);
   }
   transformed.reached = tiles.reached(box_);
+  transformed.direct.clear();  // before more memory is taken
   // Slices have few kernels in common, but tiles of one slice many.
   if (group.spectra.bytes() > dvKeptSpectra) group.spectra.clear();
   tiles.sum(group.spectra, parallel_, transformed.planes, *group.rounding);
@@ -105,8 +106,7 @@ dvFrameMaker::DirectRows dvFrameMaker::directRows(const Group& group,
   DirectRows rows(group.rows.size());
   parallel_.forEach(static_cast<int>(rows.size()), [&](int /*worker*/, int item) {
     const auto row = static_cast<std::size_t>(item);
-    rows[row].row = tiles.directRow(row);
-    rows[row].reach = dvRowReach(rows[row].row);
+    rows[row] = dvReadyRow(tiles.directRow(row), box_.left);
   });
   return rows;
 }
@@ -136,8 +136,7 @@ dvColumnSpan dvFrameMaker::sumRow(const Group& group, std::size_t slice, Transfo
 void dvFrameMaker::addDirect(const Group& group, const DirectRows& direct, int y, dvRowSums& sums) {
   sums.clear();
   forEachReaching(group.rows, group.kernels, y, [&](std::size_t row, int dy) {
-    const DirectRow& left = direct[row];
-    sums.add(left.row, 0, left.row.records.size(), dy, group.kernels, &left.reach);
+    sums.add(direct[row], dy, group.kernels);
     sums.endSourceRow();
   });
   sums.finish();

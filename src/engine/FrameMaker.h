@@ -12,6 +12,7 @@
 #include "engine/FrameBox.h"
 #include "engine/GroupRows.h"
 #include "engine/Parallel.h"
+#include "engine/ReadyRow.h"
 #include "engine/Repair.h"
 #include "engine/RowSums.h"
 #include "engine/SliceTiles.h"
@@ -51,12 +52,8 @@ class dvFrameMaker {
     std::vector<std::vector<double>> planes;  ///< values, then weight
     std::vector<float*> colours;              ///< places in the picture, by channel
   };
-  /// The direct part of a row of splats, where a part of the slice is transformed.
-  struct DirectRow {
-    dvSplatRow row;
-    dvRowReach reach;
-  };
-  using DirectRows = std::vector<DirectRow>;
+  /// By row of splats, the direct part, where a part of the slice is transformed.
+  using DirectRows = std::vector<dvReadyRow>;
   /// The transformed part of a slice.
   struct Transformed {
     std::vector<dvFramePlane<float>> planes;  ///< zeros between slices

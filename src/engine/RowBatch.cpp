@@ -1,18 +1,10 @@
 #include "engine/RowBatch.h"
 
 #include <algorithm>
-#include <cstdint>
 
 namespace drevin {
 
 namespace {
-
-/// The column from `left`, of a place so far off that nothing reaches in from there where the
-/// difference would not fit.
-int columnFrom(int left, std::int32_t x) {
-  constexpr std::int64_t farOff = std::int64_t{1} << 28;
-  return static_cast<int>(std::clamp(static_cast<std::int64_t>(x) - left, -farOff, farOff));
-}
 
 // Without an end before the last: the compiler then compares many at a time.
 bool sameKinds(const dvSplatKind* kinds, int count) {
@@ -23,11 +15,6 @@ bool sameKinds(const dvSplatKind* kinds, int count) {
 }
 
 }  // namespace
-
-dvRowBatch::dvRowBatch(int left) : left_(left) {
-  scattered_.reserve(capacity);
-  gathered_.reserve(capacity);
-}
 
 std::size_t dvRowBatch::collect(const dvSplatRow& row, std::size_t begin, std::size_t end,
                                 int distance, const dvRowReach* reach) {
@@ -53,8 +40,7 @@ std::size_t dvRowBatch::collect(const dvSplatRow& row, std::size_t begin, std::s
 
 inline dvRowRecord dvRowBatch::ready(const dvSplatRow& row, std::size_t stride,
                                      std::size_t record) const {
-  const dvSplatRecord& from = row.records[record];
-  return {row.values.data() + record * stride, from.near, from.far, columnFrom(left_, from.x)};
+  return readyRecord(row.records[record], row.values.data() + record * stride, left_);
 }
 
 void dvRowBatch::takeAll(const dvSplatRow& row, std::size_t begin, std::size_t end,
@@ -82,77 +68,34 @@ void dvRowBatch::take(const dvSplatRow& row, std::size_t begin, std::size_t end,
 }
 
 void dvRowBatch::cut(int dy, const dvKernelTable& kernels, const dvRowChoice& choice) {
-  scattered_.clear();
-  gathered_.clear();
+  runs_.begin(dy, kernels, choice);
   if (count_ == 0) return;
-  const RunMaker maker{kernels.rowsAt(dy), kernels, choice};
   if (sameKinds(kinds_, count_)) {
-    appendRun(maker, kinds_[0], records_, count_);
+    runs_.append(kinds_[0], records_, count_);
     return;
   }
   const auto [least, most] = std::minmax_element(kinds_, kinds_ + count_);
-  if (*most - *least < count_) {
-    cutByKind(maker, *least, *most);
-  } else {
-    cutAsTheyAre(maker);
+  if (*most - *least >= count_) {
+    appendRuns(kinds_, records_);
+    return;
   }
+  std::uint16_t places[capacity] = {};
+  orderByKind(kinds_, count_, places);
+  for (int i = 0; i < count_; ++i) {
+    orderedKinds_[i] = kinds_[places[i]];
+    ordered_[i] = records_[places[i]];
+  }
+  appendRuns(orderedKinds_, ordered_);
 }
 
-void dvRowBatch::cutAsTheyAre(const RunMaker& maker) {
+void dvRowBatch::appendRuns(const dvSplatKind* kinds, const dvRowRecord* records) {
   for (int begin = 0; begin < count_;) {
     int end = begin + 1;
-    while (end < count_ && kinds_[end] == kinds_[begin])
+    while (end < count_ && kinds[end] == kinds[begin])
       ++end;
-    appendRun(maker, kinds_[begin], records_ + begin, end - begin);
+    runs_.append(kinds[begin], records + begin, end - begin);
     begin = end;
   }
-}
-
-// By counting: stable, so that runs are by ascending column.
-void dvRowBatch::cutByKind(const RunMaker& maker, int least, int most) {
-  int ends[capacity] = {};
-  for (int i = 0; i < count_; ++i)
-    ++ends[kinds_[i] - least];
-  int begin = 0;
-  for (int kind = 0; kind <= most - least; ++kind) {
-    const int count = ends[kind];
-    ends[kind] = begin;
-    begin += count;
-  }
-  for (int i = 0; i < count_; ++i)
-    ordered_[ends[kinds_[i] - least]++] = records_[i];
-  begin = 0;
-  for (int kind = 0; kind <= most - least; ++kind) {
-    if (begin < ends[kind]) appendRun(maker, least + kind, ordered_ + begin, ends[kind] - begin);
-    begin = ends[kind];
-  }
-}
-
-void dvRowBatch::appendRun(const RunMaker& maker, int kind, const dvRowRecord* records, int count) {
-  const dvKernelTable& kernels = maker.kernels;
-  const dvKernelRow* rows = maker.rows + kindRadius(kind);
-  const dvKernelRow& near = kindHasNear(kind) ? rows[0] : kernels.zeroRow();
-  const dvKernelRow& far = kindHasFar(kind) ? rows[1] : kernels.zeroRow();
-  const int begin = std::min(near.begin, far.begin);
-  const int end = std::max(near.end, far.end);
-  if (begin >= end) return;
-  int innerBegin = std::max(near.constantBegin, far.constantBegin);
-  int innerEnd = std::min(near.constantEnd, far.constantEnd);
-  if (innerEnd - innerBegin < maker.choice.leastInner) innerBegin = innerEnd = end;
-  const dvRowRun run{records,
-                     count,
-                     begin,
-                     end,
-                     innerBegin,
-                     innerEnd,
-                     kernels.values() + near.centre,
-                     kernels.values() + far.centre,
-                     near.constantValue,
-                     far.constantValue};
-  const dvRowOrder order = maker.choice.order;
-  const bool gather = order == dvRowOrder::Gather ||
-                      (order == dvRowOrder::Quickest && gatherIsQuicker(run, maker.choice.times));
-  (gather ? gathered_ : scattered_).push_back(run);
 }
 
 }  // namespace drevin

@@ -9,7 +9,7 @@ namespace drevin {
 namespace {
 
 constexpr double cellColumns = dvCellColumns;
-/// Splats among which runs are looked for.
+/// Neighbours among which runs are looked for: a chunk of dvReadyRow.
 constexpr double runColumns = 256.0;
 
 /// Cells that `columns` columns take, on average over where they begin; whole grains of them.

@@ -1,7 +1,7 @@
 #pragma once
 
-/// Splats made ready for one output row, and the cells that the row's sums are kept in. Plain data:
-/// it is shared with the vector code.
+/// Splats ready to be added to an output row, and the cells that the row's sums are kept in. Plain
+/// data: it is shared with the vector code.
 
 #include <cstddef>
 
@@ -11,7 +11,7 @@ namespace drevin {
 /// after plane: a splat then writes whole vectors, side by side.
 constexpr int dvCellColumns = 16;
 
-/// One splat that reaches the row.
+/// One splat.
 struct dvRowRecord {
   const float* values;  ///< one for each value plane
   float near;           ///< share of the kernel of the radius

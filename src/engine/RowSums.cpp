@@ -44,6 +44,7 @@ dvRowSums::dvRowSums(int channels, int left, int right, dvRowShape shape, dvRowO
       right_(right),
       cells_(cellsOf(left, right)),
       choice_(choiceOf(shape, order)),
+      dense_(denseOf(choice_)),
       code_(&rowCode(simdLevel())),
       batch_(left),
       sums_(static_cast<std::size_t>(cells_) * (static_cast<std::size_t>(channels) + 1)),
@@ -71,14 +72,28 @@ void dvRowSums::clear() {
 
 void dvRowSums::add(const dvSplatRow& row, std::size_t begin, std::size_t end, int dy,
                     const dvKernelTable& kernels, const dvRowReach* reach) {
-  if (cells_ == 0 || kernels.empty() || std::abs(dy) > kernels.largestRadius()) return;
+  if (!mayReach(dy, kernels)) return;
   while (begin < end) {
     begin = batch_.collect(row, begin, end, std::abs(dy), reach);
-    splats_ += batch_.size();
-    batch_.cut(dy, kernels, row.hasGreat ? denseOf(choice_) : choice_);
-    addRuns(batch_.scattered(), code_->scatterRuns);
-    addRuns(batch_.gathered(), code_->gatherRuns);
+    batch_.cut(dy, kernels, row.hasGreat ? dense_ : choice_);
+    add(batch_.runs());
   }
+}
+
+void dvRowSums::add(const dvReadyRow& row, int dy, const dvKernelTable& kernels) {
+  if (!mayReach(dy, kernels)) return;
+  runs_.take(row, dy, kernels, row.hasGreat() ? dense_ : choice_);
+  add(runs_);
+}
+
+bool dvRowSums::mayReach(int dy, const dvKernelTable& kernels) const {
+  return cells_ != 0 && !kernels.empty() && std::abs(dy) <= kernels.largestRadius();
+}
+
+void dvRowSums::add(const dvRowRuns& runs) {
+  splats_ += runs.splats();
+  addRuns(runs.scattered(), code_->scatterRuns);
+  addRuns(runs.gathered(), code_->gatherRuns);
 }
 
 void dvRowSums::addRuns(const std::vector<dvRowRun>& runs, AddRuns addColumns) {
@@ -154,10 +169,12 @@ dvColumnSpan dvRowSums::touched() const {
 
 template <typename Value>
 void dvRowSums::storeAs(int plane, const dvColumnSpan& columns, Value* out) const {
+  const std::size_t planes = static_cast<std::size_t>(channels_) + 1;
+  const auto p = static_cast<std::size_t>(plane);
   for (int begin = columns.begin; begin < columns.end;) {
     const int cell = begin / dvCellColumns;
     const int end = std::min((cell + 1) * dvCellColumns, columns.end);
-    const double* sums = totals_[static_cast<std::size_t>(cell * (channels_ + 1) + plane)].columns;
+    const double* sums = totals_[static_cast<std::size_t>(cell) * planes + p].columns;
     for (int column = begin; column < end; ++column)
       out[column] = static_cast<Value>(sums[column - cell * dvCellColumns]);
     begin = end;

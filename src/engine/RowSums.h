@@ -7,9 +7,11 @@
 
 #include "engine/FrameBox.h"
 #include "engine/KernelTable.h"
+#include "engine/ReadyRow.h"
 #include "engine/RowBatch.h"
 #include "engine/RowCode.h"
 #include "engine/RowReach.h"
+#include "engine/RowRuns.h"
 #include "engine/SplatRecords.h"
 
 namespace drevin {
@@ -60,6 +62,9 @@ class dvRowSums {
   /// skipped many at a time. It does not change a bit of the sums.
   void add(const dvSplatRow& row, std::size_t begin, std::size_t end, int dy,
            const dvKernelTable& kernels, const dvRowReach* reach = nullptr);
+  /// Likewise all of a row whose columns count from `left`. In another order: sums may differ in
+  /// their rounding.
+  void add(const dvReadyRow& row, int dy, const dvKernelTable& kernels);
   /// Call after each source row.
   void endSourceRow();
   /// Call after the last source row and before reading.
@@ -85,6 +90,9 @@ class dvRowSums {
     double columns[dvCellColumns] = {};
   };
 
+  /// Whether splats `dy` rows below may reach the sums.
+  bool mayReach(int dy, const dvKernelTable& kernels) const;
+  void add(const dvRowRuns& runs);
   using AddRuns = void (*)(const dvRowRun* runs, int count, const dvRowTarget& target);
   void addRuns(const std::vector<dvRowRun>& runs, AddRuns addColumns);
   void touch(const dvRowRun& run);
@@ -98,8 +106,10 @@ class dvRowSums {
   int right_;
   int cells_;
   dvRowChoice choice_;
+  dvRowChoice dense_;  ///< of rows with great values
   const dvRowCode* code_;
   dvRowBatch batch_;
+  dvRowRuns runs_;  ///< of rows that are ready
 
   std::vector<FloatCell> sums_;     ///< by cell and plane, since they were last emptied
   std::vector<DoubleCell> totals_;  ///< likewise, of what was emptied

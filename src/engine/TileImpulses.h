@@ -11,13 +11,21 @@
 
 namespace drevin {
 
-/// Source pixels along a tile's side. Larger ones overlap less, but their transforms no longer fit
-/// into the caches: 256 was measured to be no faster where one blur fills the picture, 384 slower.
+/// Source pixels along a tile's side. Larger ones overlap less, but their planes no longer fit into
+/// the caches, and share fewer kernels: 256 was measured to save a tenth of the time where one
+/// large blur or all of them fill the picture, and to take four tenths more for a scene; 384 is
+/// slower.
 constexpr int dvTileSide = 128;
 constexpr std::size_t dvTilePixels = static_cast<std::size_t>(dvTileSide) * dvTileSide;
 
-/// Planes of dvTileSide x dvTileSide, one after the other: each channel's share * value / unit,
-/// then the shares. They are of one kernel at a time.
+/// Planes of dvTileSide x dvTileSide, one after the other, of one kernel at a time:
+///
+///   plane[c](x, y) = sum over splats i at (x, y) of  share_i * value[c]_i / unit[c]
+///   weight(x, y)   = sum over splats i at (x, y) of  share_i
+///
+///   share_i  of the kernel
+///   unit[c]  a power of two at which the channel's values are of the order of the shares: planes
+///            that go through a transform as one take each other's rounding
 class dvTileImpulses {
  public:
   explicit dvTileImpulses(std::size_t channels)

@@ -23,7 +23,7 @@ constexpr int dvRoundingCell = 64;
 ///
 /// The factor was measured: the largest error of many pictures is 0.3 to 1 of this. Errors of tiles
 /// are independent, so that their squares add.
-/// Tests: SliceTiles_test.cpp
+/// Tests: TransformRounding_test.cpp, SliceTiles_test.cpp
 class dvTransformRounding {
  public:
   /// After an abort the figures are undefined.

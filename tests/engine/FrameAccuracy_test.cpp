@@ -127,6 +127,14 @@ TEST(FrameAccuracy, lightsOfHundredThousandBesideAThousandth_areLiteral) {
   expectLiteralScene(scene);
 }
 
+TEST(FrameAccuracy, lightOf1e20AmongLargeBlurs_isLiteralBesideItsReach) {
+  // Large enough that kernels are summed by where their constant stretches end.
+  LiteralScene scene = farScene(80.0F, width, height);
+  for (int channel = 1; channel <= 3; ++channel)
+    pixelAt(scene.image, channel, 60, 90) = 1e20F;
+  expectLiteralScene(scene);
+}
+
 TEST(FrameAccuracy, halfHundredThousandHalfAThousandth_isLiteral) {
   expectLiteralScene(brightSide(1e5F, 1e-3F));
 }

@@ -34,8 +34,8 @@ std::map<std::size_t, int> runsOf(const dvSplatRow& row, int dy, const dvRowReac
   for (std::size_t begin = 0; begin < row.records.size();) {
     begin = batch.collect(row, begin, row.records.size(), std::abs(dy), reach);
     batch.cut(dy, kernels, scatterAll);
-    EXPECT_TRUE(batch.gathered().empty());
-    for (const dvRowRun& run : batch.scattered()) {
+    EXPECT_TRUE(batch.runs().gathered().empty());
+    for (const dvRowRun& run : batch.runs().scattered()) {
       for (int i = 0; i < run.count; ++i) {
         const auto place = static_cast<std::size_t>(*run.records[i].values);
         EXPECT_EQ(splatKind(row.records[place]),
@@ -80,8 +80,8 @@ TEST(RowBatch, runOfOneRadius_isWholeAcrossItsBlocks) {
   dvRowBatch batch(0);
   EXPECT_EQ(batch.collect(row, 0, 200, 3, &reach), 200U);
   batch.cut(3, kernels, scatterAll);
-  ASSERT_EQ(batch.scattered().size(), 1U);
-  const dvRowRun& run = batch.scattered()[0];
+  ASSERT_EQ(batch.runs().scattered().size(), 1U);
+  const dvRowRun& run = batch.runs().scattered()[0];
   EXPECT_EQ(run.count, 200);
   EXPECT_EQ(run.begin, -6);
   EXPECT_EQ(run.end, 7);
@@ -97,7 +97,8 @@ TEST(RowBatch, innerPart_isWhereBothKernelsAreConstant) {
     row.records[0] = {0, 9, near, far};
     batch.collect(row, 0, 1, 0, nullptr);
     batch.cut(0, kernels, rims);
-    return std::make_pair(batch.scattered()[0].innerBegin, batch.scattered()[0].innerEnd);
+    return std::make_pair(batch.runs().scattered()[0].innerBegin,
+                          batch.runs().scattered()[0].innerEnd);
   };
   EXPECT_EQ(inner(1.0F, 0.0F), std::make_pair(-7, 8));
   EXPECT_EQ(inner(0.0F, 1.0F), std::make_pair(-8, 9));
@@ -115,12 +116,12 @@ TEST(RowBatch, crowdedRuns_areGatheredAndLonelySplatsScattered) {
       row.records[i] = {static_cast<int>(i), 5, 0.5F, 0.5F};
     batch.collect(row, 0, 100, 0, nullptr);
     batch.cut(0, kernels, choice);
-    EXPECT_EQ(batch.gathered().size(), 1U);
-    EXPECT_TRUE(batch.scattered().empty());
+    EXPECT_EQ(batch.runs().gathered().size(), 1U);
+    EXPECT_TRUE(batch.runs().scattered().empty());
     batch.collect(row, 0, 1, 0, nullptr);
     batch.cut(0, kernels, choice);
-    EXPECT_EQ(batch.scattered().size(), 1U);
-    EXPECT_TRUE(batch.gathered().empty());
+    EXPECT_EQ(batch.runs().scattered().size(), 1U);
+    EXPECT_TRUE(batch.runs().gathered().empty());
   }
 }
 

@@ -144,9 +144,13 @@ std::vector<std::vector<double>> rowSums(const RowScene& scene, const RowWay& wa
   const dvKernelTable kernels(scene.bank, channel);
   dvRowSums sums(scene.channels, scene.left, scene.right, way.shape, way.order);
   for (const SceneRow& row : scene.rows) {
-    const dvRowReach reach(row.splats);
-    sums.add(row.splats, 0, row.splats.records.size(), row.dy, kernels,
-             way.knowsReach ? &reach : nullptr);
+    if (way.ready) {
+      sums.add(dvReadyRow(row.splats, scene.left), row.dy, kernels);
+    } else {
+      const dvRowReach reach(row.splats);
+      sums.add(row.splats, 0, row.splats.records.size(), row.dy, kernels,
+               way.knowsReach ? &reach : nullptr);
+    }
     sums.endSourceRow();
   }
   sums.finish();

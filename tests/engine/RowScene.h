@@ -64,6 +64,7 @@ struct RowWay {
   dvRowShape shape = dvRowShape::Quickest;
   dvRowOrder order = dvRowOrder::Quickest;
   bool knowsReach = true;
+  bool ready = false;  ///< rows are made ready before
 };
 std::vector<std::vector<double>> rowSums(const RowScene& scene, const RowWay& way = {});
 

@@ -16,12 +16,17 @@ constexpr double sumTolerance = 2e-6;
 
 const RowWay quickest{};
 const RowWay dense{dvRowShape::Dense, dvRowOrder::Scatter};
+const RowWay quickestReady{dvRowShape::Quickest, dvRowOrder::Quickest, true, true};
+const RowWay denseReady{dvRowShape::Dense, dvRowOrder::Scatter, true, true};
 const RowWay allWays[] = {quickest,
                           {dvRowShape::Quickest, dvRowOrder::Quickest, false},
                           dense,
                           {dvRowShape::Dense, dvRowOrder::Gather},
                           {dvRowShape::Rims, dvRowOrder::Scatter, false},
-                          {dvRowShape::Rims, dvRowOrder::Gather}};
+                          {dvRowShape::Rims, dvRowOrder::Gather},
+                          quickestReady,
+                          denseReady,
+                          {dvRowShape::Rims, dvRowOrder::Gather, true, true}};
 constexpr KernelKind allKinds[] = {KernelKind::Disc, KernelKind::Random, KernelKind::Constant,
                                    KernelKind::BlankEdges, KernelKind::SeveralSteps};
 
@@ -33,7 +38,7 @@ void expectLiteralSums(const RowScene& scene, double tolerance = sumTolerance) {
     for (const RowWay& way : allWays) {
       EXPECT_LE(worstError(rowSums(scene, way), literal), tolerance)
           << simdLevelName(level) << ", shape " << static_cast<int>(way.shape) << ", order "
-          << static_cast<int>(way.order);
+          << static_cast<int>(way.order) << (way.ready ? ", ready" : "");
     }
   }
 }
@@ -328,6 +333,7 @@ TEST(RowSums, emptyTable_addsNothing) {
   RowScene scene = randomScene(KernelKind::Disc, {}, 18);
   scene.bank.clear();
   EXPECT_TRUE(allZero(rowSums(scene, quickest)));
+  EXPECT_TRUE(allZero(rowSums(scene, quickestReady)));
 }
 
 TEST(RowSums, kernelWithoutAShare_isNotRead) {
@@ -392,20 +398,28 @@ TEST(RowSums, everyColumnUnderTheSameLargeKernels_keepsItsAccuracy) {
   for (const dvSimdLevel level : usableLevels()) {
     const SimdLevelInUse use(level);
     // What pictures are made with: inner parts are summed in double.
-    EXPECT_LE(worstError(rowSums(scene, quickest), literal), 5e-7) << simdLevelName(level);
-    EXPECT_LE(worstError(rowSums(scene, dense), literal), 1e-5) << simdLevelName(level);
+    for (const RowWay& way : {quickest, quickestReady})
+      EXPECT_LE(worstError(rowSums(scene, way), literal), 5e-7) << simdLevelName(level);
+    for (const RowWay& way : {dense, denseReady})
+      EXPECT_LE(worstError(rowSums(scene, way), literal), 1e-5) << simdLevelName(level);
   }
 }
 
-TEST(RowSums, greatValueAmongOthers_leavesNothingWhereItEnds) {
+/// Puts a splat of 1e20 beside those of 0.1; tells what stands where they alone are.
+void expectNothingOfGreatValue(bool ready) {
   dvSplatRow row;
   row.records = {{10, 20, 1.0F, 0.0F}, {31, 20, 1.0F, 0.0F}, {70, 20, 1.0F, 0.0F}};
   row.values = {1e20F, 0.1F, 0.1F};
   row.sliceBegin = {0, 3};
   row.hasGreat = true;
   const dvKernelTable table(kernelBank(KernelKind::Constant, 21), 1);
-  dvRowSums sums(1, 0, 100);
-  sums.add(row, 0, 3, 0, table);
+  // Else these kernels are too small for inner parts.
+  dvRowSums sums(1, 0, 100, dvRowShape::Rims);
+  if (ready) {
+    sums.add(dvReadyRow(row, 0), 0, table);
+  } else {
+    sums.add(row, 0, 3, 0, table);
+  }
   sums.endSourceRow();
   sums.finish();
   std::vector<double> values(100);
@@ -417,6 +431,38 @@ TEST(RowSums, greatValueAmongOthers_leavesNothingWhereItEnds) {
     EXPECT_NEAR(values[at], 0.1 * weights[at], 1e-7) << x;
     EXPECT_GT(weights[at], 0.0);
   }
+}
+
+TEST(RowSums, greatValueAmongOthers_leavesNothingWhereItEnds) {
+  expectNothingOfGreatValue(false);
+}
+
+TEST(RowSums, greatValueInARowMadeReady_leavesNothingWhereItEnds) {
+  expectNothingOfGreatValue(true);
+}
+
+TEST(RowSums, rowMadeReadyBeyondTheTable_addsNothing) {
+  const RowScene scene = randomScene(KernelKind::Disc, {}, 19);
+  const dvReadyRow ready(scene.rows[14].splats, scene.left);
+  const dvKernelTable kernels(scene.bank, 1);
+  for (const int dy : {-14, 14, 1000}) {
+    dvRowSums sums(scene.channels, scene.left, scene.right);
+    sums.add(ready, dy, kernels);
+    sums.finish();
+    EXPECT_GE(sums.touched().begin, sums.touched().end) << dy;
+  }
+}
+
+TEST(RowSums, noColumns_takeARowMadeReady) {
+  const RowScene scene = randomScene(KernelKind::Disc, {}, 20);
+  const dvKernelTable kernels(scene.bank, 1);
+  dvRowSums sums(scene.channels, 5, 5);
+  sums.add(dvReadyRow(scene.rows[14].splats, 5), 0, kernels);
+  sums.endSourceRow();
+  sums.finish();
+  float out = -7.0F;
+  sums.store(0, &out);
+  EXPECT_EQ(out, -7.0F);
 }
 
 }  // namespace
