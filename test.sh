@@ -29,8 +29,11 @@ done
 
 need_packages "$install" "${build_packages[@]}" "${test_packages[@]}"
 options=(-DDREVIN_TESTS=ON -DDREVIN_PRECOMPILED_HEADERS=ON)
-# Each file is compiled alone once, which the plain build does.
-case $preset in asan | tsan) options+=(-DDREVIN_JOIN_SOURCES=ON) ;; esac
+# Each file is compiled alone once, which the plain build does, and the benchmarks with it.
+case $preset in
+  release) options+=(-DDREVIN_BENCHMARKS=ON) ;;
+  asan | tsan) options+=(-DDREVIN_JOIN_SOURCES=ON) ;;
+esac
 [ -n "${DREVIN_WERROR:-}" ] && options+=("-DDREVIN_WERROR=$DREVIN_WERROR")
 cmake --preset "$preset" "${options[@]}"
 cmake --build --preset "$preset"

@@ -94,7 +94,7 @@ void addPicture(benchmark::State& state) {
   const dvTileBox box{-reach, -reach, side + reach, side + reach};
   for (auto _ : state) {
     for (int p = 0; p < planes; ++p)
-      sum.addInto(p, box, reach, 1.0F, target.data() + (p * length + reach) * stride + reach,
+      sum.addInto(p, box, reach, 1.0F, target.data(), (p * length + reach) * stride + reach,
                   stride);
   }
 }

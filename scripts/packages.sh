@@ -3,7 +3,7 @@
 
 library_packages=(libopenexr-dev libimath-dev libcli11-dev libfmt-dev nlohmann-json3-dev libpng-dev)
 build_packages=(g++ cmake ninja-build "${library_packages[@]}")
-test_packages=(libgtest-dev)
+test_packages=(libgtest-dev libbenchmark-dev)
 farm_packages=(slurmctld slurmd slurm-client munge)
 
 # Prints those of the named packages that are not installed.

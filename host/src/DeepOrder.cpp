@@ -6,16 +6,16 @@ namespace embedded {
 
 namespace {
 
-std::atomic<DeepOrder> order{DeepOrder::NearFirst};
+std::atomic<DeepOrder> givenOrder{DeepOrder::NearFirst};
 
 }  // namespace
 
 void setDeepOrder(DeepOrder value) {
-  order = value;
+  givenOrder = value;
 }
 
 DeepOrder deepOrder() {
-  return order;
+  return givenOrder;
 }
 
 }  // namespace embedded
