@@ -27,7 +27,8 @@ std::vector<Figure> kernelFigures(const TablePlan& plan);
 std::vector<Figure> memoryFigures(const TablePlan& plan);
 /// A part of a frame, the number of threads, and what is made before the picture.
 std::vector<Figure> shareFigures(const TablePlan& plan);
-
+/// Reading and writing files, as the command does it.
+std::vector<Figure> exrFigures(const TablePlan& plan);
 /// What the cost model's choice costs in parts of the picture, next to the quickest of it and
 /// transforming nothing or everything; on one thread.
 std::vector<Figure> choiceFigures(const TablePlan& plan);

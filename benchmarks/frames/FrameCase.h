@@ -20,7 +20,7 @@ struct FrameCase {
   test::LiteralSettings settings;  ///< of the node and of its literal counterparts alike
   bool apertureImage = false;      ///< whether the Kernel input is connected
   bool mattes = false;             ///< whether the mattes are connected
-  bool brightWindow = false;       ///< see brightWindow()
+  bool brightWindow = false;       ///< see withBrightWindow()
   int deepSamples = 0;             ///< a pixel; 0 for a flat picture
   bool thick = false;              ///< whether deep samples overlap, or are points
 };

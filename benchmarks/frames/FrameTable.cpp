@@ -15,8 +15,8 @@ namespace {
 
 std::vector<Figure> allFigures(const TablePlan& plan) {
   std::vector<Figure> all;
-  for (const auto& part :
-       {speedFigures, growthFigures, kernelFigures, memoryFigures, shareFigures, choiceFigures}) {
+  for (const auto& part : {speedFigures, growthFigures, kernelFigures, memoryFigures, shareFigures,
+                           exrFigures, choiceFigures}) {
     for (Figure& figure : part(plan))
       all.push_back(std::move(figure));
   }

@@ -17,8 +17,8 @@ struct TableLine {
   std::string aim;      ///< what it should
   /// Worst of the picture, in parts of the bound.
   std::optional<double> error;
-  /// What that may be; not printed.
-  double mostError = 1.0;
+  /// What that may be: a quarter of what a picture may differ by. Not printed.
+  double mostError = 0.25;
   /// Worst of what it is compared with: the row-by-row forms, or other ways; not printed.
   std::optional<double> otherError;
 };

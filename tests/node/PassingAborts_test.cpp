@@ -39,23 +39,24 @@ bool hasNothing(const Drevin& node) {
   return node.kernelBank().empty() && node.heroKernel().width == 0 && !hasPicture(node);
 }
 
-TEST_F(PassingAborts, abortSeenWhileTheApertureIsDrawn_isNotForgotten) {
+/// Whether an abort that stands while `step` runs on an open node is still known after it.
+template <typename Step>
+bool remembersAbortSeenIn(const Step& step) {
   NodeBench bench(transformedScene());
   embedded::RenderSession session(bench.node(), bench.options);
   EXPECT_FALSE(bench.drevin().openingAborted());
   embedded::requestAbort();
-  bench.drevin().makeHeroKernel(false);
+  step(bench.drevin());
   embedded::clearAbort();
-  EXPECT_TRUE(bench.drevin().openingAborted());
+  return bench.drevin().openingAborted();
+}
+
+TEST_F(PassingAborts, abortSeenWhileTheApertureIsDrawn_isNotForgotten) {
+  EXPECT_TRUE(remembersAbortSeenIn([](Drevin& node) { node.makeHeroKernel(false); }));
 }
 
 TEST_F(PassingAborts, abortSeenWhileKernelsAreBuilt_isNotForgotten) {
-  NodeBench bench(transformedScene());
-  embedded::RenderSession session(bench.node(), bench.options);
-  embedded::requestAbort();
-  initializeKernelsThreaded(0, 1, &bench.drevin());
-  embedded::clearAbort();
-  EXPECT_TRUE(bench.drevin().openingAborted());
+  EXPECT_TRUE(remembersAbortSeenIn([](Drevin& node) { initializeKernelsThreaded(0, 1, &node); }));
 }
 
 TEST_F(PassingAborts, nextOpening_beginsAnew) {

@@ -21,11 +21,6 @@ int pictureThreads(unsigned threads) {
 #endif
 }
 
-void chooseThreads(unsigned threads) {
-  embedded::setThreadCount(threads);
-  Imf::setGlobalThreadCount(pictureThreads(threads));
-}
-
 // A camera that is there before the first picture, the same for all of them.
 void checkCamera(const RenderArguments& arguments, const RenderArguments& first, const Node& node,
                  const FrameTask& task) {
@@ -35,6 +30,11 @@ void checkCamera(const RenderArguments& arguments, const RenderArguments& first,
 }
 
 }  // namespace
+
+void chooseThreads(unsigned threads) {
+  embedded::setThreadCount(threads);
+  Imf::setGlobalThreadCount(pictureThreads(threads));
+}
 
 unsigned setUpProcess(const RenderArguments& arguments) {
   prepareForLittleMemory();

@@ -8,6 +8,9 @@
 
 namespace drevintool {
 
+/// Threads for the host and for reading and writing pictures.
+void chooseThreads(unsigned threads);
+
 /// Gives the process the threads, the limit of memory and the order of deep samples that were asked
 /// for. Returns the number of threads.
 unsigned setUpProcess(const RenderArguments& arguments);
