@@ -2,12 +2,16 @@
 
 /// The command run as a process of its own.
 
+#include <cstddef>
 #include <functional>
 #include <map>
 #include <string>
 #include <vector>
 
 namespace drevintool::testing {
+
+/// A limit of 1 GiB for RunOptions::addressSpace; sanitizers reserve more: none for them.
+constexpr std::size_t kGibibyteOfAddresses = DREVIN_SANITIZED ? 0 : std::size_t{1} << 30;
 
 struct RunOptions {
   std::map<std::string, std::string> environment;  ///< added to the test's own

@@ -7,7 +7,6 @@
 namespace drevintool::testing {
 namespace {
 
-constexpr std::size_t kAddressSpace = DREVIN_SANITIZED ? 0 : std::size_t{1} << 30;
 constexpr double kProcessorSeconds = DREVIN_SANITIZED ? 20.0 : 1.0;
 constexpr long kKibibytes = DREVIN_SANITIZED ? 2 << 20 : 200 << 10;
 
@@ -19,7 +18,7 @@ void expectResultOrOneLine(CommandLine commandLine, const std::string& file,
                            const std::vector<std::string>& more) {
   const ScratchFolder folder;
   RunOptions options;
-  options.addressSpace = kAddressSpace;
+  options.addressSpace = kGibibyteOfAddresses;
   options.timeoutSeconds = 60.0;
   const RunResult result = runCommand(commandLine(file, folder.file("out.exr"), more), options);
   EXPECT_LT(result.processorSeconds, kProcessorSeconds) << file;

@@ -16,8 +16,6 @@ namespace {
 using Arguments = std::vector<std::string>;
 using Pieces = std::vector<std::string>;
 
-constexpr std::size_t kAddressSpace = DREVIN_SANITIZED ? 0 : std::size_t{1} << 30;
-
 // Places in the head of a scanline block, after its row.
 constexpr std::size_t kUnpackedSize = 20;
 constexpr std::size_t kCounts = 28;
@@ -41,7 +39,7 @@ class DeepFaults : public ::testing::Test {
 
   static void expectFault(const Arguments& arguments, const Pieces& pieces) {
     RunOptions options;
-    options.addressSpace = kAddressSpace;
+    options.addressSpace = kGibibyteOfAddresses;
     expectRefused(arguments, 3, pieces, options);
   }
 

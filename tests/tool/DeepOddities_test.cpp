@@ -1,19 +1,16 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <limits>
 
 #include "CommandRun.h"
 #include "DeepExrFixture.h"
 #include "ExrFixture.h"
+#include "OddNumbers.h"
 #include "Refusal.h"
 #include "ScratchFolder.h"
 
 namespace drevintool::testing {
 namespace {
-
-constexpr double kInfinity = std::numeric_limits<double>::infinity();
-constexpr double kNan = std::numeric_limits<double>::quiet_NaN();
 
 /// Deep pictures whose files are sound, but whose samples are not what one expects.
 class DeepOddities : public ::testing::Test {

@@ -28,11 +28,11 @@ using testing::kHalfStep;
 using testing::Samples;
 using testing::shareBetween;
 
-constexpr int kWidth = 240;
-constexpr int kHeight = 135;
+constexpr int kDeepWidth = 240;
+constexpr int kDeepHeight = 135;
 
 const DemoPictures& pictures() {
-  static const DemoPictures kPictures = renderDemoPictures(DemoCamera{}, kWidth);
+  static const DemoPictures kPictures = renderDemoPictures(DemoCamera{}, kDeepWidth);
   return kPictures;
 }
 
@@ -55,7 +55,7 @@ const std::vector<Samples>& pixels() {
 }
 
 const Samples& pixelAt(int column, int row) {
-  const int index = row * kWidth + column;
+  const int index = row * kDeepWidth + column;
   return pixels()[static_cast<std::size_t>(index)];
 }
 
@@ -65,7 +65,7 @@ bool isThick(const DemoDeepSample& sample) {
 
 // Whether a pixel shows the scene alone, without glass and steam.
 bool isPlain(int column, int row) {
-  const DemoRay ray = DemoCamera{}.ray(column + 0.5, row + 0.5, kWidth, kHeight);
+  const DemoRay ray = DemoCamera{}.ray(column + 0.5, row + 0.5, kDeepWidth, kDeepHeight);
   const Samples& samples = pixelAt(column, row);
   return !nearShelter(ray, 0.01) && std::none_of(samples.begin(), samples.end(), isThick);
 }
@@ -74,7 +74,7 @@ bool isPlain(int column, int row) {
 // traced apart from it.
 class Finer {
  public:
-  Finer() : renderer_(DemoCamera{}, kWidth * kDemoSide, kHeight * kDemoSide) {}
+  Finer() : renderer_(DemoCamera{}, kDeepWidth * kDemoSide, kDeepHeight * kDemoSide) {}
 
   DemoVector colour(int column, int row) const {
     DemoVector sum;
@@ -112,15 +112,15 @@ const Finer& finer() {
 // --- the scene -----------------------------------------------------------------------------
 
 TEST(DemoDeepScene, picture_hasTheFlatOnesSizeAndSamplesEverywhere) {
-  EXPECT_EQ(pictures().deep.width, kWidth);
-  EXPECT_EQ(pictures().deep.height(), kHeight);
-  ASSERT_EQ(pixels().size(), static_cast<std::size_t>(kWidth * kHeight));
+  EXPECT_EQ(pictures().deep.width, kDeepWidth);
+  EXPECT_EQ(pictures().deep.height(), kDeepHeight);
+  ASSERT_EQ(pixels().size(), static_cast<std::size_t>(kDeepWidth * kDeepHeight));
   for (const Samples& samples : pixels())
     ASSERT_FALSE(samples.empty());
 }
 
 TEST(DemoDeepScene, flatPicture_isTheOneRenderedAlone) {
-  EXPECT_EQ(pictures().flat.planes, renderDemoScene(DemoCamera{}, kWidth).planes);
+  EXPECT_EQ(pictures().flat.planes, renderDemoScene(DemoCamera{}, kDeepWidth).planes);
 }
 
 TEST(DemoDeepScene, samples_areNearestFirstWithoutOverlap) {
@@ -184,8 +184,8 @@ TEST(DemoDeepScene, edges_holdTheSurfaceBehindInItsOwnDepth) {
 TEST(DemoDeepScene, sharesOfTheFigure_areThoseOfAnIndependentTrace) {
   int partial = 0;
   int missed = 0;
-  for (int row = 0; row < kHeight; ++row) {
-    for (int column = 0; column < kWidth; ++column) {
+  for (int row = 0; row < kDeepHeight; ++row) {
+    for (int column = 0; column < kDeepWidth; ++column) {
       const Samples& samples = pixelAt(column, row);
       const double want = finer().shareBetween(column, row, kDemoFigureNear, kDemoFigureFar);
       const double got = shareBetween(samples, kDemoFigureNear, kDemoFigureFar);
@@ -201,8 +201,8 @@ TEST(DemoDeepScene, sharesOfTheFigure_areThoseOfAnIndependentTrace) {
 // the air that is told once a sample instead of once a ray.
 TEST(DemoDeepScene, compositeAtEdges_isTheAntialiasedScene) {
   int edges = 0;
-  for (int row = 0; row < kHeight; ++row) {
-    for (int column = 0; column < kWidth; ++column) {
+  for (int row = 0; row < kDeepHeight; ++row) {
+    for (int column = 0; column < kDeepWidth; ++column) {
       const Samples& samples = pixelAt(column, row);
       if (!isPlain(column, row) || samples.size() < 2) continue;
       const double want = luminance(finer().colour(column, row));
@@ -220,8 +220,8 @@ TEST(DemoDeepScene, composite_isTheAntialiasedSceneAlmostEverywhere) {
   int close = 0;
   double wanted = 0.0;
   double gotten = 0.0;
-  for (int row = 0; row < kHeight; ++row) {
-    for (int column = 0; column < kWidth; ++column) {
+  for (int row = 0; row < kDeepHeight; ++row) {
+    for (int column = 0; column < kDeepWidth; ++column) {
       if (!isPlain(column, row)) continue;
       const double want = luminance(finer().colour(column, row));
       const double got = luminance(compositeOf(pixelAt(column, row)));
@@ -231,7 +231,7 @@ TEST(DemoDeepScene, composite_isTheAntialiasedSceneAlmostEverywhere) {
       gotten += got;
     }
   }
-  EXPECT_GT(plain, kWidth * kHeight / 2);
+  EXPECT_GT(plain, kDeepWidth * kDeepHeight / 2);
   EXPECT_GT(close, plain * 97 / 100);
   EXPECT_NEAR(gotten / wanted, 1.0, 0.01);
 }
@@ -246,7 +246,7 @@ TEST(DemoDeepScene, pane_letsTheStreetThroughInItsOwnDepth) {
     ASSERT_GT(samples[1].front, kDemoPaneDepth + 0.1);
     ++panes;
   }
-  EXPECT_GT(panes, kWidth * kHeight / 8);
+  EXPECT_GT(panes, kDeepWidth * kDeepHeight / 8);
 }
 
 TEST(DemoDeepScene, steam_isThickSamplesSeveralToAPixelBetweenItsDepths) {
@@ -261,7 +261,7 @@ TEST(DemoDeepScene, steam_isThickSamplesSeveralToAPixelBetweenItsDepths) {
       ASSERT_LT(sample.alpha, 1.0F);
     }
   }
-  EXPECT_GT(several, kWidth * kHeight / 50);
+  EXPECT_GT(several, kDeepWidth * kDeepHeight / 50);
 }
 
 // --- the file --------------------------------------------------------------------------------
@@ -316,7 +316,7 @@ TEST(DemoDeepFile, file_isDeepWithHalfColourAndFloatDepths) {
   const Imf::Header header = readDeep(folder.file("a.exr")).header;
   EXPECT_EQ(header.type(), Imf::DEEPSCANLINE);
   EXPECT_EQ(header.compression(), Imf::ZIPS_COMPRESSION);
-  EXPECT_EQ(header.displayWindow(), Imath::Box2i({0, 0}, {kWidth - 1, kHeight - 1}));
+  EXPECT_EQ(header.displayWindow(), Imath::Box2i({0, 0}, {kDeepWidth - 1, kDeepHeight - 1}));
   EXPECT_EQ(header.dataWindow(), header.displayWindow());
   for (const char* name : {"R", "G", "B", "A"})
     EXPECT_EQ(header.channels()[name].type, Imf::HALF) << name;

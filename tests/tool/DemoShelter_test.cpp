@@ -5,11 +5,14 @@
 #include <algorithm>
 #include <cmath>
 
+#include "DemoRays.h"
 #include "demo/DemoNoise.h"
 #include "demo/DemoRaindrops.h"
 
 namespace drevintool {
 namespace {
+
+using testing::towards;
 
 TEST(DemoRaindrops, drops_coverAPartOfThePaneAndFadeAtTheirRims) {
   int wet = 0;
@@ -30,10 +33,6 @@ TEST(DemoRaindrops, drops_coverAPartOfThePaneAndFadeAtTheirRims) {
   EXPECT_LT(wet, kPlaces * kPlaces / 2);
   EXPECT_GT(rims, 0);
   EXPECT_LT(rims, wet / 2);
-}
-
-DemoRay towards(double x, double y, double z) {
-  return {{0.0, 1.5, 0.0}, {x / z, (y - 1.5) / z, 1.0}};
 }
 
 const DemoBackdrop kGrey = [](const DemoVector&) { return DemoVector{0.2, 0.2, 0.2}; };

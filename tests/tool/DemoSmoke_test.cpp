@@ -6,16 +6,15 @@
 #include <cmath>
 #include <vector>
 
+#include "DemoRays.h"
+#include "DemoSamples.h"
 #include "demo/DemoNoise.h"
 
 namespace drevintool {
 namespace {
 
-using Samples = std::vector<DemoDeepSample>;
-
-DemoRay towards(double x, double y, double z) {
-  return {{0.0, 1.5, 0.0}, {x / z, (y - 1.5) / z, 1.0}};
-}
+using testing::Samples;
+using testing::towards;
 
 // The steam's share of the light, in steps of 2 mm or less.
 double finelyTaken(const DemoRay& ray, double from, double to) {

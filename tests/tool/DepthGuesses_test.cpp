@@ -1,9 +1,9 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <limits>
 
 #include "DepthPlaneFixture.h"
+#include "OddNumbers.h"
 #include "RealPictures.h"
 #include "depth/BackgroundFinding.h"
 #include "depth/DepthCodes.h"
@@ -15,12 +15,10 @@
 namespace drevintool::testing {
 namespace {
 
-constexpr float kNan = std::numeric_limits<float>::quiet_NaN();
-constexpr float kInfinity = std::numeric_limits<float>::infinity();
-
 TEST(DepthCodes, valuesThatAreNoDistances_areBackground) {
   const DepthCodes real{DepthStyle::Real, false};
-  for (const float code : {0.0F, -0.0F, kNan, kInfinity, -kInfinity, 1e10F, 1e30F, -1e10F})
+  for (const float code :
+       {0.0F, -0.0F, kNanFloat, kInfinityFloat, -kInfinityFloat, 1e10F, 1e30F, -1e10F})
     EXPECT_TRUE(real.isBackground(code)) << code;
   for (const float depth : {1e-30F, -5.0F, 100.0F, 65504.0F, 9.9e9F})
     EXPECT_FALSE(real.isBackground(depth)) << depth;
@@ -110,7 +108,7 @@ TEST(StyleGuess, realPicturesTurnedInto1OverZ_areReciprocal) {
 }
 
 TEST(StyleGuess, codesAlone_areRealWithoutAFault) {
-  EXPECT_EQ(guessStyle(rowOf({kNan, kInfinity, 1e10F})).style, DepthStyle::Real);
+  EXPECT_EQ(guessStyle(rowOf({kNanFloat, kInfinityFloat, 1e10F})).style, DepthStyle::Real);
   EXPECT_EQ(guessStyle(rowOf({})).style, DepthStyle::Real);
 }
 
@@ -138,15 +136,15 @@ TEST(BackgroundFinding, depthOfPixelsWithoutAlphaAmongTheOthers_isNot) {
 }
 
 TEST(BackgroundFinding, mostFrequentCode_isItAndOthersAreCounted) {
-  const BackgroundFinding found = foundIn(rowOf({1e10F, kInfinity, kInfinity, 3, 4, 5}));
-  EXPECT_EQ(found.value, kInfinity);
+  const BackgroundFinding found = foundIn(rowOf({1e10F, kInfinityFloat, kInfinityFloat, 3, 4, 5}));
+  EXPECT_EQ(found.value, kInfinityFloat);
   EXPECT_EQ(found.pixels, 2U);
   EXPECT_EQ(found.others, 1U);
   EXPECT_TRUE(found.contains(1e10F));
 }
 
 TEST(BackgroundFinding, nan_isFoundAsOneValue) {
-  const BackgroundFinding found = foundIn(rowOf({kNan, -kNan, 3, 4, 5}));
+  const BackgroundFinding found = foundIn(rowOf({kNanFloat, -kNanFloat, 3, 4, 5}));
   ASSERT_TRUE(found.value);
   EXPECT_TRUE(std::isnan(*found.value));
   EXPECT_EQ(found.pixels, 2U);
@@ -155,11 +153,12 @@ TEST(BackgroundFinding, nan_isFoundAsOneValue) {
 
 TEST(BackgroundFinding, planeFarBehindAllThings_isItBeforeFewerCodes) {
   EXPECT_EQ(foundIn(rowOf({5, 20, 10000, 10000})).value, 10000.0F);
-  const BackgroundFinding few = foundIn(rowOf({5, 20, kNan, 10000, 10000}));
+  const BackgroundFinding few = foundIn(rowOf({5, 20, kNanFloat, 10000, 10000}));
   EXPECT_EQ(few.value, 10000.0F);
   EXPECT_EQ(few.others, 1U);
-  const BackgroundFinding many = foundIn(rowOf({5, 20, kInfinity, kInfinity, 10000, 10000}));
-  EXPECT_EQ(many.value, kInfinity) << "with codes for the sky the plane is a thing";
+  const BackgroundFinding many =
+      foundIn(rowOf({5, 20, kInfinityFloat, kInfinityFloat, 10000, 10000}));
+  EXPECT_EQ(many.value, kInfinityFloat) << "with codes for the sky the plane is a thing";
   EXPECT_FALSE(many.contains(10000.0F));
 }
 
@@ -174,7 +173,7 @@ TEST(BackgroundFinding, ordinaryDepths_haveNone) {
     const BackgroundFinding found = foundIn(plane);
     EXPECT_FALSE(found.value);
     EXPECT_FALSE(found.isOrdinary());
-    EXPECT_TRUE(found.contains(kNan));
+    EXPECT_TRUE(found.contains(kNanFloat));
     EXPECT_FALSE(found.contains(5.0F));
   }
 }
@@ -183,7 +182,7 @@ TEST(UnitGuess, medianDistance_namesTheUnit) {
   EXPECT_EQ(guessUnit(4.4F), "m");
   EXPECT_EQ(guessUnit(400.0F), "cm");
   EXPECT_EQ(guessUnit(4000.0F), "mm");
-  for (const float unknown : {0.0F, 0.1F, -4.0F, 1e6F, kNan, kInfinity})
+  for (const float unknown : {0.0F, 0.1F, -4.0F, 1e6F, kNanFloat, kInfinityFloat})
     EXPECT_EQ(guessUnit(unknown), "") << unknown;
 }
 

@@ -1,11 +1,11 @@
 #include <gtest/gtest.h>
 
-#include <limits>
 #include <nlohmann/json.hpp>
 
 #include "CommandRun.h"
 #include "DeepExrFixture.h"
 #include "ExrFixture.h"
+#include "OddNumbers.h"
 #include "RealPictures.h"
 #include "ScratchFolder.h"
 
@@ -14,9 +14,6 @@ namespace {
 
 using nlohmann::json;
 using Arguments = std::vector<std::string>;
-
-constexpr double kInfinity = std::numeric_limits<double>::infinity();
-constexpr double kNan = std::numeric_limits<double>::quiet_NaN();
 
 class FocusAt : public ::testing::Test {
  protected:

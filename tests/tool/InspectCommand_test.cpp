@@ -1,12 +1,12 @@
 #include <gtest/gtest.h>
 
-#include <limits>
 #include <nlohmann/json.hpp>
 #include <set>
 
 #include "CommandRun.h"
 #include "DeepExrFixture.h"
 #include "ExrFixture.h"
+#include "OddNumbers.h"
 #include "RealPictures.h"
 #include "ScratchFolder.h"
 #include "terminal/NameList.h"
@@ -17,9 +17,6 @@ namespace {
 
 using nlohmann::ordered_json;
 using Arguments = std::vector<std::string>;
-
-constexpr double kInfinity = std::numeric_limits<double>::infinity();
-constexpr double kNan = std::numeric_limits<double>::quiet_NaN();
 
 RunResult inspect(const Arguments& more) {
   Arguments arguments = {"inspect", "--plugin", builtPlugin()};

@@ -1,12 +1,12 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <limits>
 #include <nlohmann/json.hpp>
 
 #include "CommandRun.h"
 #include "DeepExrFixture.h"
 #include "ExrFixture.h"
+#include "OddNumbers.h"
 #include "ScratchFolder.h"
 
 namespace drevintool::testing {
@@ -16,8 +16,6 @@ using Arguments = std::vector<std::string>;
 
 constexpr int kWidth = 200;
 constexpr int kHeight = 150;
-constexpr double kInfinity = std::numeric_limits<double>::infinity();
-constexpr double kNan = std::numeric_limits<double>::quiet_NaN();
 
 /// What a value of a picture may be off by.
 double allowedDifference(double value) {

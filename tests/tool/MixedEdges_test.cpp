@@ -4,15 +4,12 @@
 
 #include <algorithm>
 #include <cmath>
-#include <limits>
 
 #include "DepthPlaneFixture.h"
+#include "OddNumbers.h"
 
 namespace drevintool::testing {
 namespace {
-
-constexpr float kNan = std::numeric_limits<float>::quiet_NaN();
-constexpr float kInfinity = std::numeric_limits<float>::infinity();
 
 std::vector<std::size_t> mixedIn(const std::vector<float>& row) {
   std::vector<std::size_t> places;
@@ -82,9 +79,9 @@ TEST(MixedEdges, averagesWithAFiniteBackgroundCode_areMixed) {
 }
 
 TEST(MixedEdges, nanAndInfinity_areNeverMixedNorSides) {
-  EXPECT_EQ(mixedIn({5, 5, 5, kNan, 20, 20, 20}), Places{});
-  EXPECT_EQ(mixedIn({5, 5, 5, 8, kInfinity, kInfinity}), Places{});
-  EXPECT_EQ(mixedIn({kNan, kNan, kNan, 8, 20, 20, 20}), Places{});
+  EXPECT_EQ(mixedIn({5, 5, 5, kNanFloat, 20, 20, 20}), Places{});
+  EXPECT_EQ(mixedIn({5, 5, 5, 8, kInfinityFloat, kInfinityFloat}), Places{});
+  EXPECT_EQ(mixedIn({kNanFloat, kNanFloat, kNanFloat, 8, 20, 20, 20}), Places{});
 }
 
 TEST(MixedEdges, sideOfOnePixelAtTheBorder_isASide) {

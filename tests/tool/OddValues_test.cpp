@@ -1,17 +1,14 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <limits>
 
 #include "CommandRun.h"
 #include "ExrFixture.h"
+#include "OddNumbers.h"
 #include "ScratchFolder.h"
 
 namespace drevintool::testing {
 namespace {
-
-constexpr double kInfinity = std::numeric_limits<double>::infinity();
-constexpr double kNan = std::numeric_limits<double>::quiet_NaN();
 
 /// Depths and colours that are no ordinary numbers, in every way of turning depth into blur.
 class OddValues : public ::testing::Test {

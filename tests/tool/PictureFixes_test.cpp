@@ -1,12 +1,12 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <limits>
 #include <nlohmann/json.hpp>
 
 #include "CommandRun.h"
 #include "DeepExrFixture.h"
 #include "ExrFixture.h"
+#include "OddNumbers.h"
 #include "RealPictures.h"
 #include "ScratchFolder.h"
 #include "prepare/DepthFixes.h"
@@ -17,11 +17,6 @@ namespace {
 
 using nlohmann::json;
 using Arguments = std::vector<std::string>;
-
-constexpr double kInfinity = std::numeric_limits<double>::infinity();
-constexpr double kNan = std::numeric_limits<double>::quiet_NaN();
-constexpr float kInfinityFloat = std::numeric_limits<float>::infinity();
-constexpr float kNanFloat = std::numeric_limits<float>::quiet_NaN();
 
 const Arguments kBlur = {"--set",         "multiplier=9", "--set",
                          "focalPlane=10", "--set",        "focusRegionSize=20"};
