@@ -24,8 +24,8 @@ namespace drevintool {
 namespace {
 
 using testing::compositeOf;
+using testing::DemoSamples;
 using testing::kHalfStep;
-using testing::Samples;
 using testing::shareBetween;
 
 constexpr int kDeepWidth = 240;
@@ -37,8 +37,8 @@ const DemoPictures& pictures() {
 }
 
 // The samples of every pixel, row by row.
-std::vector<Samples> pixelsOf(const DemoDeepPicture& picture) {
-  std::vector<Samples> pixels;
+std::vector<DemoSamples> pixelsOf(const DemoDeepPicture& picture) {
+  std::vector<DemoSamples> pixels;
   for (const DemoDeepRow& row : picture.rows) {
     auto first = row.samples.begin();
     for (const unsigned count : row.counts) {
@@ -49,12 +49,12 @@ std::vector<Samples> pixelsOf(const DemoDeepPicture& picture) {
   return pixels;
 }
 
-const std::vector<Samples>& pixels() {
-  static const std::vector<Samples> kPixels = pixelsOf(pictures().deep);
+const std::vector<DemoSamples>& pixels() {
+  static const std::vector<DemoSamples> kPixels = pixelsOf(pictures().deep);
   return kPixels;
 }
 
-const Samples& pixelAt(int column, int row) {
+const DemoSamples& pixelAt(int column, int row) {
   const int index = row * kDeepWidth + column;
   return pixels()[static_cast<std::size_t>(index)];
 }
@@ -66,7 +66,7 @@ bool isThick(const DemoDeepSample& sample) {
 // Whether a pixel shows the scene alone, without glass and steam.
 bool isPlain(int column, int row) {
   const DemoRay ray = DemoCamera{}.ray(column + 0.5, row + 0.5, kDeepWidth, kDeepHeight);
-  const Samples& samples = pixelAt(column, row);
+  const DemoSamples& samples = pixelAt(column, row);
   return !nearShelter(ray, 0.01) && std::none_of(samples.begin(), samples.end(), isThick);
 }
 
@@ -115,7 +115,7 @@ TEST(DemoDeepScene, picture_hasTheFlatOnesSizeAndSamplesEverywhere) {
   EXPECT_EQ(pictures().deep.width, kDeepWidth);
   EXPECT_EQ(pictures().deep.height(), kDeepHeight);
   ASSERT_EQ(pixels().size(), static_cast<std::size_t>(kDeepWidth * kDeepHeight));
-  for (const Samples& samples : pixels())
+  for (const DemoSamples& samples : pixels())
     ASSERT_FALSE(samples.empty());
 }
 
@@ -124,7 +124,7 @@ TEST(DemoDeepScene, flatPicture_isTheOneRenderedAlone) {
 }
 
 TEST(DemoDeepScene, samples_areNearestFirstWithoutOverlap) {
-  for (const Samples& samples : pixels()) {
+  for (const DemoSamples& samples : pixels()) {
     for (std::size_t i = 0; i < samples.size(); ++i) {
       ASSERT_GT(samples[i].front, 1.0F);
       ASSERT_GE(samples[i].back, samples[i].front);
@@ -136,7 +136,7 @@ TEST(DemoDeepScene, samples_areNearestFirstWithoutOverlap) {
 }
 
 TEST(DemoDeepScene, valuesOfSamples_areFiniteAndAlphasEndInOne) {
-  for (const Samples& samples : pixels()) {
+  for (const DemoSamples& samples : pixels()) {
     for (const DemoDeepSample& sample : samples) {
       ASSERT_GT(sample.alpha, 0.0F);
       ASSERT_LE(sample.alpha, 1.0F);
@@ -152,7 +152,7 @@ TEST(DemoDeepScene, valuesOfSamples_areFiniteAndAlphasEndInOne) {
 TEST(DemoDeepScene, pixels_haveFewSamples) {
   std::size_t most = 0;
   std::size_t all = 0;
-  for (const Samples& samples : pixels()) {
+  for (const DemoSamples& samples : pixels()) {
     most = std::max(most, samples.size());
     all += samples.size();
   }
@@ -162,14 +162,14 @@ TEST(DemoDeepScene, pixels_haveFewSamples) {
 
 TEST(DemoDeepScene, sky_isOpaqueAndFarButNotInfinitely) {
   std::size_t sky = 0;
-  for (const Samples& samples : pixels())
+  for (const DemoSamples& samples : pixels())
     sky += std::abs(samples.back().front - kDemoSkyDepth) < 0.01 ? 1U : 0U;
   EXPECT_GT(sky, pixels().size() / 100);
 }
 
 TEST(DemoDeepScene, edges_holdTheSurfaceBehindInItsOwnDepth) {
   int edges = 0;
-  for (const Samples& samples : pixels()) {
+  for (const DemoSamples& samples : pixels()) {
     const bool edge = samples.size() >= 2 && samples[0].front > kDemoFigureNear &&
                       samples[0].front < kDemoFigureFar && samples[1].front > 10.0F;
     if (!edge) continue;
@@ -186,7 +186,7 @@ TEST(DemoDeepScene, sharesOfTheFigure_areThoseOfAnIndependentTrace) {
   int missed = 0;
   for (int row = 0; row < kDeepHeight; ++row) {
     for (int column = 0; column < kDeepWidth; ++column) {
-      const Samples& samples = pixelAt(column, row);
+      const DemoSamples& samples = pixelAt(column, row);
       const double want = finer().shareBetween(column, row, kDemoFigureNear, kDemoFigureFar);
       const double got = shareBetween(samples, kDemoFigureNear, kDemoFigureFar);
       if (want > 0.0 && want < 1.0) ++partial;
@@ -203,7 +203,7 @@ TEST(DemoDeepScene, compositeAtEdges_isTheAntialiasedScene) {
   int edges = 0;
   for (int row = 0; row < kDeepHeight; ++row) {
     for (int column = 0; column < kDeepWidth; ++column) {
-      const Samples& samples = pixelAt(column, row);
+      const DemoSamples& samples = pixelAt(column, row);
       if (!isPlain(column, row) || samples.size() < 2) continue;
       const double want = luminance(finer().colour(column, row));
       ASSERT_NEAR(luminance(compositeOf(samples)), want, 0.002 + 0.005 * want)
@@ -238,7 +238,7 @@ TEST(DemoDeepScene, composite_isTheAntialiasedSceneAlmostEverywhere) {
 
 TEST(DemoDeepScene, pane_letsTheStreetThroughInItsOwnDepth) {
   int panes = 0;
-  for (const Samples& samples : pixels()) {
+  for (const DemoSamples& samples : pixels()) {
     const bool pane = std::abs(samples[0].front - kDemoPaneDepth) < 0.05 &&
                       samples[0].alpha > 0.25F && samples[0].alpha < 0.9F;
     if (!pane) continue;
@@ -251,7 +251,7 @@ TEST(DemoDeepScene, pane_letsTheStreetThroughInItsOwnDepth) {
 
 TEST(DemoDeepScene, steam_isThickSamplesSeveralToAPixelBetweenItsDepths) {
   int several = 0;
-  for (const Samples& samples : pixels()) {
+  for (const DemoSamples& samples : pixels()) {
     const auto thick = std::count_if(samples.begin(), samples.end(), isThick);
     if (thick >= 2) ++several;
     for (const DemoDeepSample& sample : samples) {
@@ -268,7 +268,7 @@ TEST(DemoDeepScene, steam_isThickSamplesSeveralToAPixelBetweenItsDepths) {
 
 struct ReadDeep {
   Imf::Header header;
-  std::vector<Samples> pixels;
+  std::vector<DemoSamples> pixels;
 };
 
 ReadDeep readDeep(const std::string& path) {

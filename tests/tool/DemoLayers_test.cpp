@@ -12,13 +12,13 @@ namespace drevintool {
 namespace {
 
 using testing::compositeOf;
+using testing::DemoSamples;
 using testing::kHalfStep;
-using testing::Samples;
 using testing::shareBetween;
 
 TEST(DemoLayers, oneLayer_becomesOneOpaquePoint) {
   std::vector<DemoLayer> layers{{5.0, 1.0, {0.25, 0.5, 2.0}}};
-  Samples samples;
+  DemoSamples samples;
   appendMerged(layers, samples);
   ASSERT_EQ(samples.size(), 1U);
   EXPECT_FLOAT_EQ(samples[0].front, 5.0F);
@@ -29,14 +29,14 @@ TEST(DemoLayers, oneLayer_becomesOneOpaquePoint) {
 
 TEST(DemoLayers, noLayers_giveNoSamples) {
   std::vector<DemoLayer> layers;
-  Samples samples;
+  DemoSamples samples;
   appendMerged(layers, samples);
   EXPECT_TRUE(samples.empty());
 }
 
 TEST(DemoLayers, halfCoveredPixel_hasTheSurfaceBehindAtFullAlpha) {
   std::vector<DemoLayer> layers{{30.0, 0.5, {0.5, 0.5, 0.5}}, {4.0, 0.5, {0.1, 0.0, 0.0}}};
-  Samples samples;
+  DemoSamples samples;
   appendMerged(layers, samples);
   ASSERT_EQ(samples.size(), 2U);
   EXPECT_FLOAT_EQ(samples[0].front, 4.0F);
@@ -49,7 +49,7 @@ TEST(DemoLayers, halfCoveredPixel_hasTheSurfaceBehindAtFullAlpha) {
 TEST(DemoLayers, depthsThatBlurAlike_areOneSampleBetweenThem) {
   std::vector<DemoLayer> layers{
       {4.00, 0.5, {}}, {4.03, 0.25, {}}, {200.0, 0.125, {}}, {400.0, 0.125, {}}};
-  Samples samples;
+  DemoSamples samples;
   appendMerged(layers, samples);
   ASSERT_EQ(samples.size(), 2U);
   EXPECT_GT(samples[0].front, 4.0F);
@@ -74,7 +74,7 @@ std::vector<DemoLayer> randomLayers(int seed) {
 TEST(DemoLayers, compositeFrontToBack_givesSharesAndLightBack) {
   for (int seed = 0; seed < 200; ++seed) {
     std::vector<DemoLayer> layers = randomLayers(seed);
-    Samples samples;
+    DemoSamples samples;
     appendMerged(layers, samples);
     double red = 0.0;
     for (const DemoLayer& layer : layers)
@@ -92,7 +92,7 @@ TEST(DemoLayers, compositeFrontToBack_givesSharesAndLightBack) {
 TEST(DemoLayers, alphas_areHalfPrecisionAndTheLastIsOne) {
   for (int seed = 0; seed < 50; ++seed) {
     std::vector<DemoLayer> layers = randomLayers(seed);
-    Samples samples;
+    DemoSamples samples;
     appendMerged(layers, samples);
     for (const DemoDeepSample& sample : samples)
       EXPECT_EQ(sample.alpha, toHalfPrecision(sample.alpha));

@@ -11,10 +11,10 @@ namespace drevintool::testing {
 /// Twice what rounding to half precision may change, of 1.
 constexpr double kHalfStep = 0x1p-10;
 
-using Samples = std::vector<DemoDeepSample>;
+using DemoSamples = std::vector<DemoDeepSample>;
 
 /// Front to back: the share of the pixel that each sample takes.
-inline std::vector<double> sharesOf(const Samples& samples) {
+inline std::vector<double> sharesOf(const DemoSamples& samples) {
   std::vector<double> shares;
   double open = 1.0;
   for (const DemoDeepSample& sample : samples) {
@@ -25,7 +25,7 @@ inline std::vector<double> sharesOf(const Samples& samples) {
 }
 
 /// The samples one under another, front to back.
-inline DemoVector compositeOf(const Samples& samples) {
+inline DemoVector compositeOf(const DemoSamples& samples) {
   DemoVector colour;
   double open = 1.0;
   for (const DemoDeepSample& sample : samples) {
@@ -36,7 +36,7 @@ inline DemoVector compositeOf(const Samples& samples) {
 }
 
 /// Sum of the shares of the samples whose fronts are in [from, to).
-inline double shareBetween(const Samples& samples, double from, double to) {
+inline double shareBetween(const DemoSamples& samples, double from, double to) {
   const std::vector<double> shares = sharesOf(samples);
   double sum = 0.0;
   for (std::size_t i = 0; i < samples.size(); ++i)

@@ -13,7 +13,7 @@
 namespace drevintool {
 namespace {
 
-using testing::Samples;
+using testing::DemoSamples;
 using testing::towards;
 
 // The steam's share of the light, in steps of 2 mm or less.
@@ -25,7 +25,7 @@ double finelyTaken(const DemoRay& ray, double from, double to) {
   return 1.0 - std::exp(-density * (to - from) * length(ray.along));
 }
 
-double takenBy(const Samples& samples) {
+double takenBy(const DemoSamples& samples) {
   double open = 1.0;
   for (const DemoDeepSample& sample : samples)
     open *= 1.0 - sample.alpha;
@@ -37,7 +37,7 @@ TEST(DemoSmoke, samples_takeWhatItsDensityTakes) {
   double most = 0.0;
   for (int i = 0; i < 60; ++i) {
     const DemoRay ray = towards(-0.2 + 1.2 * demoHash(i, 1), 3.0 * demoHash(i, 2), 16.0);
-    Samples samples;
+    DemoSamples samples;
     smoke.append(ray, 0.0, 100.0, samples);
     EXPECT_NEAR(takenBy(samples), finelyTaken(ray, kDemoSmokeNear, kDemoSmokeFar), 0.08);
     most = std::max(most, takenBy(samples));
@@ -48,7 +48,7 @@ TEST(DemoSmoke, samples_takeWhatItsDensityTakes) {
 
 TEST(DemoSmoke, samples_areThickAndTouchWithoutOverlap) {
   const DemoSmoke smoke(demoLights());
-  Samples samples;
+  DemoSamples samples;
   smoke.append(towards(0.6, 2.2, 16.0), 0.0, 100.0, samples);
   ASSERT_GE(samples.size(), 2U);
   for (std::size_t i = 0; i < samples.size(); ++i) {
@@ -65,15 +65,15 @@ TEST(DemoSmoke, samples_areThickAndTouchWithoutOverlap) {
 TEST(DemoSmoke, surfaceWithin_endsTheSamplesAtIt) {
   const DemoSmoke smoke(demoLights());
   const DemoRay ray = towards(0.3, 1.2, 16.0);
-  Samples before;
+  DemoSamples before;
   smoke.append(ray, 0.0, 15.7, before);
-  Samples after;
+  DemoSamples after;
   smoke.append(ray, 15.7, 100.0, after);
   ASSERT_FALSE(before.empty());
   ASSERT_FALSE(after.empty());
   EXPECT_LE(before.back().back, 15.7F);
   EXPECT_GE(after.front().front, 15.7F);
-  Samples whole;
+  DemoSamples whole;
   smoke.append(ray, 0.0, 100.0, whole);
   const double open = (1.0 - takenBy(before)) * (1.0 - takenBy(after));
   EXPECT_NEAR(open, 1.0 - takenBy(whole), 0.05);
@@ -81,7 +81,7 @@ TEST(DemoSmoke, surfaceWithin_endsTheSamplesAtIt) {
 
 TEST(DemoSmoke, raysAside_meetNone) {
   const DemoSmoke smoke(demoLights());
-  Samples samples;
+  DemoSamples samples;
   smoke.append(towards(-3.0, 1.5, 16.0), 0.0, 100.0, samples);
   smoke.append(towards(0.3, 1.2, 16.0), 0.0, 12.0, samples);
   EXPECT_TRUE(samples.empty());

@@ -270,7 +270,7 @@ class SharedInputs : public Sequence {
       return false;
     };
     Texts arguments = renderArguments(frameFile(1), folder_.file("out.#.exr"),
-                                      {"--frames", "1-200", "--set", "multiplier=20"});
+                                      {"--frames", manyFrames_, "--set", "multiplier=20"});
     arguments.insert(arguments.end(), more.begin(), more.end());
     return runCommand(arguments, options);
   }
@@ -279,6 +279,9 @@ class SharedInputs : public Sequence {
     return linesStarting(render(more).error, "drevin: warning: ");
   }
 
+  /// Far more than are in flight when the first is written.
+  const std::string count_ = DREVIN_SANITIZED ? "40" : "200";
+  const std::string manyFrames_ = "1-" + count_;
   const std::string kernel_ = folder_.file("kernel.exr");
   const std::string mattes_ = folder_.file("mattes.exr");
 };
@@ -292,7 +295,7 @@ TEST_F(SharedInputs, pictures_areReadOnce) {
     const RunResult result = renderWhileGone(file, more);
     EXPECT_EQ(result.exitCode, 0) << file << " " << result.error;
     EXPECT_FALSE(std::filesystem::exists(file));
-    EXPECT_EQ(outputs().size(), 200U) << file;
+    EXPECT_EQ(std::to_string(outputs().size()), count_) << file;
     for (const std::string& name : outputs())
       std::filesystem::remove(folder_.file(name));
     writeFrame(1);
@@ -468,10 +471,12 @@ TEST(RealSequence, beachball_rendersWholeFrames) {
   const ScratchFolder folder;
   const RunResult result = runCommand(renderArguments(
       pictureFolder() + "/flat/beachball.singlepart.000#.exr", folder.file("ball.%04d.exr"),
-      {"--frames", "1-4", "--set", "focalPlane=10", "--set", "multiplier=4"}));
+      {"--frames", DREVIN_SANITIZED ? "1-2" : "1-4", "--set", "focalPlane=10", "--set",
+       "multiplier=4"}));
   EXPECT_EQ(result.exitCode, 0) << result.error;
-  EXPECT_EQ(folder.entries(),
-            (Texts{"ball.0001.exr", "ball.0002.exr", "ball.0003.exr", "ball.0004.exr"}));
+  Texts frames{"ball.0001.exr", "ball.0002.exr"};
+  if (!DREVIN_SANITIZED) frames.insert(frames.end(), {"ball.0003.exr", "ball.0004.exr"});
+  EXPECT_EQ(folder.entries(), frames);
   for (const std::string& name : folder.entries())
     EXPECT_TRUE(isWholePicture(folder.file(name))) << name;
 }
