@@ -30,7 +30,7 @@ json valueAfter(const std::string& name, const std::string& text) {
 }
 
 // The change must be refused with code 2 and one line that holds `piece`.
-void expectRefused(const std::string& setting, const std::string& piece) {
+void expectSettingRefused(const std::string& setting, const std::string& piece) {
   const RunResult result = controls({"--set", setting});
   EXPECT_EQ(result.exitCode, 2) << setting;
   EXPECT_TRUE(isOneErrorLine(result.error)) << result.error;
@@ -50,7 +50,7 @@ TEST(ControlValues, booleans_inBothSpellings) {
     EXPECT_EQ(valueAfter("realWorldLens", text), true);
   for (const char* text : {"0", "false"})
     EXPECT_EQ(valueAfter("normalizeVisualization", text), false);
-  expectRefused("realWorldLens=yes", "true");
+  expectSettingRefused("realWorldLens=yes", "true");
 }
 
 TEST(ControlValues, choices_byLabelOrIndex) {
@@ -58,18 +58,18 @@ TEST(ControlValues, choices_byLabelOrIndex) {
   EXPECT_EQ(valueAfter("worldScale", "2"), "m");
   EXPECT_EQ(valueAfter("filmFormat", "16mm"), "16mm");
   EXPECT_EQ(valueAfter("outputType", "Focus Matte"), "Focus Matte");
-  expectRefused("filmFormat=Vista Vison", "Vista Vision");
-  expectRefused("worldScale=5", "0 to 4");
-  expectRefused("worldScale=-1", "0 to 4");
+  expectSettingRefused("filmFormat=Vista Vison", "Vista Vision");
+  expectSettingRefused("worldScale=5", "0 to 4");
+  expectSettingRefused("worldScale=-1", "0 to 4");
 }
 
 TEST(ControlValues, severalValues_byCommas) {
   EXPECT_EQ(valueAfter("depthSlicesNearAndFar", "1,50"), json({1, 50}));
   EXPECT_EQ(valueAfter("kChrAbbOff", "0.5,0.25,1"), json({0.5, 0.25, 1}));
   EXPECT_EQ(valueAfter("kChrAbbOff", "0.5"), json({0.5, 0.5, 0.5}));
-  expectRefused("depthSlicesNearAndFar=1", "2 numbers");
-  expectRefused("depthSlicesNearAndFar=1,2,3", "2 numbers");
-  expectRefused("focalPlane=1,2", "1 number");
+  expectSettingRefused("depthSlicesNearAndFar=1", "2 numbers");
+  expectSettingRefused("depthSlicesNearAndFar=1,2,3", "2 numbers");
+  expectSettingRefused("focalPlane=1,2", "1 number");
 }
 
 TEST(ControlValues, channels_byName) {
@@ -77,7 +77,7 @@ TEST(ControlValues, channels_byName) {
   EXPECT_EQ(valueAfter("depthChannel", "R"), "rgba.red");
   EXPECT_EQ(valueAfter("depthChannel", "none"), "none");
   EXPECT_EQ(valueAfter("defocusMatteChannel", "mattes.edge"), "mattes.edge");
-  expectRefused("depthChannel=", "channel");
+  expectSettingRefused("depthChannel=", "channel");
 }
 
 TEST(ControlValues, channelSets_byNameOrList) {
@@ -85,17 +85,17 @@ TEST(ControlValues, channelSets_byNameOrList) {
   EXPECT_EQ(valueAfter("bokehChannels", "none"), "none");
   EXPECT_EQ(valueAfter("bokehChannels", "rgb"), valueAfter("bokehChannels", "R,G,B"));
   EXPECT_NE(valueAfter("bokehChannels", "rgb"), valueAfter("bokehChannels", "rgba"));
-  expectRefused("bokehChannels=R,all", "alone");
+  expectSettingRefused("bokehChannels=R,all", "alone");
 }
 
 TEST(ControlValues, forcedRanges_areNamed) {
-  expectRefused("kNumSides=2", "3 to 16");
-  expectRefused("kNumSides=17", "3 to 16");
-  expectRefused("max_kernelsize=0", "1 to 256");
-  expectRefused("correctiveSlices=257", "1 to 256");
-  expectRefused("focalLength=-1", "0 to 300");
-  expectRefused("bloomCurvature=4.5", "0 to 4");
-  expectRefused("kSphAbb=1.01", "-1 to 1");
+  expectSettingRefused("kNumSides=2", "3 to 16");
+  expectSettingRefused("kNumSides=17", "3 to 16");
+  expectSettingRefused("max_kernelsize=0", "1 to 256");
+  expectSettingRefused("correctiveSlices=257", "1 to 256");
+  expectSettingRefused("focalLength=-1", "0 to 300");
+  expectSettingRefused("bloomCurvature=4.5", "0 to 4");
+  expectSettingRefused("kSphAbb=1.01", "-1 to 1");
 }
 
 TEST(ControlValues, endsOfForcedRanges_areTaken) {
@@ -107,16 +107,16 @@ TEST(ControlValues, endsOfForcedRanges_areTaken) {
 
 TEST(ControlValues, whatIsNoNumber_isRefused) {
   for (const char* text : {"", "x", "1e999", "nan", "inf", "0x10", "1 2", "1e39"}) {
-    expectRefused(std::string("focalPlane=") + text, "focalPlane");
+    expectSettingRefused(std::string("focalPlane=") + text, "focalPlane");
   }
-  expectRefused("kNumSides=5.5", "whole number");
+  expectSettingRefused("kNumSides=5.5", "whole number");
 }
 
 TEST(ControlValues, unknownName_namesTheNearest) {
-  expectRefused("focalplane=3", "focalPlane");
-  expectRefused("chromaticAberrationMatteChannel=none", "chromicAberrationMatteChannel");
-  expectRefused("integrateFrontAndBackSeparately=1", "integrateFrontAndBackSeperately");
-  expectRefused("=3", "NAME=VALUE");
+  expectSettingRefused("focalplane=3", "focalPlane");
+  expectSettingRefused("chromaticAberrationMatteChannel=none", "chromicAberrationMatteChannel");
+  expectSettingRefused("integrateFrontAndBackSeparately=1", "integrateFrontAndBackSeperately");
+  expectSettingRefused("=3", "NAME=VALUE");
 }
 
 TEST(ControlValues, filmFormat_fillsAndGreysTheAperturePair) {
