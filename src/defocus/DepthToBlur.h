@@ -1,7 +1,8 @@
 #pragma once
 
 /// The one place where a depth sample becomes a blur size and a focus region. Inline, as every
-/// pixel of a frame goes through it twice.
+/// pixel of a frame goes through it twice; `Lens` is dvLens, or that with fixed modes
+/// (FixedLens.h).
 
 #include <cmath>
 
@@ -58,28 +59,32 @@ inline float normaliseDepth(float raw, dvDepthStyle style) {
 }
 
 /// In the artistic mode the depth raised to focusNear, then lowered to focusFar; else unchanged.
-inline float clampToFocusRegion(float depth, const dvLens& lens) {
+template <typename Lens>
+float clampToFocusRegion(float depth, const Lens& lens) {
   if (lens.realWorldLens) return depth;
   const float raised = maxKeepingNaN(lens.focusNear, depth);
   return minKeepingNaN(lens.focusFar, raised);
 }
 
 /// Side of the focal plane; a depth exactly on it is behind.
-inline dvFocusRegion focusRegion(float depth, const dvLens& lens) {
+template <typename Lens>
+dvFocusRegion focusRegion(float depth, const Lens& lens) {
   if (lens.focalPlane > depth) return dvFocusRegion::Front;
   if (depth >= lens.focalPlane) return dvFocusRegion::Back;
   return dvFocusRegion::Unordered;
 }
 
 /// The two forms of unscaledCoc, before the multiplier of the region.
-inline float artisticCoc(float depth, const dvLens& lens) {
+template <typename Lens>
+float artisticCoc(float depth, const Lens& lens) {
   const float distance = std::fabs(depth - lens.focalPlane) * lens.invHalfFocusRegion;
   float ramp = minKeepingNaN(1.0F, distance);
   if (lens.falloff == dvFalloff::Quadratic) ramp = ramp * ramp;
   return ramp * lens.multiplier;
 }
 
-inline float thinLensCoc(float depth, const dvLens& lens) {
+template <typename Lens>
+float thinLensCoc(float depth, const Lens& lens) {
   const float k = lens.unit * lens.worldScaleMultiplier;
   const float focus = lens.focalPlane * k;
   const float sample = depth * k;
@@ -106,7 +111,8 @@ inline float thinLensCoc(float depth, const dvLens& lens) {
 /// Fails to: NaN in the artistic mode at z = F with an infinite h; 0 (before r) in the thin-lens
 /// mode when the quotient is not finite (D = 0, S = f, NaN).
 /// Order: float, left to right; the order is behaviour.
-inline float unscaledCoc(float depth, dvFocusRegion region, const dvLens& lens) {
+template <typename Lens>
+float unscaledCoc(float depth, dvFocusRegion region, const Lens& lens) {
   const float coc = lens.realWorldLens ? thinLensCoc(depth, lens) : artisticCoc(depth, lens);
   if (region == dvFocusRegion::Front) return coc * lens.frontMultiplier;
   if (region == dvFocusRegion::Back) return coc * lens.backMultiplier;

@@ -9,26 +9,17 @@
 
 namespace drevin {
 
+/// Its modes hide those of the lens that it is made of, which are the same.
 template <bool RealWorldLens, dvDepthStyle Style, dvFalloff Falloff>
-class dvFixedLens {
- public:
-  /// `lens` is one of these modes.
-  explicit dvFixedLens(const dvLens& lens) : lens_(lens) {}
+struct dvFixedLens : dvLens {
+  explicit dvFixedLens(const dvLens& lens) : dvLens(lens) {}
 
-  /// The lens, with its modes as constants.
-  dvLens get() const {
-    dvLens lens = lens_;
-    lens.realWorldLens = RealWorldLens;
-    lens.depthStyle = Style;
-    lens.falloff = Falloff;
-    return lens;
-  }
-
- private:
-  dvLens lens_;
+  static constexpr bool realWorldLens = RealWorldLens;
+  static constexpr dvDepthStyle depthStyle = Style;
+  static constexpr dvFalloff falloff = Falloff;
 };
 
-/// Calls visit(fixed) with the dvFixedLens of the lens's modes; values that name none count as in
+/// Calls visit(lens) with the dvFixedLens of the lens's modes; values that name none count as in
 /// normaliseDepth and artisticCoc.
 template <typename Visit>
 void withFixedModes(const dvLens& lens, const Visit& visit) {

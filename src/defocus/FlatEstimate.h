@@ -9,16 +9,13 @@ namespace drevin {
 
 /// An estimate, empty, for a lens of fixed modes.
 template <typename FixedLens>
-auto flatEstimate(const FixedLens& fixed) {
-  const auto normalised = [fixed](float raw) {
-    return normaliseDepth(raw, fixed.get().depthStyle);
-  };
-  const auto blur = [fixed](float depth) {
-    const dvLens lens = fixed.get();
+auto flatEstimate(const FixedLens& lens) {
+  const auto normalised = [](float raw) { return normaliseDepth(raw, FixedLens::depthStyle); };
+  const auto blur = [lens](float depth) {
     const float z = clampToFocusRegion(depth, lens);
     return unscaledCoc(z, focusRegion(z, lens), lens);
   };
-  return dvPaddingEstimate(normalised, blur, fixed.get().uiContextScale);
+  return dvPaddingEstimate(normalised, blur, lens.uiContextScale);
 }
 
 }  // namespace drevin

@@ -42,22 +42,23 @@ class dvPaddingEstimate {
   dvPaddingEstimate(Normalise normalise, Blur blur, float finalScale)
       : normalise_(std::move(normalise)), blur_(std::move(blur)), finalScale_(finalScale) {}
 
-  /// Scans `count` raw samples of a flat image's depth channel; none for a count below 1.
+  /// Scans `count` raw depths; none for a count below 1.
   void addRow(const float* depth, int count) {
+    // Copies: that the functions' values do not change in the loop is then plain to the compiler.
+    const Normalise normalise = normalise_;
+    const Blur blur = blur_;
+    const float scale = finalScale_;
     float largest[lanes];
     std::fill(largest, largest + lanes, 0.0F);
     for (; count >= lanes; count -= lanes, depth += lanes) {
       for (int lane = 0; lane < lanes; ++lane)
-        largest[lane] = larger(largest[lane], diameter(normalise_(depth[lane])));
+        largest[lane] = larger(largest[lane], diameter(normalise(depth[lane]), blur, scale));
     }
+    for (int i = 0; i < count; ++i)
+      largest[i] = larger(largest[i], diameter(normalise(depth[i]), blur, scale));
     for (const float ofLane : largest)
       largest_ = larger(largest_, ofLane);
-    for (int i = 0; i < count; ++i)
-      addDepth(normalise_(depth[i]));
   }
-
-  /// Scans one depth that is in scene units already, as deep samples are.
-  void addDepth(float depth) { largest_ = larger(largest_, diameter(depth)); }
 
   /// Adds what another estimate of the same lens has found.
   void add(const dvPaddingEstimate& other) { largest_ = larger(largest_, other.largest_); }
@@ -78,9 +79,9 @@ class dvPaddingEstimate {
   static constexpr int lanes = 16;
 
   /// 0 for the infinitely far.
-  float diameter(float depth) const {
+  static float diameter(float depth, const Blur& blur, float scale) {
     constexpr float infinitelyFar = std::numeric_limits<float>::max();
-    const float scaled = blur_(depth) * finalScale_;
+    const float scaled = blur(depth) * scale;
     return std::fabs(depth - infinitelyFar) < 1e-5F ? 0.0F : scaled;
   }
   /// A NaN is never the larger one.

@@ -1,9 +1,11 @@
 /// Preparing the kernels when the node opens.
 
 #include <algorithm>
+#include <vector>
 
 #include "DDImage/DeepOp.h"
 #include "DDImage/DeepPlane.h"
+#include "deep/DeepEstimate.h"
 #include "defocus/FlatEstimate.h"
 #include "defocus/PassValue.h"
 #include "kernel/HeroKernel.h"
@@ -118,29 +120,29 @@ void Drevin::scanDeepDepth(Estimate& estimate, dvParallel& parallel) {
     DeepPlane plane;
     if (!deep->deepEngine(y, 0, width, Mask_Deep, plane)) return;
     const ChannelSet& channels = plane.channels();
+    std::vector<float> depths;
+    depths.reserve(static_cast<std::size_t>(width));
     for (int x = 0; x < width; ++x) {
       if (!plane.box().contains(Box(x, y, x + 1, y + 1))) continue;
       const DeepPixel pixel = plane.getPixel(y, x);
-      if (pixel.getSampleCount() > 0) part.addDepth(farthestBack({pixel, channels}));
+      if (pixel.getSampleCount() > 0) depths.push_back(farthestBack({pixel, channels}));
     }
+    part.addRow(depths.data(), static_cast<int>(depths.size()));
   });
 }
 
 int Drevin::largestDiameter(const dvLens& lens, dvParallel& parallel) {
-  if (settings_.deepInput) {
-    // Deep depths are in scene units and are not clamped to the focus region.
-    dvPaddingEstimate estimate(
-        [](float depth) { return depth; },
-        [&lens](float depth) { return unscaledCoc(depth, focusRegion(depth, lens), lens); },
-        lens.uiContextScale);
-    scanDeepDepth(estimate, parallel);
-    return estimate.largest();
-  }
   int largest = 0;
   withFixedModes(lens, [&](const auto& fixed) {
-    auto estimate = flatEstimate(fixed);
-    scanFlatDepth(estimate, parallel);
-    largest = estimate.largest();
+    if (settings_.deepInput) {
+      auto estimate = deepEstimate(fixed);
+      scanDeepDepth(estimate, parallel);
+      largest = estimate.largest();
+    } else {
+      auto estimate = flatEstimate(fixed);
+      scanFlatDepth(estimate, parallel);
+      largest = estimate.largest();
+    }
   });
   return largest;
 }
