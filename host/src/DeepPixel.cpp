@@ -9,12 +9,6 @@
 namespace DD {
 namespace Image {
 
-namespace {
-
-const float noValue = 0.0F;
-
-}  // namespace
-
 DeepPixel::DeepPixel(const ChannelMap& channels, const float* data, std::size_t dataCount,
                      Ordering ordering)
     : channels_(&channels),
@@ -38,20 +32,6 @@ DeepPixel::DeepPixel(const ChannelMap& channels, const float* data, std::size_t 
     return farFirst ? embedded::isNearer(range(b), range(a))
                     : embedded::isNearer(range(a), range(b));
   });
-}
-
-const float& DeepPixel::getUnorderedSample(std::size_t i, Channel z) const {
-  const int place = channels_->chanNo(z);
-  return place < 0 ? noValue : getUnorderedSample(i)[place];
-}
-
-const float& DeepPixel::getOrderedSample(std::size_t depthIndex, Channel z) const {
-  return getUnorderedSample(stored(depthIndex), z);
-}
-
-std::size_t DeepPixel::stored(std::size_t depthIndex) const {
-  if (!sorted_.empty()) return sorted_[depthIndex];
-  return reversed_ ? count_ - 1 - depthIndex : depthIndex;
 }
 
 }  // namespace Image

@@ -31,16 +31,26 @@ class DD_EXPORT DeepPixel {
   /// The values of a sample as stored.
   const float* getUnorderedSample(std::size_t i) const { return data_ + i * channels_->size(); }
   /// One value of a sample as stored; 0 for a channel that the samples do not have.
-  const float& getUnorderedSample(std::size_t i, Channel z) const;
+  const float& getUnorderedSample(std::size_t i, Channel z) const {
+    const int place = channels_->chanNo(z);
+    return place < 0 ? noValue : getUnorderedSample(i)[place];
+  }
   /// One value of a sample by its place in the host's depth order; 0 for a channel that the samples
   /// do not have. Which end of that order is the nearest is the host's definition: see
   /// embedded::DeepOrder. Samples stored in an order are believed, and read from one end or the
   /// other; unordered ones are sorted by front, then back; ties stay as stored. A NaN depth is
   /// infinitely far.
-  const float& getOrderedSample(std::size_t depthIndex, Channel z) const;
+  const float& getOrderedSample(std::size_t depthIndex, Channel z) const {
+    return getUnorderedSample(stored(depthIndex), z);
+  }
 
  private:
-  std::size_t stored(std::size_t depthIndex) const;
+  static constexpr float noValue = 0.0F;
+
+  std::size_t stored(std::size_t depthIndex) const {
+    if (!sorted_.empty()) return sorted_[depthIndex];
+    return reversed_ ? count_ - 1 - depthIndex : depthIndex;
+  }
 
   const ChannelMap* channels_;
   const float* data_;
