@@ -11,17 +11,11 @@ namespace {
 
 using Cancelled = std::function<bool()>;
 
-// Calls value(column, row) for each pixel of a plane, row by row, until cancelled.
-template <typename Value>
-void fillPlane(float* plane, int side, const Cancelled& cancelled, const Value& value) {
-  for (int row = 0; row < side; ++row) {
-    if (cancelled && cancelled()) {
-      return;
-    }
-    for (int column = 0; column < side; ++column) {
-      *plane++ = value(column, row);
-    }
-  }
+// Calls fill(row, values) for each row of a plane, until cancelled.
+template <typename Fill>
+void fillRows(float* plane, int side, const Cancelled& cancelled, const Fill& fill) {
+  for (int row = 0; row < side && !(cancelled && cancelled()); ++row, plane += side)
+    fill(row, plane);
 }
 
 // A procedural shape is the same in every channel: it is drawn once and shared.
@@ -29,8 +23,9 @@ void drawShape(dvChannelFloatBuffer& hero, const dvApertureShape& shape,
                const std::vector<int>& channels, const Cancelled& cancelled) {
   const float gain = softnessGain(shape.softness);
   const float half = 0.5F * static_cast<float>(hero.width);
-  fillPlane(hero.plane(channels.front()), hero.width, cancelled, [&](int column, int row) {
-    return apertureValue(shape, gain, half, half * half, column, row);
+  fillRows(hero.plane(channels.front()), hero.width, cancelled, [&](int row, float* values) {
+    for (int column = 0; column < hero.width; ++column)
+      values[column] = apertureValue(shape, gain, half, half * half, column, row);
   });
   for (const int channel : channels) {
     hero.share(channel, channels.front());
@@ -52,10 +47,9 @@ void drawInput(dvChannelFloatBuffer& hero, const dvKernelSampling& sampling,
                const std::vector<int>& channels, const dvKernelInput& input,
                const Cancelled& cancelled) {
   for (const int& channel : channels) {
-    const int source = inputKernelChannel(input, channel);
-    fillPlane(hero.plane(channel), hero.width, cancelled, [&](int column, int row) {
-      return sampleInputKernel(input, sampling, column, row, source);
-    });
+    dvInputKernelRows rows(input, sampling, hero.width, inputKernelChannel(input, channel));
+    fillRows(hero.plane(channel), hero.width, cancelled,
+             [&](int row, float* values) { rows.sample(row, values); });
     shareEqualPlane(hero, channel, channels.data(), &channel);
   }
 }

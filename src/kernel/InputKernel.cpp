@@ -10,18 +10,12 @@
 namespace drevin {
 namespace {
 
-// A place along one axis: the four pixels around it and the fraction between the middle two.
-struct Neighbourhood {
-  std::array<int, 4> pixels;
-  float fraction;
-};
-
 // `size` pixels from `first`, at least one; indices past the ends repeat the end pixels.
-Neighbourhood neighbourhood(int index, float scale, int first, int size) {
+dvKernelPlace placeOf(int index, float scale, int first, int size) {
   const float place = (static_cast<float>(index) + 0.5F) * scale;
   const float limit = static_cast<float>(size);
   const auto base = static_cast<std::int64_t>(place < limit ? std::max(place, 0.0F) : limit);
-  Neighbourhood around{};
+  dvKernelPlace around;
   for (std::size_t i = 0; i < around.pixels.size(); ++i) {
     const std::int64_t pixel = base - 1 + static_cast<std::int64_t>(i);
     around.pixels[i] = first + static_cast<int>(std::clamp<std::int64_t>(pixel, 0, size - 1));
@@ -37,19 +31,56 @@ int inputKernelChannel(const dvKernelInput& input, int wanted) {
   return input.missingKernelChannel != 0 && !present ? input.missingKernelChannel : wanted;
 }
 
-float sampleInputKernel(const dvKernelInput& input, const dvKernelSampling& sampling, int column,
-                        int row, int channel) {
-  if (!input.read || sampling.width < 1 || sampling.height < 1) {
-    return 0.0F;
+dvInputKernelRows::dvInputKernelRows(const dvKernelInput& input, const dvKernelSampling& sampling,
+                                     int side, int channel)
+    : input_(input), sampling_(sampling), channel_(channel) {
+  across_.resize(static_cast<std::size_t>(std::max(side, 0)));
+  if (!input.read || sampling.width < 1 || sampling.height < 1) return;
+  for (std::size_t column = 0; column < across_.size(); ++column) {
+    across_[column] =
+        placeOf(static_cast<int>(column), sampling.scaleX, sampling.left, sampling.width);
+    columns_.insert(columns_.end(), across_[column].pixels.begin(), across_[column].pixels.end());
   }
-  const Neighbourhood x = neighbourhood(column, sampling.scaleX, sampling.left, sampling.width);
-  const Neighbourhood y = neighbourhood(row, sampling.scaleY, sampling.bottom, sampling.height);
-  std::array<float, 4> across{};
-  for (std::size_t i = 0; i < across.size(); ++i) {
-    const auto at = [&](std::size_t j) { return input.read(x.pixels[i], y.pixels[j], channel); };
-    across[i] = catmullRom(at(0), at(1), at(2), at(3), y.fraction);
+  std::sort(columns_.begin(), columns_.end());
+  columns_.erase(std::unique(columns_.begin(), columns_.end()), columns_.end());
+  for (dvKernelPlace& place : across_) {
+    for (int& pixel : place.pixels) {
+      const auto found = std::lower_bound(columns_.begin(), columns_.end(), pixel);
+      pixel = static_cast<int>(found - columns_.begin());
+    }
   }
-  return catmullRom(across[0], across[1], across[2], across[3], x.fraction);
+  down_.resize(columns_.size());
+}
+
+const std::vector<float>& dvInputKernelRows::imageRow(int y) {
+  const auto [row, isNew] = rows_.try_emplace(y);
+  if (isNew) {
+    row->second.reserve(columns_.size());
+    for (const int x : columns_)
+      row->second.push_back(input_.read(x, y, channel_));
+  }
+  return row->second;
+}
+
+void dvInputKernelRows::sample(int row, float* values) {
+  if (columns_.empty()) {
+    std::fill_n(values, across_.size(), 0.0F);
+    return;
+  }
+  const dvKernelPlace place = placeOf(row, sampling_.scaleY, sampling_.bottom, sampling_.height);
+  rows_.erase(rows_.begin(), rows_.lower_bound(place.pixels.front()));
+  rows_.erase(rows_.upper_bound(place.pixels.back()), rows_.end());
+  std::array<const float*, 4> from{};
+  for (std::size_t i = 0; i < from.size(); ++i)
+    from[i] = imageRow(place.pixels[i]).data();
+  for (std::size_t x = 0; x < down_.size(); ++x)
+    down_[x] = catmullRom(from[0][x], from[1][x], from[2][x], from[3][x], place.fraction);
+  for (const dvKernelPlace& column : across_) {
+    const auto down = [&](std::size_t i) {
+      return down_[static_cast<std::size_t>(column.pixels[i])];
+    };
+    *values++ = catmullRom(down(0), down(1), down(2), down(3), column.fraction);
+  }
 }
 
 }  // namespace drevin

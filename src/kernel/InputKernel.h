@@ -2,7 +2,9 @@
 
 /// The Kernel image as an aperture: its pixels, stretched over the hero kernel.
 
+#include <array>
 #include <functional>
+#include <map>
 #include <vector>
 
 namespace drevin {
@@ -32,12 +34,40 @@ struct dvKernelInput {
 /// lacks the wanted channel, else the wanted one.
 int inputKernelChannel(const dvKernelInput& input, int wanted);
 
-/// Value of one hero pixel: the Catmull-Rom cubic over 4 x 4 image pixels around
+/// A place along an axis of the image: the four pixels around it, and the fraction between the
+/// middle two.
+struct dvKernelPlace {
+  std::array<int, 4> pixels{};  ///< ascending
+  float fraction = 0.0F;
+};
+
+/// Rows of a hero kernel: at each pixel the Catmull-Rom cubic over 4 x 4 image pixels around
 /// ((column + 0.5) * scaleX, (row + 0.5) * scaleY), first down the columns, then across.
 ///
 /// The neighbourhood repeats the edge pixels of the bounding box. Not limited: it may overshoot.
-/// `channel` is read as it is; see inputKernelChannel(). Without an image 0.
-float sampleInputKernel(const dvKernelInput& input, const dvKernelSampling& sampling, int column,
-                        int row, int channel);
+/// Without an image 0. An image pixel is read once for rows that follow one another: reading is the
+/// host's, and takes far longer than the cubic.   Tests: InputKernel_test.cpp
+class dvInputKernelRows {
+ public:
+  /// Of `side` columns. `channel` is read as it is; see inputKernelChannel(). The input must
+  /// outlive this.
+  dvInputKernelRows(const dvKernelInput& input, const dvKernelSampling& sampling, int side,
+                    int channel);
+
+  /// Makes a row, `side` values.
+  void sample(int row, float* values);
+
+ private:
+  /// The row of the image, of the columns that the kernel shows.
+  const std::vector<float>& imageRow(int y);
+
+  const dvKernelInput& input_;
+  dvKernelSampling sampling_;
+  int channel_;
+  std::vector<int> columns_;           ///< of the image, ascending
+  std::vector<dvKernelPlace> across_;  ///< by column of the kernel; pixels as places in columns_
+  std::map<int, std::vector<float>> rows_;  ///< read last
+  std::vector<float> down_;                 ///< the cubic down each of the columns
+};
 
 }  // namespace drevin

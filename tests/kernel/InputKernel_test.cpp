@@ -5,7 +5,9 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <map>
 #include <random>
+#include <utility>
 #include <vector>
 
 #include "support/LiteralKernelBank.h"
@@ -75,6 +77,15 @@ double literalSample(TestImage& image, double px, double py) {
   return test::literalCubic<double>(across[0], across[1], across[2], across[3], px - ix);
 }
 
+// One pixel of a kernel.
+float sampleInputKernel(const dvKernelInput& input, const dvKernelSampling& sampling, int column,
+                        int row, int channel) {
+  dvInputKernelRows rows(input, sampling, column + 1, channel);
+  std::vector<float> values(static_cast<std::size_t>(column) + 1);
+  rows.sample(row, values.data());
+  return values.back();
+}
+
 TEST(InputKernel, randomImages_agreeWithDoublePrecision) {
   for (unsigned seed = 0; seed < 40; ++seed) {
     const int width = 1 + static_cast<int>(seed * 7 % 23);
@@ -93,6 +104,41 @@ TEST(InputKernel, randomImages_agreeWithDoublePrecision) {
                   2e-4);
     }
     EXPECT_EQ(image.readsOutside, 0);
+  }
+}
+
+TEST(InputKernel, rowsInAnyOrder_areTheSame) {
+  TestImage image(7, -3, 5, 19, 23);
+  const dvKernelInput input = image.input();
+  constexpr int side = 31;
+  const dvKernelSampling sampling = image.sampling(side);
+  dvInputKernelRows rows(input, sampling, side, 1);
+  std::mt19937 generator(2);
+  std::vector<float> values(side);
+  for (int i = 0; i < 200; ++i) {
+    const int row = i < side ? side - 1 - i : static_cast<int>(generator() % side);
+    rows.sample(row, values.data());
+    for (int column = 0; column < side; ++column)
+      ASSERT_EQ(values[static_cast<std::size_t>(column)],
+                sampleInputKernel(input, sampling, column, row, 1));
+  }
+}
+
+TEST(InputKernel, rowsOneAfterTheOther_readEachPixelOnce) {
+  for (const int side : {5, 23, 60}) {
+    std::map<std::pair<int, int>, int> reads;
+    dvKernelInput input;
+    input.read = [&](int column, int row, int) {
+      return static_cast<float>(++reads[{column, row}]);
+    };
+    const float scale = 23.0F / static_cast<float>(side);
+    dvInputKernelRows rows(input, {2, 4, 23, 23, scale, scale}, side, 1);
+    std::vector<float> values(static_cast<std::size_t>(side));
+    for (int row = 0; row < side; ++row)
+      rows.sample(row, values.data());
+    EXPECT_GE(reads.size(), 400U) << side;
+    for (const auto& [pixel, times] : reads)
+      EXPECT_EQ(times, 1) << side << ' ' << pixel.first << ' ' << pixel.second;
   }
 }
 
