@@ -44,15 +44,23 @@ bool checkLine(const TableLine& line) {
   return good;
 }
 
+/// Whether its pictures agree.
+bool printFigure(const Figure& figure) {
+  const TableLine line = figure.measure();
+  printLine(tableText(line));
+  return checkLine(line);
+}
+
 }  // namespace
 
-void printFrameTable(const TablePlan& plan, const std::string& only) {
+bool printFrameTable(const TablePlan& plan, const std::string& only) {
   bool any = false;
+  bool good = true;
   for (const Figure& figure : allFigures(plan)) {
     if (figure.name.find(only) == std::string::npos) continue;
     if (!any) printLine(machineInfo() + "\n\n" + tableHead());
     any = true;
-    printLine(tableText(figure.measure()));
+    good = printFigure(figure) && good;
   }
   if (!any) {
     std::string names;
@@ -60,16 +68,14 @@ void printFrameTable(const TablePlan& plan, const std::string& only) {
       names += "\n  " + figure.name;
     throw std::invalid_argument(only + ": no such figure; there are" + names);
   }
+  return good;
 }
 
 bool checkFrameTable() {
   bool good = true;
   printLine(machineInfo() + "\n\n" + tableHead());
-  for (const Figure& figure : allFigures(quickPlan())) {
-    const TableLine line = figure.measure();
-    printLine(tableText(line));
-    good = checkLine(line) && good;
-  }
+  for (const Figure& figure : allFigures(quickPlan()))
+    good = printFigure(figure) && good;
   return good;
 }
 

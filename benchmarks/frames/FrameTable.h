@@ -9,8 +9,9 @@
 namespace drevin::bench {
 
 /// Measures the figures whose names contain `only` (all for "") and prints them as a Markdown table
-/// on standard output. Throws std::invalid_argument if there is none of that name.
-void printFrameTable(const TablePlan& plan, const std::string& only);
+/// on standard output; on standard error those whose pictures do not agree. True if all agree.
+/// Throws std::invalid_argument if there is none of that name.
+bool printFrameTable(const TablePlan& plan, const std::string& only);
 
 /// Measures every figure on small pictures and prints what is wrong on standard error: a picture,
 /// or a row of what it is compared with, that strays from the yardstick by more than the bound.

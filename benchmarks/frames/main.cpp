@@ -83,10 +83,7 @@ int run(const Arguments& arguments) {
   embedded::setThreadCount(arguments.threads);
   embedded::setDeepOrder(embedded::DeepOrder::FarFirst);
   if (arguments.quick) return checkFrameTable() ? 0 : 1;
-  if (arguments.table) {
-    printFrameTable(arguments.plan, arguments.only);
-    return 0;
-  }
+  if (arguments.table) return printFrameTable(arguments.plan, arguments.only) ? 0 : 1;
   if (arguments.blur <= 0.0) {
     fmt::print(stderr, "drevin_frames: name a KIND and a BLUR, or --table, or --quick\n");
     return 2;

@@ -9,7 +9,7 @@
 
 namespace drevin {
 
-/// Its modes hide those of the lens that it is made of, which are the same.
+/// Its modes hide those of the lens that it is made of, which count the same.
 template <bool RealWorldLens, dvDepthStyle Style, dvFalloff Falloff>
 struct dvFixedLens : dvLens {
   explicit dvFixedLens(const dvLens& lens) : dvLens(lens) {}

@@ -79,13 +79,14 @@ void dvFrameMaker::makeSlice(Group& group, std::size_t slice, dvFramePlanes& pla
 }
 
 bool dvFrameMaker::transform(Group& group, std::size_t slice) {
+  Transformed& transformed = group.transformed;
+  transformed.direct.clear();  // before more memory is taken
   dvSliceTiles tiles(
       group.kernels, group.channels, group.rows, slice,
       {box_.left - padding_, box_.bottom - padding_, box_.right + padding_, box_.top + padding_});
   tiles.choose(choice_, group.cost, box_, parallel_);
   if (!tiles.hasTransforms()) return false;
   const std::size_t count = group.channels + 1;
-  Transformed& transformed = group.transformed;
   if (group.rounding == nullptr) {
     group.rounding = std::make_unique<dvTransformRounding>(box_, static_cast<int>(count),
                                                            group.kernels, parallel_);
@@ -93,7 +94,6 @@ bool dvFrameMaker::transform(Group& group, std::size_t slice) {
       transformed.planes.emplace_back(box_, parallel_);
   }
   transformed.reached = tiles.reached(box_);
-  transformed.direct.clear();  // before more memory is taken
   // Slices have few kernels in common, but tiles of one slice many.
   if (group.spectra.bytes() > dvKeptSpectra) group.spectra.clear();
   tiles.sum(group.spectra, parallel_, transformed.planes, *group.rounding);

@@ -30,7 +30,7 @@ int validationPadding(int maxKernelSize);
 ///   Normalise   float(float): raw sample to depth in scene units; the largest float stands for
 ///               infinitely far
 ///   Blur        float(float): such a depth to the blur diameter, px, with whatever clamp the lens
-///               has; the infinity test comes before it
+///               has; what it gives for the infinitely far, before that clamp, does not count
 ///   finalScale  scale of every blur, the interface's proxy scale
 ///
 /// Fails to: a NaN blur raises nothing; 2^31 px or more count as the largest int.
@@ -67,11 +67,6 @@ class dvPaddingEstimate {
   int largest() const {
     const float up = std::ceil(largest_);
     return up < 0x1p31F ? static_cast<int>(up) : std::numeric_limits<int>::max();
-  }
-
-  /// The estimate so far, limited to the maximum kernel size.
-  dvPaddingResult result(int maxKernelSize) const {
-    return paddingResult(largest(), maxKernelSize);
   }
 
  private:

@@ -48,7 +48,8 @@ dvLens artisticLens() {
 
 TEST(DeepEstimate, randomSamples_agreeWithSampleBySampleRounding) {
   Draw draw(6);
-  const float nan = std::numeric_limits<float>::quiet_NaN();
+  constexpr float nan = std::numeric_limits<float>::quiet_NaN();
+  constexpr float infinite = std::numeric_limits<float>::infinity();
   for (int i = 0; i < 400; ++i) {
     dvLens lens = artisticLens();
     lens.multiplier = draw.real(0.0F, 100.0F);
@@ -61,7 +62,7 @@ TEST(DeepEstimate, randomSamples_agreeWithSampleBySampleRounding) {
     lens.frontMultiplier = draw.real(0.0F, 2.0F);
     lens.backMultiplier = draw.real(0.0F, 2.0F);
     lens.uiContextScale = draw.real(0.25F, 1.25F);
-    std::vector<float> depths{nan, infinitelyFar, -4.0F};
+    std::vector<float> depths{nan, infinitelyFar, infinite, -infinite, -4.0F};
     for (int sample = 0; sample < i % 70; ++sample)
       depths.push_back(draw.real(0.5F, 25.0F));
     ASSERT_EQ(largestOf(lens, depths), literalLargest(lens, depths)) << i;
@@ -78,6 +79,11 @@ TEST(DeepEstimate, depthBeyondTheFocusRegion_isNotClamped) {
   dvLens lens = artisticLens();
   lens.focusFar = 10.5F;
   EXPECT_EQ(largestOf(lens, {11.5F}), 30);
+}
+
+TEST(DeepEstimate, fractionOfAPixel_isRoundedUp) {
+  EXPECT_EQ(largestOf(artisticLens(), {10.99F, 11.0F}), 20);
+  EXPECT_EQ(largestOf(artisticLens(), {10.99F, 11.001F}), 21);
 }
 
 TEST(DeepEstimate, noSamples_giveZero) {

@@ -35,7 +35,7 @@ dvPaddingResult resultOf(const dvLens& lens, const std::vector<float>& depths, i
   withFixedModes(lens, [&](const auto& fixed) {
     auto estimate = flatEstimate(fixed);
     estimate.addRow(depths.data(), static_cast<int>(depths.size()));
-    result = estimate.result(maxKernelSize);
+    result = paddingResult(estimate.largest(), maxKernelSize);
   });
   return result;
 }
@@ -186,7 +186,7 @@ TEST(PaddingEstimate, blurNoIntegerHolds_countsAsTheLargestInteger) {
     auto estimate = plainEstimate();
     addDepth(estimate, blur);
     EXPECT_EQ(estimate.largest(), std::numeric_limits<int>::max());
-    const dvPaddingResult result = estimate.result(256);
+    const dvPaddingResult result = paddingResult(estimate.largest(), 256);
     EXPECT_TRUE(result.exceeded);
     EXPECT_EQ(result.kernelSize, 256);
     EXPECT_EQ(result.padding, 130);
