@@ -127,7 +127,7 @@ void ImagingFrame::prepareKernels(const std::vector<int>& processed) {
       const dvColumns columns{0, scene_.image.formatWidth};
       estimate.addRow(read(scene_.image, y, columns, s.depthChannel).data(), columns.right);
     }
-    estimate_ = estimate.result(s.maxKernelSize);
+    estimate_ = paddingResult(estimate.largest(), s.maxKernelSize);
   });
   lens.kernelSize = estimate_.kernelSize;
   bank_.resize(static_cast<std::size_t>(bankSize(estimate_.kernelSize)));
