@@ -24,6 +24,7 @@ TEST(KindOrder, kindsOfAnyRange_areInStableOrder) {
   for (const int range : {1, 2, 30, 255, 256, 257, 60000}) {
     for (const int count : {0, 1, 2, 100, dvKindOrderMost}) {
       std::vector<dvSplatKind> kinds;
+      kinds.reserve(static_cast<std::size_t>(count));
       for (int i = 0; i < count; ++i)
         kinds.push_back(static_cast<dvSplatKind>(7 + draw.whole(0, range - 1)));
       if (count > 1) {
