@@ -17,9 +17,7 @@ function(drevin_join_sources target)
   endforeach()
 endfunction()
 
-# As above, but of the files of one target so many at a time: for tests, of which a folder has a hundred.
+# Compiles the files of a target eight at a time, where all at once would be too many.
 function(drevin_join_batches target)
-  if(DREVIN_JOIN_SOURCES)
-    set_target_properties(${target} PROPERTIES UNITY_BUILD ON UNITY_BUILD_MODE BATCH UNITY_BUILD_BATCH_SIZE 8)
-  endif()
+  set_target_properties(${target} PROPERTIES UNITY_BUILD ON UNITY_BUILD_MODE BATCH UNITY_BUILD_BATCH_SIZE 8)
 endfunction()

@@ -5,17 +5,16 @@
 #include <map>
 #include <string>
 #include <type_traits>
-#include <utility>
 #include <variant>
 #include <vector>
 
 #include "DDImage/Thread.h"
+#include "frames/ExrFile.h"
 #include "frames/Figures.h"
 #include "frames/FrameScenes.h"
 #include "frames/Measure.h"
 #include "picture/ExrReader.h"
 #include "picture/ExrWriter.h"
-#include "picture/HalfFloat.h"
 #include "render/RenderSetup.h"
 #include "tool/ScratchFolder.h"
 
@@ -25,23 +24,6 @@ namespace {
 
 using drevintool::OutputPicture;
 using drevintool::Picture;
-
-/// As renderers write them: colours in half, depth in single precision.
-OutputPicture renderedPicture(const FrameSize& size) {
-  const embedded::Image image = frameScene("scene", size.width, size.height);
-  OutputPicture picture;
-  picture.display = {0, 0, size.width - 1, size.height - 1};
-  picture.box = {0, 0, size.width, size.height};
-  const std::vector<std::pair<const char*, DD::Image::Channel>> colours = {
-      {"R", DD::Image::Chan_Red},
-      {"G", DD::Image::Chan_Green},
-      {"B", DD::Image::Chan_Blue},
-      {"A", DD::Image::Chan_Alpha}};
-  for (const auto& [name, channel] : colours)
-    picture.channels.push_back({name, name, drevintool::halfSamples(*image.planes.at(channel))});
-  picture.channels.push_back({"Z", "Z", image.planes.at(DD::Image::Chan_Z)});
-  return picture;
-}
 
 bool sameSamples(const drevintool::Samples& a, const drevintool::Samples& b) {
   const auto equalsOther = [&](const auto& values) {
@@ -66,11 +48,13 @@ double errorOf(const Picture& read, const OutputPicture& written) {
 TableLine exrLine(const TablePlan& plan, bool writes) {
   const drevintool::testing::ScratchFolder folder;
   const std::string path = folder.file("picture.exr");
-  const OutputPicture picture = renderedPicture(plan.fourK);
+  // As renderers write them: colours in half.
+  const OutputPicture picture =
+      outputPicture(frameScene("scene", plan.fourK.width, plan.fourK.height), true);
   const unsigned most = DD::Image::Thread::numCPUs;
   std::map<unsigned, std::vector<double>> times;
   Picture copy;
-  const std::function<void()> write = [&] { writeExr(picture, path); };
+  const std::function<void()> write = [&] { drevintool::writeExr(picture, path); };
   const std::function<void()> read = [&] { copy = drevintool::readExr(path); };
   write();
   for (int round = 0; round < plan.rounds; ++round) {

@@ -1,44 +1,39 @@
 #include "frames/ExrFile.h"
 
-#include <OpenEXR/ImfChannelList.h>
-#include <OpenEXR/ImfFrameBuffer.h>
-#include <OpenEXR/ImfHeader.h>
-#include <OpenEXR/ImfOutputFile.h>
+#include <OpenEXR/ImfCompression.h>
 
 #include <utility>
 #include <vector>
 
+#include "picture/ExrWriter.h"
+#include "picture/HalfFloat.h"
+
 namespace drevin::bench {
 
-using DD::Image::Channel;
+drevintool::OutputPicture outputPicture(const embedded::Image& image, bool halfColours) {
+  drevintool::OutputPicture picture;
+  picture.display = {0, 0, image.box.w() - 1, image.box.h() - 1};
+  picture.box = {0, 0, image.box.w(), image.box.h()};
+  const std::vector<std::pair<const char*, DD::Image::Channel>> channels = {
+      {"R", DD::Image::Chan_Red},
+      {"G", DD::Image::Chan_Green},
+      {"B", DD::Image::Chan_Blue},
+      {"A", DD::Image::Chan_Alpha},
+      {"Z", DD::Image::Chan_Z}};
+  for (const auto& [name, channel] : channels) {
+    const auto& plane = image.planes.at(channel);
+    const bool half = halfColours && channel != DD::Image::Chan_Z;
+    picture.channels.push_back(
+        {name, name,
+         half ? drevintool::Samples(drevintool::halfSamples(*plane)) : drevintool::Samples(plane)});
+  }
+  return picture;
+}
 
 void writeExr(const embedded::Image& image, const std::string& path) {
-  const int width = image.box.w();
-  const int height = image.box.h();
-  const std::vector<std::pair<const char*, Channel>> channels = {{"R", DD::Image::Chan_Red},
-                                                                 {"G", DD::Image::Chan_Green},
-                                                                 {"B", DD::Image::Chan_Blue},
-                                                                 {"A", DD::Image::Chan_Alpha},
-                                                                 {"Z", DD::Image::Chan_Z}};
-  Imf::Header header(width, height);
-  header.compression() = Imf::NO_COMPRESSION;
-  Imf::FrameBuffer buffer;
-  const std::size_t rowBytes = static_cast<std::size_t>(width) * sizeof(float);
-  std::vector<embedded::Plane> planes;  // the file's first row is the topmost
-  planes.reserve(channels.size());
-  for (const auto& [name, channel] : channels) {
-    header.channels().insert(name, Imf::Channel(Imf::FLOAT));
-    embedded::Plane& plane = planes.emplace_back();
-    for (int y = height; y-- > 0;) {
-      const auto row = image.planes.at(channel)->begin() + static_cast<std::ptrdiff_t>(y) * width;
-      plane.insert(plane.end(), row, row + width);
-    }
-    buffer.insert(name, Imf::Slice(Imf::FLOAT, reinterpret_cast<char*>(plane.data()), sizeof(float),
-                                   rowBytes));
-  }
-  Imf::OutputFile file(path.c_str(), header);
-  file.setFrameBuffer(buffer);
-  file.writePixels(height);
+  drevintool::OutputPicture picture = outputPicture(image, false);
+  picture.compression = Imf::NO_COMPRESSION;
+  drevintool::writeExr(picture, path);
 }
 
 }  // namespace drevin::bench

@@ -8,27 +8,24 @@
 #include "kernel/CatmullRom.h"
 
 namespace drevin {
-namespace {
+
+int inputKernelChannel(const dvKernelInput& input, int wanted) {
+  const bool present = std::binary_search(input.channels.begin(), input.channels.end(), wanted);
+  return input.missingKernelChannel != 0 && !present ? input.missingKernelChannel : wanted;
+}
 
 // `size` pixels from `first`, at least one; indices past the ends repeat the end pixels.
-dvKernelPlace placeOf(int index, float scale, int first, int size) {
+dvInputKernelRows::Place dvInputKernelRows::placeOf(int index, float scale, int first, int size) {
   const float place = (static_cast<float>(index) + 0.5F) * scale;
   const float limit = static_cast<float>(size);
   const auto base = static_cast<std::int64_t>(place < limit ? std::max(place, 0.0F) : limit);
-  dvKernelPlace around;
+  Place around;
   for (std::size_t i = 0; i < around.pixels.size(); ++i) {
     const std::int64_t pixel = base - 1 + static_cast<std::int64_t>(i);
     around.pixels[i] = first + static_cast<int>(std::clamp<std::int64_t>(pixel, 0, size - 1));
   }
   around.fraction = place - static_cast<float>(base);
   return around;
-}
-
-}  // namespace
-
-int inputKernelChannel(const dvKernelInput& input, int wanted) {
-  const bool present = std::binary_search(input.channels.begin(), input.channels.end(), wanted);
-  return input.missingKernelChannel != 0 && !present ? input.missingKernelChannel : wanted;
 }
 
 dvInputKernelRows::dvInputKernelRows(const dvKernelInput& input, const dvKernelSampling& sampling,
@@ -43,7 +40,7 @@ dvInputKernelRows::dvInputKernelRows(const dvKernelInput& input, const dvKernelS
   }
   std::sort(columns_.begin(), columns_.end());
   columns_.erase(std::unique(columns_.begin(), columns_.end()), columns_.end());
-  for (dvKernelPlace& place : across_) {
+  for (Place& place : across_) {
     for (int& pixel : place.pixels) {
       const auto found = std::lower_bound(columns_.begin(), columns_.end(), pixel);
       pixel = static_cast<int>(found - columns_.begin());
@@ -67,7 +64,7 @@ void dvInputKernelRows::sample(int row, float* values) {
     std::fill_n(values, across_.size(), 0.0F);
     return;
   }
-  const dvKernelPlace place = placeOf(row, sampling_.scaleY, sampling_.bottom, sampling_.height);
+  const Place place = placeOf(row, sampling_.scaleY, sampling_.bottom, sampling_.height);
   rows_.erase(rows_.begin(), rows_.lower_bound(place.pixels.front()));
   rows_.erase(rows_.upper_bound(place.pixels.back()), rows_.end());
   std::array<const float*, 4> from{};
@@ -75,7 +72,7 @@ void dvInputKernelRows::sample(int row, float* values) {
     from[i] = imageRow(place.pixels[i]).data();
   for (std::size_t x = 0; x < down_.size(); ++x)
     down_[x] = catmullRom(from[0][x], from[1][x], from[2][x], from[3][x], place.fraction);
-  for (const dvKernelPlace& column : across_) {
+  for (const Place& column : across_) {
     const auto down = [&](std::size_t i) {
       return down_[static_cast<std::size_t>(column.pixels[i])];
     };

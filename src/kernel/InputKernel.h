@@ -34,13 +34,6 @@ struct dvKernelInput {
 /// lacks the wanted channel, else the wanted one.
 int inputKernelChannel(const dvKernelInput& input, int wanted);
 
-/// A place along an axis of the image: the four pixels around it, and the fraction between the
-/// middle two.
-struct dvKernelPlace {
-  std::array<int, 4> pixels{};  ///< ascending
-  float fraction = 0.0F;
-};
-
 /// Rows of a hero kernel: at each pixel the Catmull-Rom cubic over 4 x 4 image pixels around
 /// ((column + 0.5) * scaleX, (row + 0.5) * scaleY), first down the columns, then across.
 ///
@@ -58,14 +51,22 @@ class dvInputKernelRows {
   void sample(int row, float* values);
 
  private:
+  /// A place along an axis of the image: the four pixels around it, and the fraction between the
+  /// middle two.
+  struct Place {
+    std::array<int, 4> pixels{};  ///< ascending
+    float fraction = 0.0F;
+  };
+
+  static Place placeOf(int index, float scale, int first, int size);
   /// The row of the image, of the columns that the kernel shows.
   const std::vector<float>& imageRow(int y);
 
   const dvKernelInput& input_;
   dvKernelSampling sampling_;
   int channel_;
-  std::vector<int> columns_;           ///< of the image, ascending
-  std::vector<dvKernelPlace> across_;  ///< by column of the kernel; pixels as places in columns_
+  std::vector<int> columns_;   ///< of the image, ascending
+  std::vector<Place> across_;  ///< by column of the kernel; pixels as places in columns_
   std::map<int, std::vector<float>> rows_;  ///< read last
   std::vector<float> down_;                 ///< the cubic down each of the columns
 };
